@@ -1,0 +1,232 @@
+#include "drawing/surface.h"
+
+#include <QFontMetricsF>
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+// A 1×1 image at the given resolution: the device on which fonts are measured,
+// so that metrics depend on the target's dots and not on the screen.
+QImage DeviceDeMesure(double dpi) {
+    QImage im(1, 1, QImage::Format_ARGB32);
+    const int dpm = int(std::lround(dpi / 0.0254));
+    im.setDotsPerMeterX(dpm);
+    im.setDotsPerMeterY(dpm);
+    return im;
+}
+
+} // namespace
+
+Surface::Surface(GenreSurface genre, double largeurPx, double hauteurPx, double mmParPixel)
+    : largeurPx_(largeurPx), hauteurPx_(hauteurPx), genre_(genre), mmParPixel_(mmParPixel),
+      mesure_(DeviceDeMesure(25.4 / mmParPixel)) {
+    SetScaleMode(3);
+}
+
+Surface::~Surface() = default;
+
+void Surface::SetScaleMode(int mode) {
+    scaleMode_ = mode;
+    ScaleLeft = 0;
+    ScaleTop = 0;
+    if (mode == 6) {
+        ScaleWidth = largeurPx_ * mmParPixel_;
+        ScaleHeight = hauteurPx_ * mmParPixel_;
+    } else {
+        ScaleWidth = largeurPx_;
+        ScaleHeight = hauteurPx_;
+    }
+}
+
+void Surface::SetOrientation(int o) {
+    if (o != 1 && o != 2) return;
+    const bool paysage = o == 2;
+    const bool estPaysage = largeurPx_ > hauteurPx_;
+    orientation_ = o;
+    if (paysage != estPaysage) std::swap(largeurPx_, hauteurPx_);
+    DevOrientation();
+    SetScaleMode(scaleMode_);
+}
+
+QPointF Surface::VersPixel(double x, double y) const {
+    return {(x - ScaleLeft) * largeurPx_ / ScaleWidth, (y - ScaleTop) * hauteurPx_ / ScaleHeight};
+}
+
+QPointF Surface::DepuisPixel(double px, double py) const {
+    return {ScaleLeft + px * ScaleWidth / largeurPx_, ScaleTop + py * ScaleHeight / hauteurPx_};
+}
+
+void Surface::Enregistre(OpSurface op) {
+    if (!journal_) return;
+    if (op.genre == OpSurface::Ligne || op.genre == OpSurface::Cercle ||
+        op.genre == OpSurface::Polygone) {
+        op.largeur = DrawWidth;
+        op.largeurMm = DrawWidth * mmParPixel_;
+    }
+    journal_->append(std::move(op));
+}
+
+void Surface::Line(double x1, double y1, double x2, double y2, int couleur) {
+    OpSurface op;
+    op.genre = OpSurface::Ligne;
+    op.x1 = x1; op.y1 = y1; op.x2 = x2; op.y2 = y2;
+    op.couleur = couleur;
+    Enregistre(op);
+    DevLigne(VersPixel(x1, y1), VersPixel(x2, y2), VersQColor(couleur), DrawWidth);
+    CurrentX = x2;
+    CurrentY = y2;
+}
+
+void Surface::BoiteMasque(double x1, double y1, double x2, double y2, int couleur) {
+    OpSurface op;
+    op.genre = OpSurface::Polygone;
+    op.points = {{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}};
+    op.couleur = couleur;
+    op.remplissage = couleur;
+    Enregistre(op);
+    DevBoiteMasque(QRectF(VersPixel(x1, y1), VersPixel(x2, y2)).normalized(), VersQColor(couleur));
+    CurrentX = x2;
+    CurrentY = y2;
+}
+
+void Surface::Circle(double x, double y, double r, int couleur, std::optional<double> debut,
+                     std::optional<double> fin, std::optional<double> aspect) {
+    OpSurface op;
+    op.genre = OpSurface::Cercle;
+    op.x1 = x; op.y1 = y; op.r = r;
+    op.debut = debut; op.fin = fin;
+    op.aspect = aspect.value_or(1.0);
+    op.couleur = couleur;
+    if (FillStyle == 0) op.remplissage = FillColor;
+    Enregistre(op);
+    // The original measures the radius in horizontal units; the aspect is the
+    // ratio of the vertical radius to the horizontal one.
+    const double a = aspect.value_or(1.0);
+    const double rPx = std::abs(r * PixelsParUniteX());
+    double rx = rPx, ry = rPx;
+    if (a < 1) ry = rPx * a;
+    else if (a > 1) rx = rPx / a;
+    std::optional<QColor> remp;
+    if (FillStyle == 0) remp = VersQColor(FillColor);
+    DevEllipse(VersPixel(x, y), rx, ry, debut, fin, VersQColor(couleur), DrawWidth, remp);
+    CurrentX = x;
+    CurrentY = y;
+}
+
+void Surface::PSet(double x, double y, int couleur) {
+    OpSurface op;
+    op.genre = OpSurface::Point;
+    op.x1 = x; op.y1 = y;
+    op.couleur = couleur;
+    Enregistre(op);
+    DevPoint(VersPixel(x, y), VersQColor(couleur));
+    CurrentX = x;
+    CurrentY = y;
+}
+
+void Surface::Polygon(const QVector<QPointF>& pixels) {
+    OpSurface op;
+    op.genre = OpSurface::Polygone;
+    op.points.reserve(pixels.size());
+    for (const QPointF& p : pixels) op.points.append(DepuisPixel(p.x(), p.y()));
+    op.couleur = ForeColor;
+    if (FillStyle == 0) op.remplissage = FillColor;
+    Enregistre(op);
+    std::optional<QColor> remp;
+    if (FillStyle == 0) remp = VersQColor(FillColor);
+    DevPolygone(pixels, VersQColor(ForeColor), DrawWidth, remp);
+}
+
+void Surface::PolygonUnites(const QVector<QPointF>& points) {
+    QVector<QPointF> px;
+    px.reserve(points.size());
+    for (const QPointF& p : points) px.append(VersPixel(p.x(), p.y()));
+    Polygon(px);
+}
+
+QFont Surface::PoliceQt() const {
+    QFont f(Font.Name);
+    f.setPointSizeF(Font.Size > 0 ? Font.Size : 1);
+    f.setBold(Font.Bold);
+    f.setItalic(Font.Italic);
+    f.setUnderline(Font.Underline);
+    f.setStrikeOut(Font.Strikethrough);
+    // Unhinted outlines: the same advances on every target and resolution.
+    f.setHintingPreference(QFont::PreferNoHinting);
+    f.setStyleStrategy(QFont::StyleStrategy(QFont::ForceOutline | QFont::PreferQuality));
+    f.setKerning(false);
+    return f;
+}
+
+MetriquesPolice Surface::Metriques() const {
+    const QFontMetricsF fm(PoliceQt(), &mesure_);
+    MetriquesPolice m;
+    m.Ascent = fm.ascent();
+    m.Height = fm.ascent() + fm.descent();
+    const double em = (Font.Size > 0 ? Font.Size : 1) * (25.4 / mmParPixel_) / 72.0;
+    m.InternalLeading = std::max(0.0, m.Height - em);
+    return m;
+}
+
+double Surface::TextWidth(const QString& texte) const {
+    const QFontMetricsF fm(PoliceQt(), &mesure_);
+    return fm.horizontalAdvance(texte) * ScaleWidth / largeurPx_;
+}
+
+double Surface::TextHeight(const QString& texte) const {
+    const QFontMetricsF fm(PoliceQt(), &mesure_);
+    const int lignes = std::max<int>(1, int(texte.count(u'\n')) + (texte.endsWith(u'\n') ? 0 : 1));
+    return fm.height() * lignes * ScaleHeight / hauteurPx_;
+}
+
+void Surface::TextOut(double x, double y, double angle, const QString& texte, bool haut) {
+    QPointF p = VersPixel(x, y);
+    if (haut) {
+        const MetriquesPolice m = Metriques();
+        const double a = angle * 0.017453293;
+        // Down the text's normal (pixel y grows downward) by the ascent.
+        p += QPointF(m.Ascent * std::sin(a), m.Ascent * std::cos(a));
+    }
+    OpSurface op;
+    op.genre = OpSurface::Texte;
+    const QPointF base = DepuisPixel(p.x(), p.y());
+    op.x1 = base.x(); op.y1 = base.y();
+    op.angle = angle;
+    op.texte = texte;
+    op.police = Font.Name;
+    op.taille = Font.Size;
+    op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
+    op.couleur = ForeColor;
+    Enregistre(op);
+    DevTexte(p, angle, texte, PoliceQt(), VersQColor(ForeColor));
+}
+
+void Surface::PaintPicture(const QImage& image, const QString& fichier, double x, double y,
+                           double w, double h) {
+    OpSurface op;
+    op.genre = OpSurface::Image;
+    op.fichier = fichier;
+    op.x1 = x; op.y1 = y; op.x2 = w; op.y2 = h;
+    Enregistre(op);
+    DevImage(QRectF(VersPixel(x, y), VersPixel(x + w, y + h)).normalized(), image);
+}
+
+void Surface::Cls() {
+    OpSurface op;
+    op.genre = OpSurface::Effacement;
+    Enregistre(op);
+    DevEffacer();
+    CurrentX = 0;
+    CurrentY = 0;
+}
+
+void Surface::NewPage() {
+    OpSurface op;
+    op.genre = OpSurface::NouvellePage;
+    Enregistre(op);
+    DevNouvellePage();
+    CurrentX = 0;
+    CurrentY = 0;
+}

@@ -1,0 +1,51 @@
+// `Surface` over any QPaintDevice: the pane's pixmap, a QPdfWriter, a
+// QSvgGenerator, a QImage (design.md §4).
+#pragma once
+
+#include "drawing/surface.h"
+
+#include <QPainter>
+
+#include <functional>
+#include <memory>
+
+class QPaintDevice;
+
+class SurfacePeinte : public Surface {
+public:
+    // The device comes from `page(n)`, called for page 1 at once and for each
+    // `NewPage`. `echelle` turns device pixels of the Surface into pixels of the
+    // paint device (a 600 dpi virtual printer painted on a 300 dpi image: 0.5).
+    using FournisseurPage = std::function<QPaintDevice*(int page)>;
+    SurfacePeinte(GenreSurface genre, double largeurPx, double hauteurPx, double mmParPixel,
+                  FournisseurPage page, double echelle = 1.0, bool antialias = true);
+    ~SurfacePeinte() override;
+
+    void EndDoc() override;
+    int Pages() const { return page_; }
+
+protected:
+    void DevLigne(QPointF a, QPointF b, const QColor& c, int w) override;
+    void DevBoiteMasque(const QRectF& r, const QColor& c) override;
+    void DevEllipse(QPointF centre, double rx, double ry, std::optional<double> debut,
+                    std::optional<double> fin, const QColor& c, int w,
+                    std::optional<QColor> remp) override;
+    void DevPoint(QPointF p, const QColor& c) override;
+    void DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
+                     std::optional<QColor> remp) override;
+    void DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
+                  const QColor& c) override;
+    void DevImage(const QRectF& r, const QImage& im) override;
+    void DevEffacer() override;
+    void DevNouvellePage() override;
+
+private:
+    void Ouvre();
+    QPen Stylo(const QColor& c, int w) const;
+    FournisseurPage fournisseur_;
+    QPaintDevice* device_ = nullptr;
+    std::unique_ptr<QPainter> painter_;
+    double echelle_;
+    bool antialias_;
+    int page_ = 0;
+};

@@ -1,0 +1,179 @@
+// The run state: one struct, passed explicitly to every routine (design.md §4).
+//
+// The spec's run-wide names live here, grouped by the Part that owns them.
+// Each Part keeps its own group in a header of src/language/etat/, so that
+// work on one Part does not touch the others. No Qt GUI type appears here:
+// the state is plain data; `Surface` and `Hote` are reached through pointers.
+#pragma once
+
+#include "language/etat/cadre.h"
+#include "language/etat/cercle.h"
+#include "language/etat/echelle.h"
+#include "language/etat/grad.h"
+#include "language/etat/inclusion.h"
+#include "language/etat/repere.h"
+#include "language/etat/styles.h"
+#include "language/etat/texte.h"
+#include "language/etat/val.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <random>
+
+class Surface;
+class Hote;
+class QFile;
+
+// Size of the variable arrays of a level (Part 1.3: at most 64 slots; index 0 unused).
+constexpr int MaxVarAbsolu = 64;
+// Levels of `PileFic`: 0 shared variables, 1 main program, 2 to 5 included files, 6 spare.
+constexpr int NbNiveaux = 7;
+// Depth of the `If` blocks kept per level (Part 1.1: 5 flags each).
+constexpr int NbSi = 5;
+
+// `ParamFichier` of `CtxFic`: what the include mechanism keeps (Part 4.3).
+struct ParamFichier {
+    int DrawWidth = 0;
+    float TiretL1 = 0, TiretL2 = 0, TiretL3 = 0;
+    bool BoutCarre = false;
+    QString NomPolice;
+    float TaillePolice = 0;
+    QString Style;        // "B", "I", "U" letters of the saved font
+    int Couleur = 0;
+    float FicX = 999.99f; // the two 32-bit floats initialised to 999.99
+    float FicY = 999.99f;
+};
+
+// One level of `PileFic` (Part 1.1, Data model). Fields in the spec's order.
+struct CtxFic {
+    QString Nom;
+    QString Texte;
+    int Pos = 0;          // 16-bit, checked through Entier16 where it moves
+    int FinLigne = 0;
+    QString Mot;
+    QString Ligne;
+    int PosDebut = 0;
+    int PosFin = 0;
+    std::optional<double> DecalX, DecalY;
+    float TextePos[2] = {0, 0};
+    float CoefExposant = 1.0f;
+    float EpaisDefaut = 0;
+    QString CommandeExt;
+    float ParamExt[2] = {0, 0};
+    float CoefTaille = 1.0f;
+    QString FichierExt = QStringLiteral("0");
+    int Reserve1 = 0;
+    int NbVar = 0;
+    bool EchelleLog = false;
+    std::array<QString, MaxVarAbsolu + 1> NomVar;   // 1-based
+    std::array<QString, MaxVarAbsolu + 1> ValVar;   // 1-based
+    std::array<uint8_t, MaxVarAbsolu + 1> SauteVar{}; // 1-based
+    ParamFichier Param;
+    QString FicDonnees;
+    int NumFicDonnees = 0;
+    QString LigneLue;
+    QString LigneBrute;
+    QString MarqueDebut, MarqueFin;
+    QChar CarCommentaire = u'\'';
+    int NivSi = 0;
+    std::array<bool, NbSi + 1> SauteSi{};      // 1-based by depth
+    std::array<bool, NbSi + 1> ElseVu{};
+    std::array<bool, NbSi + 1> BrancheFaite{};
+    int DebutLocales = 0;
+    int MaxVar = 33;
+    int MaxSi = 2;
+    int32_t MaxPlot = 50100;
+    QString Separateur1 = QStringLiteral(",");
+    QString Separateur2 = QStringLiteral("§");
+    float AngleDefaut = 0;
+    // Fields that other Parts keep per level.
+    float MultiplicateurTaille = 1.0f; // Part 3.3, the last *k of TailleP
+    float CTx = 0, CTy = 0;            // Part 2.1: CT values, restored after an include
+    std::optional<double> CentreX, CentreY; // Part 2.1: x, y of the centre command, saved
+    std::shared_ptr<QFile> Donnees;    // Part 1.7: the open data file of `Open`
+    QString LigneBruteThen;            // Part 1.6: the raw physical line, for the Then rule
+};
+
+// One row of the label table (Part 1.2).
+struct Etiquette {
+    QString Nom;     // upper case
+    int Ligne = 0;   // 16-bit line count
+    int32_t Position = 0;
+};
+
+// The settings that outlive runs (Part 4.5). The application fills them from
+// "Mirel.cfg"; a run only reads them.
+struct Reglages {
+    float Zmm = 1.0f;               // "Zmm =", %FCmm
+    double TaillePoliceDefaut = 10; // configured default character size in points
+    int Patchs = 0;                 // "Patchs =", 16-bit options word
+    int LangueMessages = 0;         // section offset of messages: 0, 400, 800, 1200
+    int LangueMenus = 0;
+    int LangueAide = 0;
+    int LangueMasque = 0;
+    QString DossierProgramme;       // folder of the executable, ending in "/"
+    QString DossierTravail;         // working folder, ending in "/"
+    QString DossierCfg;             // folder of Mirel.cfg, ending in "/"
+    QStringList CommandesExternes;  // names of the external commands (Part 4.3), at most 60
+    QStringList FichiersExternes;   // their files, same order
+};
+
+// The run-wide state (Part 1.1 and the data models of the Parts).
+struct Etat {
+    // --- Part 1.1
+    std::array<CtxFic, NbNiveaux> PileFic;
+    int NiveauCourant = 0;
+    bool ArretDemande = false;
+    int EtatOrdre = 0;
+    QString TexteErreur;
+    QString LigneCourante;
+    QString OperAffect;
+    bool ExecutionEnCours = false;  // the disabled `Mnu_Visualiser`: a run is in progress
+    int NumFicPrintA = 0;           // Part 1.7: file number of OpenA, 0 = none
+    std::shared_ptr<QFile> FicPrintA;
+    bool FichierNonTrouve = false;  // Part 1.7: the flag Open leaves for the error box
+    QString NomFichierNonTrouve;
+
+    // --- Part 1.2
+    QString Separateur1 = QStringLiteral(",");
+    QString Separateur2 = QStringLiteral("§");
+    QVector<std::array<Etiquette, 6>> Etiquettes; // rows × levels 1..5
+    std::array<int, 6> NbEtiquettes{};
+
+    // --- Part 1.3
+    bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run
+    QString VarListeCourante;        // the list variable being stepped by Grad1/Val1 (Part 2.4)
+    QString ItemListeCourant;        // its current item
+
+    // --- Part 1.4
+    std::mt19937 Ale{12345u};        // generator behind ALE and the draws (Part 1.4)
+
+    // --- Part 1.6
+    int EntreeSi = 0;
+
+    // --- Part 2.1 and the Parts that draw
+    EtatRepere Repere;
+    EtatStyles Styles;
+    Echelle Ech;
+    EtatGrad Grad;
+    EtatVal Val;
+    EtatTexte Txt;
+    EtatCercle Cercle;
+    EtatCadre Cadre;
+    EtatInclusion Inclusion;
+
+    // --- Settings and the outside world
+    Reglages* Regl = nullptr;        // owned by the application
+    Surface* Surf = nullptr;         // the current drawing target
+    Surface* Pane = nullptr;         // the graphic pane of the window (or its headless stand-in)
+    Hote* Host = nullptr;            // the editor, message boxes, events
+
+    CtxFic& Ctx() { return PileFic[NiveauCourant]; }
+    CtxFic& Ctx(int niveau) { return PileFic[niveau]; }
+};

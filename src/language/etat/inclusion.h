@@ -1,0 +1,5 @@
+// Run state of Part 4.3: file inclusion. Owned by that Part; fields are added with it.
+#pragma once
+
+struct EtatInclusion {
+};

@@ -1,0 +1,52 @@
+// `Hote`: how a run reaches the user and the editor (design.md §4).
+//
+// The main window implements it with widgets; `HoteMemoire` (headless) records
+// the boxes, answers from a list and works on an in-memory editor text.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+enum class Boutons { Ok, OkAnnuler, OuiNon, OuiNonAnnuler };
+enum class Reponse { Ok, Annuler, Oui, Non };
+
+class Hote {
+public:
+    virtual ~Hote() = default;
+
+    // A message box; returns the button that closed it.
+    virtual Reponse Message(const QString& titre, const QString& texte, Boutons boutons) = 0;
+    // The `Input` prompt (Part 1.7): none when cancelled.
+    virtual std::optional<QString> Saisie(const QString& titre, const QString& invite,
+                                          const QString& defaut) = 0;
+
+    // The editor `RTB1`: its whole text (lines ended by CR LF).
+    virtual QString TexteEditeur() const = 0;
+    // Replaces `longueur` characters at the 0-based position `debut` of the
+    // editor text by `texte` (the rewrites of `?`, `EpaisT`, `Arc` "?", `DMKCODE`,
+    // the "?" form of `Fichier`).
+    virtual void RemplaceTexteEditeur(int debut, int longueur, const QString& texte) = 0;
+    // Colours `longueur` characters at the 0-based `debut` red and leaves the
+    // caret there (Part 1.1, handler step 3). Returns the editor line of the
+    // selection, counted from 1.
+    virtual int MarqueErreur(int debut, int longueur) = 0;
+    // The editor line (from 1) of the 0-based position.
+    virtual int LigneDe(int position) const = 0;
+    // Redo the colouring of the line at the 0-based position (after a rewrite).
+    virtual void ColoreLigneA(int) {}
+
+    // Clipboard.
+    virtual QString PressePapier() const = 0;
+    virtual void EcritPressePapier(const QString& texte) = 0;
+
+    // Let interface events run (the points of Part 1.1). The window may set
+    // the run's `ArretDemande` from here (Esc).
+    virtual void PompeEvenements() {}
+    // Busy state of a run: pointer, disabled window (Visualiser steps 3 and 9).
+    virtual void DebutExecution() {}
+    virtual void FinExecution() {}
+
+    // `Shell#$` (Part 1.7): starts a command line; with attendre, waits for it.
+    virtual bool Lance(const QString& commande, bool attendre) = 0;
+};

@@ -1,0 +1,75 @@
+// The string primitives of the original language, 1-based, in one place.
+// The spec counts positions from 1 (Part 1.1, Conventions); every routine that
+// follows the spec's positions uses these instead of QString's 0-based calls.
+#pragma once
+
+#include <QString>
+
+namespace vb {
+
+// Length of a text, as the original's Len.
+inline int Len(const QString& s) { return int(s.size()); }
+
+// Mid(s, debut[, n]): from the 1-based position debut, n characters or to the end.
+inline QString Mid(const QString& s, int debut, int n = -1) {
+    if (debut < 1) debut = 1;
+    if (debut > s.size()) return QString();
+    return n < 0 ? s.mid(debut - 1) : s.mid(debut - 1, n);
+}
+
+inline QString Left(const QString& s, int n) { return n <= 0 ? QString() : s.left(n); }
+inline QString Right(const QString& s, int n) { return n <= 0 ? QString() : s.right(n); }
+
+// InStr(debut, s, cherche): 1-based position of cherche at or after debut, 0 if absent.
+// Like the original, an empty search text is found at debut when debut <= Len + 1.
+inline int InStr(int debut, const QString& s, const QString& cherche,
+                 Qt::CaseSensitivity cs = Qt::CaseSensitive) {
+    if (debut < 1) debut = 1;
+    if (cherche.isEmpty()) return debut <= s.size() + 1 ? debut : 0;
+    if (debut > s.size()) return 0;
+    const qsizetype i = s.indexOf(cherche, debut - 1, cs);
+    return i < 0 ? 0 : int(i) + 1;
+}
+inline int InStr(const QString& s, const QString& cherche,
+                 Qt::CaseSensitivity cs = Qt::CaseSensitive) {
+    return InStr(1, s, cherche, cs);
+}
+
+// InStrRev(s, cherche[, debut]): last position at or before debut (default: the end).
+inline int InStrRev(const QString& s, const QString& cherche, int debut = -1) {
+    if (cherche.isEmpty()) return debut < 0 ? int(s.size()) : debut;
+    const qsizetype from = debut < 0 ? -1 : debut - 1;
+    if (debut == 0) return 0;
+    const qsizetype i = s.lastIndexOf(cherche, from);
+    return i < 0 ? 0 : int(i) + 1;
+}
+
+inline QString UCase(const QString& s) { return s.toUpper(); }
+inline QString LCase(const QString& s) { return s.toLower(); }
+
+// Trim removes blanks only (the original's Trim), not tabs or line ends.
+inline QString LTrim(const QString& s) {
+    int i = 0;
+    while (i < s.size() && s[i] == u' ') ++i;
+    return s.mid(i);
+}
+inline QString RTrim(const QString& s) {
+    qsizetype n = s.size();
+    while (n > 0 && s[n - 1] == u' ') --n;
+    return s.left(n);
+}
+inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
+
+// Replace every occurrence (the original's Replace, case-sensitive).
+inline QString Replace(const QString& s, const QString& de, const QString& par) {
+    QString r = s;
+    return de.isEmpty() ? r : r.replace(de, par);
+}
+
+// The CR LF pair that ends every line of a command text (design.md section 5).
+inline const QString& CrLf() {
+    static const QString crlf = QStringLiteral("\r\n");
+    return crlf;
+}
+
+} // namespace vb
