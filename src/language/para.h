@@ -1,0 +1,44 @@
+// Part 1.2: the parameter readers. Every command takes its parameters from
+// `LigneCourante` through these routines. Indexes are 1-based; a negative
+// index reads to the end of the text (and is turned positive in the caller's
+// variable, as in the original).
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+struct Etat;
+
+QString ParaN(Etat& e, const QString& texte, int& n);
+QString ParaN(Etat& e, const QString& texte, int&& n);
+QString ParaBrut(Etat& e, const QString& texte, int n);
+QString SousPara(Etat& e, const QString& texte, int n);
+QString SousPara(Etat& e, const QString& texte, int n, const QString& sep);
+// The number of parameter `n`, or none when it is missing or empty.
+std::optional<double> ParaVal(Etat& e, const QString& texte, int n);
+// `ParaVal` with the missing value read as 0.
+double ParaVal0(Etat& e, const QString& texte, int n);
+// `ParaCoord`: the point of the parameters n and n + 1 about (refX, refY).
+void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, double refX,
+               double refY);
+int NbPara(Etat& e, const QString& texte);
+int NbSousPara(Etat& e, const QString& texte);
+// Drops the first n parameters of texte, in place.
+void SautePara(Etat& e, QString& texte, int n);
+
+// The raw piece n of a text split on sep (1-based; negative: to the end).
+// No substitution. Shared by the readers above.
+QString Piece(const QString& texte, int n, const QString& sep);
+
+// The `Separateur` command.
+void CmdSeparateur(Etat& e);
+
+// Labels.
+void ScanEtiquettes(Etat& e, int niveau);
+int LigneEtiquette(const Etat& e, const QString& nom, int niveau);
+
+// The canonical keyword list and the editor aliases (Part 1.2), for the editor.
+const QStringList& MotsCanoniques();
+// "SI" -> "If", "SIT" -> "IfT", "ROTANG" -> "AngRot", "SINON" -> "Else".
+QString AliasEditeur(const QString& motMajuscule);
