@@ -1,8 +1,200 @@
+// The command line of design.md §1: the window, `render`, `dump`.
 #include "cli/cli.h"
 
-#include <cstdio>
+#include "app/core/dump.h"
+#include "app/core/rendu.h"
+#include "app/core/session.h"
 
-int MirelMain(int, char**) {
-    std::puts("mirel");
-    return 0;
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QLocale>
+
+#include <cstdio>
+#include <memory>
+
+#include <unistd.h>
+
+namespace {
+
+const char* const Aide =
+    "Mirel: scales of analogue meters, dials and front panels, drawn from a command text.\n"
+    "\n"
+    "Usage:\n"
+    "  mirel [FILE.dat]                 open the main window\n"
+    "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|Letter|WxH]\n"
+    "                                   [--landscape] [common options]\n"
+    "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
+    "                                   [common options]\n"
+    "  mirel --help | --version\n"
+    "\n"
+    "Common options:\n"
+    "  --lang fr|en|de|es    language of messages (default fr)\n"
+    "  --input TEXT          answers an Input prompt (repeat for several, in order)\n"
+    "  --answer ok|cancel|yes|no   answers a message box (repeat, in order; default OK/Yes)\n"
+    "  --locale NAME         locale of numbers in texts (default C)\n"
+    "\n"
+    "Exit status: 0 no error box, 1 an error box of the program was shown,\n"
+    "2 usage error, unreadable input or unwritable output.\n";
+
+void Ecrit(FILE* f, const QString& t) {
+    const QByteArray b = t.toUtf8();
+    std::fwrite(b.constData(), 1, size_t(b.size()), f);
+}
+
+int Usage(const QString& pourquoi) {
+    Ecrit(stderr, QStringLiteral("mirel: %1\n\n").arg(pourquoi));
+    Ecrit(stderr, QString::fromUtf8(Aide));
+    return 2;
+}
+
+int DecalageLangue(const QString& code) {
+    static const char* const codes[] = {"fr", "en", "de", "es"};
+    for (int i = 0; i < 4; ++i)
+        if (code == QLatin1String(codes[i])) return 400 * i;
+    return -1;
+}
+
+struct Arguments {
+    QString commande, fichier, sortie;
+    bool imprimante = false, paysage = false;
+    QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
+    double zoom = 1, dpi = 300;
+    int langue = 0;
+    QString locale = QStringLiteral("C");
+    QStringList saisies, reponses;
+};
+
+// Reads the options after "render" or "dump"; an empty text when they are good.
+QString LitArguments(const QStringList& a, Arguments& r) {
+    for (int i = 2; i < a.size(); ++i) {
+        const QString& o = a[i];
+        auto valeur = [&](QString& v) {
+            if (i + 1 >= a.size()) return false;
+            v = a[++i];
+            return true;
+        };
+        QString v;
+        bool ok = true;
+        if (o == QLatin1String("-o") || o == QLatin1String("--output")) {
+            if (!valeur(r.sortie)) return QStringLiteral("-o needs a file");
+        } else if (o == QLatin1String("--printer")) {
+            r.imprimante = true;
+        } else if (o == QLatin1String("--landscape")) {
+            r.paysage = true;
+        } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
+            if (!valeur(v)) return o + QStringLiteral(" needs a size");
+            const QSizeF t = TaillePage(v);
+            if (!t.isValid()) return QStringLiteral("bad size: %1").arg(v);
+            (o == QLatin1String("--pane") ? r.pane : r.page) = t;
+        } else if (o == QLatin1String("--zoom")) {
+            if (!valeur(v)) return QStringLiteral("--zoom needs a number");
+            r.zoom = v.toDouble(&ok);
+            if (!ok || r.zoom <= 0) return QStringLiteral("bad zoom: %1").arg(v);
+        } else if (o == QLatin1String("--dpi")) {
+            if (!valeur(v)) return QStringLiteral("--dpi needs a number");
+            r.dpi = v.toDouble(&ok);
+            if (!ok || r.dpi < 10 || r.dpi > 2400) return QStringLiteral("bad dpi: %1").arg(v);
+        } else if (o == QLatin1String("--lang")) {
+            if (!valeur(v) || (r.langue = DecalageLangue(v)) < 0)
+                return QStringLiteral("--lang takes fr, en, de or es");
+        } else if (o == QLatin1String("--input")) {
+            if (!valeur(v)) return QStringLiteral("--input needs a text");
+            r.saisies << v;
+        } else if (o == QLatin1String("--answer")) {
+            if (!valeur(v)) return QStringLiteral("--answer needs ok, cancel, yes or no");
+            for (const QString& m : v.split(u',', Qt::SkipEmptyParts)) {
+                if (!QStringList{"ok", "cancel", "yes", "no"}.contains(m.trimmed().toLower()))
+                    return QStringLiteral("bad answer: %1").arg(m);
+                r.reponses << m.trimmed();
+            }
+        } else if (o == QLatin1String("--locale")) {
+            if (!valeur(r.locale)) return QStringLiteral("--locale needs a name");
+        } else if (o.startsWith(u'-')) {
+            return QStringLiteral("unknown option: %1").arg(o);
+        } else if (r.fichier.isEmpty()) {
+            r.fichier = o;
+        } else {
+            return QStringLiteral("one program file only");
+        }
+    }
+    if (r.fichier.isEmpty()) return QStringLiteral("which program file?");
+    if (r.commande == QLatin1String("render") && r.sortie.isEmpty())
+        return QStringLiteral("render needs -o OUT.pdf, OUT.svg or OUT.png");
+    return QString();
+}
+
+Reglages ReglagesDe(const Arguments& a) {
+    Reglages r;
+    r.LangueMessages = r.LangueMenus = r.LangueAide = r.LangueMasque = a.langue;
+    return r;
+}
+
+int Dump(const Arguments& a, const QString& texte) {
+    Session s(texte, a.pane, a.page);
+    s.regl = ReglagesDe(a);
+    s.etat.FichierPrincipal = QFileInfo(a.fichier).absoluteFilePath();
+    s.hote.Reponses = a.reponses;
+    s.hote.Saisies = a.saisies;
+    s.etat.Repere.OrientationImprimante = a.paysage ? 2 : 1;
+    if (a.imprimante) s.ExecuteImprimante();
+    else s.Execute(float(a.zoom));
+    Ecrit(stdout, QString::fromUtf8(QJsonDocument(DumpJson(s)).toJson(QJsonDocument::Indented)));
+    return s.etat.ErreursAffichees > 0 ? 1 : 0;
+}
+
+int Render(const Arguments& a, const QString& texte) {
+    OptionsRendu o;
+    o.dpi = a.dpi;
+    o.page = a.page;
+    o.paysage = a.paysage;
+    o.reponses = a.reponses;
+    o.saisies = a.saisies;
+    const ResultatRendu r =
+        RendProgramme(texte, QFileInfo(a.fichier).absoluteFilePath(), a.sortie, o, ReglagesDe(a));
+    for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
+    if (r.statut == 2) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
+    return r.statut;
+}
+
+} // namespace
+
+int MirelMain(int argc, char** argv) {
+    QStringList args;
+    for (int i = 0; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
+    const QString premier = args.value(1);
+    if (premier == QLatin1String("--help") || premier == QLatin1String("-h")) {
+        Ecrit(stdout, QString::fromUtf8(Aide));
+        return 0;
+    }
+    if (premier == QLatin1String("--version")) {
+        Ecrit(stdout, QStringLiteral("Mirel %1\n").arg(QStringLiteral(MIREL_VERSION)));
+        return 0;
+    }
+    if (premier != QLatin1String("render") && premier != QLatin1String("dump"))
+        return Usage(QStringLiteral("the main window is not built yet; use render or dump"));
+
+    // Headless: no display is needed.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QByteArray dir = QDir::tempPath().toLocal8Bit() + "/mirel-runtime-" + QByteArray::number(getuid());
+        QDir().mkpath(QString::fromLocal8Bit(dir));
+        QFile::setPermissions(QString::fromLocal8Bit(dir), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", dir);
+    }
+    QGuiApplication app(argc, argv);
+    Arguments a;
+    a.commande = premier;
+    const QString faute = LitArguments(args, a);
+    if (!faute.isEmpty()) return Usage(faute);
+    QLocale::setDefault(QLocale(a.locale));
+    QString texte, erreur;
+    if (!LitTexteFichier(a.fichier, texte, erreur)) {
+        Ecrit(stderr, QStringLiteral("mirel: cannot read %1: %2\n").arg(a.fichier, erreur));
+        return 2;
+    }
+    return premier == QLatin1String("dump") ? Dump(a, texte) : Render(a, texte);
 }

@@ -134,7 +134,11 @@ struct Etat {
     QString TexteErreur;
     QString LigneCourante;
     QString OperAffect;
-    bool ExecutionEnCours = false;  // the disabled `Mnu_Visualiser`: a run is in progress
+    QString NomAffecte;             // the name of an assignment line, as written
+    QString FichierPrincipal;       // path of the main program (%File, %Path), empty if unsaved
+    bool ExecutionEnCours = false;
+    int ErreursAffichees = 0;       // error boxes shown in this run (exit status of dump, render)
+    bool FinNiveauDemandee = false; // a command ends its level (Stop, a cancelled box...)  // the disabled `Mnu_Visualiser`: a run is in progress
     int NumFicPrintA = 0;           // Part 1.7: file number of OpenA, 0 = none
     std::shared_ptr<QFile> FicPrintA;
     bool FichierNonTrouve = false;  // Part 1.7: the flag Open leaves for the error box
@@ -143,8 +147,7 @@ struct Etat {
     // --- Part 1.2
     QString Separateur1 = QStringLiteral(",");
     QString Separateur2 = QStringLiteral("§");
-    QVector<std::array<Etiquette, 6>> Etiquettes; // rows × levels 1..5
-    std::array<int, 6> NbEtiquettes{};
+    std::array<QVector<Etiquette>, NbNiveaux> Etiquettes; // the label table, per level
 
     // --- Part 1.3
     bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run

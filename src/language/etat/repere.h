@@ -31,8 +31,10 @@ struct EtatRepere {
     double DecalageVueX = 0, DecalageVueY = 0;
     double LargeurEditeur = 0;
     double LargeurFenetreMm = 0, HauteurFenetreMm = 0; // Wf, Hf: last measured pane size
+    double DemiLargeurX = 0, DemiLargeurY = 0; // hx, hy of the square-ended line
     bool StyloInitialise = false; // the off-page PSet of square-ended lines, once per run
-    bool FPay = false;           // %FPay: landscape asked by FormatI
+    bool FPay = false;
+    int OrientationImprimante = 1; // the printer's orientation at the set-up (render --landscape)           // %FPay: landscape asked by FormatI
     // RefCur (texts formatted ".0#") and the values kept for the mouse read-out.
     QString RefCurX = "0", RefCurY = "0", RefCurAngle = "0";
     double CEx = 0, CEy = 0;     // reference of %CEx, %CEy on screen

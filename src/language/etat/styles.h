@@ -18,5 +18,8 @@ struct EtatStyles {
     float TiretFinX = 999.99f, TiretFinY = 999.99f;
     // EpaisLocal / EpaisRestaure
     StyleTrait Sauve;
+    float SauveReste = 0;
+    int SauvePhase = 0;
+    float SauveFinX = 999.99f, SauveFinY = 999.99f;
     bool EpaisChangee = false, StyleChange = false;
 };

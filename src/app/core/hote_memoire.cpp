@@ -1,0 +1,55 @@
+#include "app/core/hote_memoire.h"
+
+#include <QProcess>
+
+namespace {
+
+Reponse ReponseDe(const QString& mot, Boutons boutons) {
+    const QString m = mot.trimmed().toLower();
+    if (m == QLatin1String("cancel")) return Reponse::Annuler;
+    if (m == QLatin1String("no")) return Reponse::Non;
+    if (m == QLatin1String("yes")) return Reponse::Oui;
+    if (m == QLatin1String("ok")) return Reponse::Ok;
+    return boutons == Boutons::OuiNon || boutons == Boutons::OuiNonAnnuler ? Reponse::Oui : Reponse::Ok;
+}
+
+} // namespace
+
+Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons boutons) {
+    const int i = int(messages_.size());
+    Reponse r = ReponseDe(i < Reponses.size() ? Reponses[i] : QString(), boutons);
+    // An answer the box doesn't offer falls back to its first button.
+    if (boutons == Boutons::Ok) r = Reponse::Ok;
+    if (boutons == Boutons::OkAnnuler && r != Reponse::Annuler) r = Reponse::Ok;
+    if (boutons == Boutons::OuiNon && r != Reponse::Non) r = Reponse::Oui;
+    messages_.append({titre, texte, boutons, r});
+    return r;
+}
+
+std::optional<QString> HoteMemoire::Saisie(const QString&, const QString&, const QString& defaut) {
+    if (Saisies.isEmpty()) return defaut;
+    return Saisies.takeFirst();
+}
+
+void HoteMemoire::RemplaceTexteEditeur(int debut, int longueur, const QString& texte) {
+    texte_.replace(debut, longueur, texte);
+    modifie_ = true;
+}
+
+int HoteMemoire::MarqueErreur(int debut, int longueur) {
+    Marques.append({debut, longueur});
+    return LigneDe(debut);
+}
+
+int HoteMemoire::LigneDe(int position) const {
+    if (position < 0) position = 0;
+    return int(texte_.left(position).count(QStringLiteral("\r\n"))) + 1;
+}
+
+bool HoteMemoire::Lance(const QString& commande, bool attendre) {
+    QStringList args = QProcess::splitCommand(commande);
+    if (args.isEmpty()) return false;
+    const QString prog = args.takeFirst();
+    if (attendre) return QProcess::execute(prog, args) >= 0;
+    return QProcess::startDetached(prog, args);
+}

@@ -1,0 +1,47 @@
+// The headless `Hote` (design.md §4): an in-memory editor text, message boxes
+// recorded and answered from a list, prompts answered from a list.
+#pragma once
+
+#include "language/hote.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+struct MessageEnregistre {
+    QString titre, texte;
+    Boutons boutons = Boutons::Ok;
+    Reponse reponse = Reponse::Ok;
+};
+
+class HoteMemoire : public Hote {
+public:
+    explicit HoteMemoire(QString texte = QString()) : texte_(std::move(texte)) {}
+
+    Reponse Message(const QString& titre, const QString& texte, Boutons boutons) override;
+    std::optional<QString> Saisie(const QString& titre, const QString& invite,
+                                  const QString& defaut) override;
+    QString TexteEditeur() const override { return texte_; }
+    void RemplaceTexteEditeur(int debut, int longueur, const QString& texte) override;
+    int MarqueErreur(int debut, int longueur) override;
+    int LigneDe(int position) const override;
+    QString PressePapier() const override { return pressePapier_; }
+    void EcritPressePapier(const QString& texte) override { pressePapier_ = texte; }
+    bool Lance(const QString& commande, bool attendre) override;
+
+    void SetTexte(const QString& t) { texte_ = t; }
+    bool TexteModifie() const { return modifie_; }
+    const QVector<MessageEnregistre>& Messages() const { return messages_; }
+    // Answers given in order; when they run out, OK (or Yes).
+    QStringList Reponses;
+    // Answers of the Input prompts in order; when they run out, the default.
+    QStringList Saisies;
+    // The red marks of failing lines: 0-based start and length.
+    QVector<QPair<int, int>> Marques;
+
+private:
+    QString texte_;
+    QString pressePapier_;
+    bool modifie_ = false;
+    QVector<MessageEnregistre> messages_;
+};

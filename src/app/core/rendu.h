@@ -1,0 +1,28 @@
+// `mirel render`: a run with the virtual 600 dpi printer as Surface, written
+// at true size to PDF, SVG or PNG (design.md §1). The window's export uses it.
+#pragma once
+
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+
+struct Reglages;
+struct MessageEnregistre;
+
+struct OptionsRendu {
+    double dpi = 300;              // PNG only
+    QSizeF page = QSizeF(210, 297);
+    bool paysage = false;
+    QStringList reponses, saisies; // answers of boxes and prompts, in order
+};
+
+struct ResultatRendu {
+    int statut = 0;                // 0 ok, 1 an error box was shown, 2 output failed
+    QString erreur;                // why the output failed
+    QStringList fichiers;          // the files written
+    QStringList messages;          // the boxes of the run, title and text
+};
+
+ResultatRendu RendProgramme(const QString& texte, const QString& cheminProgramme,
+                            const QString& sortie, const OptionsRendu& options,
+                            const Reglages& reglages);

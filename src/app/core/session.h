@@ -1,0 +1,42 @@
+// A run without a window: the settings, the headless host, the pane or the
+// printer as Surface, and the run state. Used by `render`, `dump`, the tests
+// and the benchmarks.
+#pragma once
+
+#include "app/core/hote_memoire.h"
+#include "drawing/surface.h"
+#include "language/etat.h"
+
+#include <QSizeF>
+#include <QString>
+
+#include <memory>
+
+// The resolution of the virtual printer (design.md §1) and of the headless screen.
+constexpr double DpiImprimante = 600.0;
+constexpr double DpiEcran = 96.0;
+
+// A page size in millimetres from "A4", "A3", "Letter" or "WxH"; invalid when unknown.
+QSizeF TaillePage(const QString& nom);
+
+struct Session {
+    Reglages regl;
+    HoteMemoire hote;
+    Etat etat;
+    Journal journal;
+    std::unique_ptr<Surface> pane;
+    std::unique_ptr<Surface> imprimante;
+
+    // A pane of the given size in millimetres (screen kind) and a virtual
+    // printer of the given page, both recording into `journal`.
+    explicit Session(const QString& texte, QSizeF paneMm = QSizeF(297, 210),
+                     QSizeF pageMm = QSizeF(210, 297));
+    // Runs as the window's F4 does (`Visualiser`), with a zoom when not 1.
+    void Execute(float zoom = 1.0f);
+    // Runs with the printer as the Surface (Part 4.6).
+    void ExecuteImprimante();
+};
+
+// A command file's text: UTF-8 when valid, otherwise Windows-1252; line ends
+// become CR LF (design.md §5). False when it can't be read.
+bool LitTexteFichier(const QString& chemin, QString& texte, QString& erreur);

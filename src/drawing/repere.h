@@ -1,0 +1,52 @@
+// Part 2.1: the drawing surface's frame, the line primitive and the origin
+// commands.
+#pragma once
+
+#include <QString>
+
+struct Etat;
+class Surface;
+
+// Attaches the pane (screen kind) and measures MmParPixelE, PointsParPixel.
+void AttachePane(Etat& e, Surface* pane);
+// Measures MmParPointI from a printer surface (and PointsParPixel).
+void MesureImprimante(Etat& e, const Surface& imprimante);
+
+// The frame set-up of a run at level 1 (steps 1 to 5).
+void MiseEnPlaceRepere(Etat& e);
+// Step 2 alone, after FormatI turned the printer's page.
+void EchelleImprimante(Etat& e);
+
+// `LitRotation(texte, x, y)`: the rotation of a command from the `§` part of
+// its y parameter, or `AngRotDefaut`; turns x, y about 0,0.
+void LitRotation(Etat& e, const QString& texte, double& x, double& y);
+// The same turn by a rotation in degrees as stored (negated), about 0,0.
+void Tourne(double rotation, double& x, double& y);
+// The only way to stroke a line (Surface units, rotation in degrees).
+void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotation, int couleur);
+void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur);
+void DessinePlus(Etat& e, double x, double y, double s, double a, int couleur, double k);
+void MajPointCourant(Etat& e, double angle);
+// Surface point of a user point: the origin and the temporary centre added.
+double VersSurfaceX(const Etat& e, double x);
+double VersSurfaceY(const Etat& e, double y);
+
+// Commands.
+void CmdFormatI(Etat& e);
+void CmdZoomIni(Etat& e);
+void CmdZoomIniI(Etat& e);
+void CmdFacteur(Etat& e);
+void CmdCentreE(Etat& e);
+void CmdCentreI(Etat& e);
+void CmdCentreEI(Etat& e);
+void CmdCT(Etat& e);
+void CmdAngRot(Etat& e);
+void CmdNPage(Etat& e);
+void CmdRefCur(Etat& e);
+void CmdPoint(Etat& e); // `?`
+
+// The order failure of FormatI, ZoomIni and the centre commands: EtatOrdre is
+// negated, which picks the order box (Part 1.1).
+[[noreturn]] void ErreurOrdre(Etat& e);
+// The scale commands before a scale: "Erreur ordre commandes / Error odre commands".
+void VerifieEchelle(Etat& e);

@@ -1,0 +1,388 @@
+// Part 1.1: the run driver `Visualiser` and the command loop `Interprete`.
+#include "language/interprete.h"
+
+#include "language/chaines.h"
+#include "language/commandes.h"
+#include "language/erreur.h"
+#include "language/etat.h"
+#include "language/flux.h"
+#include "language/hote.h"
+#include "language/para.h"
+#include "language/variables.h"
+#include "language/vb.h"
+
+#include <QFile>
+
+using namespace vb;
+
+namespace {
+
+// The offset of the messages' language section (Part 4.5).
+QString Chaine(const Etat& e, int n) { return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0)); }
+
+// Fetching a line (Part 1.1). Returns false when the text is finished.
+// On return LigneCourante holds the logical line, PosDebut and FinLigne frame it.
+bool LitLigne(Etat& e, CtxFic& c) {
+    const QString& texte = c.Texte;
+    const int longueur = Len(texte);
+    for (;;) {
+        if (e.ArretDemande) return true; // the caller tests it and ends the level
+        // A Goto to an unknown label left Pos at 0: the fetch fails (Part 1.6).
+        if (c.Pos < 1) throw ErreurExecution("Invalid procedure call or argument");
+        int fin = InStr(c.Pos, texte, CrLf());
+        if (fin == 0) {
+            if (c.Pos > longueur) return false;
+            fin = longueur + 1;
+        }
+        c.FinLigne = Entier16(fin);
+        QString physique = Mid(texte, c.Pos, c.FinLigne - c.Pos);
+        c.LigneBruteThen = physique; // the raw line, for the Then rule of Part 1.6
+        QString ligne = LTrim(QString(physique).replace(u'\t', u' '));
+        // A lone "_" continues like " _" (and Pos moves back by one).
+        if (ligne == QLatin1String("_")) {
+            ligne = QStringLiteral(" _");
+            c.Pos = Entier16(c.Pos - 1);
+        }
+        c.PosDebut = c.Pos;
+        while (ligne.endsWith(QLatin1String(" _"))) {
+            ligne.chop(2);
+            const int suite = c.FinLigne + 2;
+            if (suite > longueur) {
+                // The text ends during a continuation: the line fails.
+                c.PosFin = c.FinLigne;
+                const int debutDerniere = InStrRev(texte, CrLf(), c.FinLigne - 1);
+                c.PosDebut = Entier16(debutDerniere == 0 ? 1 : debutDerniere + 2);
+                c.Ligne = ligne;
+                throw ErreurProvoquee("continuation");
+            }
+            int f = InStr(suite, texte, CrLf());
+            if (f == 0) f = longueur + 1;
+            ligne += LTrim(Mid(texte, suite, f - suite));
+            c.FinLigne = Entier16(f);
+        }
+        ligne.replace(u'\t', u' ');
+        c.Pos = Entier16(c.FinLigne + 2);
+        // A "%name" line without "=" is a stored command.
+        const QString net = Trim(ligne);
+        if (net.startsWith(u'%') && !net.contains(u'=')) {
+            QString valeur;
+            if (!LitVar(e, e.NiveauCourant, net, valeur)) {
+                c.Ligne = ligne;
+                c.PosFin = c.FinLigne;
+                e.TexteErreur = TexteNonInitialisee(net);
+                throw ErreurProvoquee("commande stockée");
+            }
+            ligne = Trim(valeur);
+        }
+        const QString t = Trim(ligne);
+        if (t.isEmpty() || t.startsWith(u'\'')) continue;
+        e.LigneCourante = ligne;
+        return true;
+    }
+}
+
+// Step 5 of the classification: the comment of the line.
+void OteCommentaire(Etat& e, const QString& mot) {
+    QString& l = e.LigneCourante;
+    const int q = InStr(l, QStringLiteral("'"));
+    if (q == 0) return;
+    if (mot == QLatin1String("TEXTE") || mot == QLatin1String("TEXTEC") ||
+        mot == QLatin1String("LISTEVAR") || mot == QLatin1String("PRINTA") ||
+        mot == QLatin1String("INPUT"))
+        return;
+    if (mot.startsWith(QLatin1String("VAL1")) || (mot.startsWith(u'%') && q != 1)) {
+        // "'" in the middle of "'" passes; the text is cut at the first other one.
+        int p = q;
+        while (p > 0 && p > 1 && Mid(l, p - 1, 3) == QLatin1String("\"'\""))
+            p = InStr(p + 1, l, QStringLiteral("'"));
+        if (p > 0) l = Left(l, p - 1);
+        l.replace(QLatin1String("\"'\""), QLatin1String("'"));
+        return;
+    }
+    l = Left(l, q - 1);
+}
+
+// Classification of a fetched line: Mot, OperAffect, LigneCourante.
+void Classe(Etat& e, CtxFic& c) {
+    c.Ligne = e.LigneCourante;
+    c.PosFin = c.FinLigne;
+    const QString ligne = e.LigneCourante;
+    const QString haut = ligne.toUpper();
+    int coupe = 0;
+    if (!haut.startsWith(QLatin1String("IF")) && !haut.startsWith(QLatin1String("ELSEIF")))
+        coupe = InStr(ligne, QStringLiteral("="));
+    if (coupe == 0) {
+        const int debut = Len(ligne) - Len(LTrim(ligne)) + 1;
+        coupe = InStr(debut, ligne, QStringLiteral(" "));
+        if (coupe == 0) coupe = Len(ligne) + 1;
+    }
+    QString mot = Trim(Left(ligne, coupe - 1)).toUpper();
+    e.NomAffecte = Trim(Left(ligne, coupe - 1));
+    e.OperAffect.clear();
+    e.LigneCourante = Mid(ligne, coupe + 1);
+    if (mot.startsWith(u'%')) {
+        const QString suivant = Mid(ligne, coupe + 1, 1);
+        if (suivant == QLatin1String("<") || suivant == QLatin1String("=")) {
+            e.OperAffect = suivant;
+            e.LigneCourante = Mid(ligne, coupe + 2);
+        }
+    }
+    OteCommentaire(e, mot);
+    // A keyword may be computed from variables.
+    if (mot.size() >= 2 && InStr(2, mot, QStringLiteral("%")) > 0) {
+        QString m = e.NomAffecte;
+        RemplaceVar(e, m);
+        m.remove(u' ');
+        mot = m.toUpper();
+        e.NomAffecte = m;
+    }
+    if (mot.startsWith(u'!')) mot = QStringLiteral("!");
+    c.Mot = mot;
+}
+
+// The routine of a keyword; false when the keyword is none of the table.
+bool Dispatch(Etat& e, const QString& mot) {
+    for (const Commande& cmd : TableCommandes()) {
+        if (mot != QLatin1String(cmd.mot)) continue;
+        if (!cmd.routine) {
+            e.TexteErreur = QStringLiteral("%1 : commande pas encore disponible / command not yet available")
+                                .arg(e.Ctx().Mot) + CrLf() + CrLf();
+            throw ErreurProvoquee("non disponible");
+        }
+        cmd.routine(e);
+        return true;
+    }
+    return false;
+}
+
+// The rest of the dispatch rules of Part 1.1 for a keyword of no table row.
+void Execute(Etat& e, CtxFic& c) {
+    const QString& mot = c.Mot;
+    if (Dispatch(e, mot)) return;
+    if (mot.startsWith(u'%')) {
+        Affectation(e);
+        return;
+    }
+    if (mot.endsWith(u':')) return; // a label
+    if (e.Regl) {
+        const QStringList& ext = e.Regl->CommandesExternes;
+        for (int i = 0; i < ext.size(); ++i) {
+            if (ext[i].toUpper() != mot) continue;
+            e.EtatOrdre |= 8 | 64;
+            e.LigneCourante = ext[i] + u' ' + e.Separateur1 + e.LigneCourante;
+            if (AppelFichier(e, e.NiveauCourant, i + 1) < 0) e.FinNiveauDemandee = true;
+            return;
+        }
+    }
+    throw ErreurCommande();
+}
+
+// Entry of Interprete, steps 4 to 11 of Part 1.1.
+void EntreeNiveau(Etat& e, int niveau) {
+    CtxFic& c = e.PileFic[niveau];
+    e.NumFicPrintA = 0;
+    e.FicPrintA.reset();
+    e.Separateur1 = QStringLiteral(",");
+    e.Separateur2 = QStringLiteral("§");
+    c.Separateur1 = e.Separateur1;
+    c.Separateur2 = e.Separateur2;
+    if (niveau == 1) {
+        e.Repere.RefCurX = e.Repere.RefCurY = e.Repere.RefCurAngle = QStringLiteral("0");
+    }
+    e.Txt.ForceBase = e.Txt.ForceMilieu = e.Txt.ForceHaut = 0;
+    e.Txt.CoefBase = 0.8f;
+    e.Txt.CoefMilieu = 0.3f;
+    e.Txt.CoefHaut = 0.91f; // no platform setting turns it to 0.8 here (Part 3.3)
+    e.NiveauCourant = niveau;
+    ScanEtiquettes(e, niveau);
+    if (c.MaxVar == 0) c.MaxVar = 33;
+    c.MaxSi = 2;
+    c.MaxPlot = 50100;
+    c.CoefTaille = 1.0f;
+    if (niveau == 1) {
+        RazVars(e, 1);
+        e.EtatOrdre = 0;
+    }
+    c.DebutLocales = 0;
+    c.Pos = c.PosDebut = c.PosFin = 1;
+    c.CoefExposant = 1.0f;
+    c.EchelleLog = false;
+    EntreeNiveauDessin(e, niveau);
+}
+
+// The box of a failure (Part 1.1, the handler).
+void Gestionnaire(Etat& e, int niveau) {
+    if (e.ArretDemande) {
+        e.TexteErreur.clear();
+        return;
+    }
+    Hote* h = e.Host;
+    CtxFic& c = e.PileFic[niveau];
+    // 3. Mark the line: at level 1 the current line, below it the Fichier line of level 1.
+    const CtxFic& m = e.PileFic[1];
+    int longueur = m.PosFin - m.PosDebut;
+    if (longueur <= 0) longueur = m.FinLigne - m.PosDebut;
+    if (longueur <= 0) longueur = 5;
+    const int ligne = h ? h->MarqueErreur(m.PosDebut - 1, longueur) : 0;
+    // 4. The listing and the file-not-found text.
+    const QString liste = ListeVars(e, niveau);
+    QString nonTrouve;
+    if (e.FichierNonTrouve) {
+        nonTrouve = e.NomFichierNonTrouve + QStringLiteral(" : fichier non trouvé [File not found]") +
+                    CrLf() + CrLf();
+        e.FichierNonTrouve = false;
+    }
+    Reponse r = Reponse::Ok;
+    ++e.ErreursAffichees;
+    if (niveau == 1) {
+        if (e.EtatOrdre < 0) {
+            const QString t = Chaine(e, 119) + QString::number(ligne) + QStringLiteral(": ") +
+                              c.Ligne + CrLf() + Chaine(e, 161) + CrLf();
+            if (h) h->Message(QStringLiteral("Mirel"), t, Boutons::Ok);
+        } else {
+            const QString t = Chaine(e, 114) + QString::number(ligne) + QStringLiteral(": ") +
+                              c.Ligne + CrLf() + CrLf() + e.TexteErreur + nonTrouve + liste;
+            if (h) h->Message(QStringLiteral("Mirel    (nb Var=%1)").arg(c.NbVar), t, Boutons::Ok);
+        }
+    } else {
+        QString t;
+        if (c.Nom.section(u'.', -1).toUpper() == QLatin1String("DMK") && c.Nom.contains(u'.')) {
+            // The insides of a coded file stay unshown.
+            t = Chaine(e, 114) + QString::number(ligne) + QStringLiteral(", dans le fichier: ") +
+                c.Nom + CrLf() + nonTrouve + CrLf();
+        } else {
+            t = Chaine(e, 114) + c.Ligne + QStringLiteral(" du fichier: ") + c.Nom + CrLf() +
+                CrLf() + nonTrouve + liste;
+        }
+        if (h) r = h->Message(QStringLiteral("Mirel    (nb Var=%1)").arg(c.NbVar), t, Boutons::OkAnnuler);
+    }
+    e.TexteErreur.clear();
+    // 8. Cancel below level 1 stops the whole run, through the "Loop" name.
+    if (r == Reponse::Annuler) e.PileFic[5].Nom = QStringLiteral("Loop");
+}
+
+// The command error: no keyword matched.
+void ErreurDeCommande(Etat& e, int niveau) {
+    if (e.ArretDemande) return;
+    Hote* h = e.Host;
+    CtxFic& c = e.PileFic[niveau];
+    ++e.ErreursAffichees;
+    if (niveau == 1) {
+        int longueur = c.PosFin - c.PosDebut;
+        if (longueur <= 0) longueur = c.FinLigne - c.PosDebut;
+        if (longueur <= 0) longueur = 5;
+        const int ligne = h ? h->MarqueErreur(c.PosDebut - 1, longueur) : 0;
+        if (h)
+            h->Message(QStringLiteral("Mirel"),
+                       Chaine(e, 124) + QString::number(ligne) + QStringLiteral(": ") + c.Ligne + CrLf(),
+                       Boutons::Ok);
+    } else if (h) {
+        h->Message(QStringLiteral("Mirel"), Chaine(e, 124) + c.Ligne + Chaine(e, 115) + c.Nom + CrLf(),
+                   Boutons::Ok);
+    }
+    e.TexteErreur.clear();
+}
+
+// End of a level, in every case (Part 1.1).
+void FinNiveau(Etat& e, int niveau) {
+    FinNiveauDessin(e, niveau);
+    CtxFic& c = e.PileFic[niveau];
+    if (c.NivSi > 0 && !e.ArretDemande && e.Host && ++e.ErreursAffichees)
+        e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 127), Boutons::Ok);
+    if (niveau == 1) e.ExecutionEnCours = false;
+}
+
+} // namespace
+
+void FermeFichiers(Etat& e) {
+    for (CtxFic& c : e.PileFic) {
+        if (c.Donnees) c.Donnees->close();
+        c.Donnees.reset();
+    }
+    if (e.FicPrintA) e.FicPrintA->close();
+    e.FicPrintA.reset();
+    e.NumFicPrintA = 0;
+}
+
+int LigneEditeurCourante(Etat& e) {
+    const CtxFic& c = e.PileFic[1];
+    return e.Host ? e.Host->LigneDe(c.PosDebut - 1) : 0;
+}
+
+void Interprete(Etat& e, int& niveau) {
+    if (e.PileFic[1].Texte.isEmpty()) return;
+    if (niveau == 1 && e.ExecutionEnCours) return;
+    e.ExecutionEnCours = true;
+    const int garde = e.NiveauCourant;
+    try {
+        EntreeNiveau(e, niveau);
+        CtxFic& c = e.PileFic[niveau];
+        e.FinNiveauDemandee = false;
+        for (;;) {
+            e.NiveauCourant = niveau;
+            if (e.ArretDemande) break;
+            if (!LitLigne(e, c)) break;
+            if (e.ArretDemande) break;
+            Classe(e, c);
+            if (!FiltreSi(e)) continue;
+            if (e.ArretDemande) {
+                FermeFichiers(e);
+                break;
+            }
+            Execute(e, c);
+            if (e.FinNiveauDemandee) break;
+        }
+    } catch (const ErreurCommande&) {
+        e.NiveauCourant = niveau;
+        ErreurDeCommande(e, niveau);
+    } catch (const std::exception&) {
+        e.NiveauCourant = niveau;
+        Gestionnaire(e, niveau);
+    }
+    if (e.ArretDemande) FermeFichiers(e);
+    e.FinNiveauDemandee = false;
+    e.NiveauCourant = niveau;
+    FinNiveau(e, niveau);
+    e.NiveauCourant = garde > 0 ? garde : niveau;
+}
+
+void RecritLigneEditeur(Etat& e, const QString& nouveau) {
+    if (e.NiveauCourant != 1 || !e.Host) return;
+    CtxFic& c = e.PileFic[1];
+    const int debut = c.PosDebut - 1;
+    const int longueur = c.FinLigne - c.PosDebut;
+    e.Host->RemplaceTexteEditeur(debut, longueur, nouveau);
+    c.Texte = e.Host->TexteEditeur();
+    c.FinLigne = Entier16(c.PosDebut + Len(nouveau));
+    c.PosFin = c.FinLigne;
+    c.Pos = Entier16(c.FinLigne + 2);
+    e.Host->ColoreLigneA(debut);
+}
+
+void LanceExecution(Etat& e, Surface* cible) {
+    e.ErreursAffichees = 0;
+    if (e.Host) e.Host->DebutExecution();
+    if (e.Host) e.Host->PompeEvenements();
+    EffacePane(e);
+    for (int i = 0; i < NbNiveaux; ++i) e.PileFic[i] = CtxFic();
+    RazEtatDessin(e);
+    e.PileFic[1].Texte = e.Host ? e.Host->TexteEditeur() : QString();
+    e.Surf = cible ? cible : e.Pane;
+    e.ArretDemande = false;
+    e.StopArgVu = false;
+    e.Repere.StyloInitialise = false;
+    int niveau = 1;
+    Interprete(e, niveau);
+    if (e.Host) e.Host->FinExecution();
+    if (e.Host) e.Host->PompeEvenements();
+}
+
+void Visualiser(Etat& e) {
+    FermeFichiers(e);
+    if (e.ExecutionEnCours) return;
+    e.Repere.ZoomE = 1.0f;
+    e.Repere.ZoomI = 1.0f;
+    e.Repere.ZoomDepartI = 1.0f;
+    e.Repere.PointX = e.Repere.PointY = 0;
+    LanceExecution(e);
+}
