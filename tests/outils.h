@@ -3,6 +3,7 @@
 
 #include "app/core/dump.h"
 #include "app/core/session.h"
+#include "language/erreur.h"
 
 #include <QString>
 #include <QStringList>
@@ -58,5 +59,10 @@ inline QString Variable(Session& s, const QString& nom) {
         if (c.NomVar[i].compare(nom, Qt::CaseInsensitive) == 0) return c.ValVar[i];
     return QString();
 }
+
+// GoogleTest prints QStrings as text.
+QT_BEGIN_NAMESPACE
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+QT_END_NAMESPACE
 
 #define EXPECT_MM(a, b) EXPECT_NEAR((a), (b), 0.001)
