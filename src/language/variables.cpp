@@ -232,6 +232,16 @@ void CreeVar(Etat& e, const QString& nom, const QString& valeur, int& index) {
     Stocke(e, niveau, index, TraiteValeur(e, valeur));
 }
 
+void CreeVarBrute(Etat& e, const QString& nom, const QString& valeur) {
+    const int niveau = e.NiveauCourant;
+    const int index = SlotPourCreation(e, niveau);
+    if (index == 0) return;
+    CtxFic& c = e.PileFic[niveau];
+    c.NomVar[index] = Orthographe(nom);
+    c.SauteVar[index] = 0;
+    Stocke(e, niveau, index, valeur);
+}
+
 bool LitVar(Etat& e, int niveau, const QString& nom, QString& valeur) {
     const int s = ChercheVar(e, nom, niveau);
     if (s == 0) return false;

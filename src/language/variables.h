@@ -11,6 +11,8 @@ int ChercheVar(Etat& e, const QString& texte, int niveau);
 QString NomVar(const QString& texte);
 // Creates or fills a variable at `NiveauCourant`; the slot goes to index.
 void CreeVar(Etat& e, const QString& nom, const QString& valeur, int& index);
+// CreeVar with the value stored as it stands (LVar, Input).
+void CreeVarBrute(Etat& e, const QString& nom, const QString& valeur);
 void EcritVarNum(Etat& e, int niveau, const QString& nom, double valeur);
 void EcritVarTxt(Etat& e, int niveau, const QString& nom, const QString& valeur);
 // The value of a variable at a level, if it exists.

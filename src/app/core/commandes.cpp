@@ -5,6 +5,7 @@
 
 #include "drawing/repere.h"
 #include "drawing/styles.h"
+#include "language/es.h"
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
@@ -41,8 +42,8 @@ const Commande Table[] = {
     {"PALCOUL", nullptr}, {"PALCOUL2", nullptr}, {"PALCOUL3", nullptr},
     {"IF", CmdIf}, {"ELSEIF", CmdElseIf}, {"IFT", CmdIfT}, {"ELSEIFT", CmdElseIfT},
     {"ELSE", CmdElse}, {"ENDIF", CmdEndIf}, {"GOTO", CmdGoto},
-    {"LISTEVAR", nullptr}, {"INPUT", nullptr}, {"OPEN", nullptr}, {"OPENA", nullptr},
-    {"LVAR", nullptr}, {"PRINTA", nullptr}, {"OPTIONS#$", nullptr}, {"SHELL#$", nullptr},
+    {"LISTEVAR", CmdListeVar}, {"INPUT", CmdInput}, {"OPEN", CmdOpen}, {"OPENA", CmdOpenA},
+    {"LVAR", CmdLVar}, {"PRINTA", CmdPrintA}, {"OPTIONS#$", CmdOptions}, {"SHELL#$", CmdShell},
     {"NPAGE", CmdNPage},
     {"CHAIN", nullptr},
     {"PLOT", nullptr}, {"PLOTP", nullptr}, {"PLOTS", nullptr},

@@ -1,0 +1,125 @@
+// Part 1.7: run-time input and output commands.
+#include "outils.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace {
+
+QString Ecrit(const QTemporaryDir& d, const QString& nom, const QByteArray& contenu) {
+    const QString chemin = d.filePath(nom);
+    QFile f(chemin);
+    f.open(QIODevice::WriteOnly);
+    f.write(contenu);
+    return chemin;
+}
+
+QString Lit(const QString& chemin) {
+    QFile f(chemin);
+    f.open(QIODevice::ReadOnly);
+    return QString::fromUtf8(f.readAll());
+}
+
+std::unique_ptr<Session> LanceDans(const QTemporaryDir& d, const QString& lignes) {
+    auto s = std::make_unique<Session>(Programme(lignes));
+    s->etat.FichierPrincipal = d.filePath("main.dat");
+    s->Execute();
+    return s;
+}
+
+} // namespace
+
+TEST(Es, LVarAfterTheLastLine) {
+    QTemporaryDir d;
+    Ecrit(d, "data.txt", "' header\r\nfirst\r\nsecond\r\n");
+    auto s = LanceDans(d, "Open = data.txt\nLVar = %L\n%E1 = %EOF\nLVar = %L\n%E2 = %EOF\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    EXPECT_EQ(Variable(*s, "%E1"), QStringLiteral("0"));
+    EXPECT_EQ(Variable(*s, "%L"), QStringLiteral("second"));
+    EXPECT_EQ(Variable(*s, "%E2"), QStringLiteral("1"));
+}
+
+TEST(Es, DataFileWithOnlyComments) {
+    QTemporaryDir d;
+    Ecrit(d, "c.txt", "' one\r\n' two\r\n");
+    auto s = LanceDans(d, "Open = c.txt\nLVar = %L\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty());
+    EXPECT_EQ(Variable(*s, "%L"), QString());
+    EXPECT_EQ(s->etat.PileFic[1].NbVar, 1);
+}
+
+TEST(Es, OpenWithoutParameterCloses) {
+    QTemporaryDir d;
+    Ecrit(d, "data.txt", "a\r\nb\r\n");
+    auto s = LanceDans(d, "Open = data.txt\n%E1 = %EOF\nOpen\n%E2 = %EOF\n");
+    EXPECT_EQ(Variable(*s, "%E1"), QStringLiteral("0"));
+    EXPECT_EQ(Variable(*s, "%E2"), QStringLiteral("1"));
+}
+
+TEST(Es, OpenOfAMissingFileNamesItInTheBox) {
+    QTemporaryDir d;
+    auto s = LanceDans(d, "Open = absent.txt\n");
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].contains(d.filePath("absent.txt") +
+                                         QStringLiteral(" : fichier non trouvé [File not found]\r\n\r\n")));
+}
+
+TEST(Es, LVarContinuationsMarksAndSkip) {
+    QTemporaryDir d;
+    Ecrit(d, "m.txt", "skip me\r\n[start]\r\nx\r\na, _\r\nb\r\n' [end]\r\nz\r\n");
+    auto s = LanceDans(d, "Open = m.txt\nLVar = %L, 1, [start], [end]\n");
+    EXPECT_EQ(Variable(*s, "%L"), QStringLiteral("a,b"));
+}
+
+TEST(Es, PrintAEvaluatesAndContinuesOnOneLine) {
+    QTemporaryDir d;
+    auto s = LanceDans(d, "OpenA = out.txt\nPrintA = #1+1#\nPrintA = x\nPrintA = %CR\nPrintA = y\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    s->etat.FicPrintA.reset();
+    EXPECT_EQ(Lit(d.filePath("out.txt")), QStringLiteral("2\r\ny"));
+}
+
+TEST(Es, OpenAKillDeletesAndNothingIsWritten) {
+    QTemporaryDir d;
+    QDir::setCurrent(d.path());
+    Ecrit(d, "a.txt", "old");
+    auto s = LanceDans(d, "OpenA = a.txt,,Kill\nPrintA = new\n");
+    EXPECT_FALSE(QFile::exists(d.filePath("a.txt")));
+}
+
+TEST(Es, OptionsMaxVarWordIsCaseSensitive) {
+    auto s = Lance("Options#$ = Var,100,,OptMaxVar\n");
+    EXPECT_EQ(s->etat.PileFic[1].MaxVar, 64);
+    auto t = Lance("Options#$ = Var,100,,OptMaxvar\n");
+    EXPECT_EQ(t->etat.PileFic[1].MaxVar, 33);
+    auto u = Lance("Options#$ = MaxIf,7,,OptMaxIf\n");
+    EXPECT_EQ(u->etat.PileFic[1].MaxSi, 4);
+    auto p = Lance("Options#$ = Plot,2000,,OptMaxPlot\n");
+    EXPECT_EQ(p->etat.PileFic[1].MaxPlot, 2000000);
+}
+
+TEST(Es, InputTakesTheAnswerOrTheDefault) {
+    Session s(Programme("Input = Rayon?§12, %R\nInput =< Nom, %N\n"));
+    s.hote.Saisies = QStringList{QStringLiteral("25")};
+    s.Execute();
+    EXPECT_EQ(Variable(s, "%R"), QStringLiteral("25"));
+    EXPECT_EQ(Variable(s, "%N"), QString());
+    Session t(Programme("Input = Rayon?§12, %R\n"));
+    t.Execute();
+    EXPECT_EQ(Variable(t, "%R"), QStringLiteral("12"));
+}
+
+TEST(Es, InputWithABadNameFails) {
+    auto s = Lance("Input = Rayon?, R\n");
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+}
+
+TEST(Es, ListeVarCancelEndsTheLevel) {
+    auto s = Lance("%A = 1\nListeVar = note\nCT = 1, 1\n", {"cancel"});
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+    EXPECT_EQ(s->hote.Messages()[0].titre, QStringLiteral("Mirel        ListeVar (n=1  L=2)  \r\n note"));
+    EXPECT_TRUE(Lignes(*s).isEmpty());
+    auto t = Lance("ListeVar\nCT = 1, 1\n");
+    EXPECT_EQ(Lignes(*t).size(), 2);
+}
