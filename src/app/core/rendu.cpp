@@ -7,6 +7,7 @@
 #include "language/etat.h"
 #include "language/interprete.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
@@ -66,7 +67,7 @@ struct Pages {
             g->setFileName(nom);
             g->setResolution(int(DpiImprimante));
             g->setSize(px);
-            g->setViewBox(QRect(QPoint(0, 0), px));
+            g->setViewBox(QRectF(0, 0, mm.width() / 25.4 * DpiImprimante, mm.height() / 25.4 * DpiImprimante));
             g->setTitle(QFileInfo(nom).completeBaseName());
             svg.push_back(std::move(g));
             fichiers << nom;
@@ -96,6 +97,22 @@ struct Pages {
                 erreur = QStringLiteral("cannot write %1").arg(nom);
                 return false;
             }
+        }
+        // QSvgGenerator rounds the size to whole dots: the header gets the
+        // page's exact millimetres, so that the drawing is at true size.
+        for (int i = 0; format == Format::Svg && i < fichiers.size(); ++i) {
+            QFile f(fichiers[i]);
+            if (!f.open(QIODevice::ReadWrite)) continue;
+            QByteArray t = f.readAll();
+            const qsizetype fin = t.indexOf("viewBox");
+            const qsizetype debut = t.indexOf("<svg width=");
+            if (debut < 0 || fin < 0) continue;
+            const QByteArray entete = "<svg width=\"" + QByteArray::number(mm.width(), 'g', 10) + "mm\" height=\"" +
+                                      QByteArray::number(mm.height(), 'g', 10) + "mm\"\n ";
+            t.replace(debut, fin - debut, entete);
+            f.resize(0);
+            f.seek(0);
+            f.write(t);
         }
         for (const QString& f : fichiers) {
             if (!QFileInfo::exists(f)) {
