@@ -187,6 +187,8 @@ TEST(FonctionsComptage, InsGivesZeroWhenAbsentAndOnlyTheFirst) {
     EXPECT_EQ(Comptage("INS(\"abc\",\"x\")"), "0");
     EXPECT_EQ(Comptage("INS(\"ab\",\"B\")+INS(\"ab\",\"A\")"), "2+INS(\"ab\",\"A\")");
     EXPECT_EQ(Comptage("iNs(\"abc\",\"c\")"), "3"); // small s: exact search
+    // The first form decides, even when it doesn't fit.
+    EXPECT_EQ(Comptage("INS(x)+INS(\"ab\",\"B\")"), "INS(x)+INS(\"ab\",\"B\")");
 }
 
 TEST(FonctionsComptage, NbpFromTheLastToTheFirst) {
@@ -208,6 +210,7 @@ TEST(FonctionsComptage, LenAfterSubstitution) {
     EXPECT_EQ(Comptage("LEN(\"abc\")"), "3");
     EXPECT_EQ(Comptage("LEN(\"\")"), "0");
     EXPECT_EQ(Comptage("LEN(\"ab\")+LEN(\"c\")"), "2+LEN(\"c\")");
+    EXPECT_EQ(Comptage("LEN(x)+LEN(\"c\")"), "LEN(x)+LEN(\"c\")");
     EtatTextes s;
     s.Variable(1, "%A", "hello");
     QString t = "LEN(\"%A\")";

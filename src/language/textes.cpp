@@ -97,8 +97,8 @@ bool Interieur(const QString& t, int p, const QString& nom, QString& interieur, 
 
 // `INS("a","b")`, the first form only. With a capital S, a is upper-cased.
 void RemplaceIns(QString& t) {
-    const int p = vb::InStr(Majuscules(t), QStringLiteral("INS(\""));
-    if (p == 0) return;
+    const int p = vb::InStr(Majuscules(t), QStringLiteral("INS("));
+    if (p == 0 || Car(t, p + 4) != u'"') return;
     const int i1 = vb::InStr(p + 5, t, EntreArguments);
     const int i2 = i1 ? vb::InStr(i1 + 3, t, FinArguments) : 0;
     if (i2 == 0) return;
@@ -132,11 +132,11 @@ void RemplaceNbcr(QString& t) {
 
 // `LEN("t")`, the first form only, after substitution of the whole text.
 void RemplaceLen(Etat& e, QString& t) {
-    const QString nom = QStringLiteral("LEN(\"");
+    const QString nom = QStringLiteral("LEN(");
     if (!Majuscules(t).contains(nom)) return;
     RemplaceVar(e, t);
     const int p = vb::InStr(Majuscules(t), nom);
-    const int i = p ? vb::InStr(p + 5, t, FinArguments) : 0;
+    const int i = p && Car(t, p + 4) == u'"' ? vb::InStr(p + 5, t, FinArguments) : 0;
     if (i) Remplace(t, p, i + 1, QString::number(i - p - 5));
 }
 
