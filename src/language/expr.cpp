@@ -476,8 +476,7 @@ QString EvalTexte(Etat& e, QString texte) {
     if (ContientLogique(u)) return ReecritLogique(e, u);
     if (u.contains(u'<') || u.contains(u'=') || u.contains(u'>'))
         return Vrai(e, u) ? QStringLiteral("1") : QStringLiteral("0");
-    const auto v = EvalExpr(e, u);
-    return v ? StrD(*v) : QString();
+    return StrD(EvalExpr(e, u).value_or(0));
 }
 
 float Prefixe(float valeur, QString& lettre) {

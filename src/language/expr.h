@@ -14,8 +14,9 @@ struct Etat;
 std::optional<double> EvalExpr(Etat& e, QString& texte);
 
 // `EvalTexte`: text functions, then logic, then `EvalExpr`. The result is the
-// number's text (`StrD` of the value), or "1" / "0" for relations and logic;
-// the empty text for a text of blanks.
+// number's text (`StrD` of the 64-bit value read from the rewritten text), or
+// "1" / "0" for relations and logic. A text of blanks gives "0": its copy
+// without blanks is the empty text.
 QString EvalTexte(Etat& e, QString texte);
 
 // `Vrai`: the truth of one relation.
