@@ -10,6 +10,8 @@ struct Etat;
 void FonctionsTexte(Etat& e, QString& texte);
 // The counting forms of EvalTexte: `INS`, `NBP`, `NB§`, `NBCR`, `LEN`.
 void FonctionsComptage(Etat& e, QString& texte);
+// The `NBP(` forms alone, from the last to the first (the innermost first).
+void RemplaceNbp(Etat& e, QString& texte);
 // `TXT`, `ARRd`.
 void FormatTexte(Etat& e, QString& texte);
 // `#expression#` pieces.
@@ -17,3 +19,12 @@ void EvalDiese(Etat& e, QString& texte);
 // The random draw without repetition (Part 1.5): n different whole numbers in
 // a..b; an empty list after the message when n is too large.
 QVector<int> TirageSansRepetition(Etat& e, int n, int a, int b, float graine);
+
+// Upper case character by character, so that positions stay those of the
+// original text (the working copies of Parts 1.4 and 1.5); accents are
+// upper-cased ("é" -> "É").
+QString Majuscules(const QString& texte);
+
+// The 1-based position of the ")" that matches the "(" at pos, inner
+// parentheses being counted; 0 when it stays open.
+int ParentheseFermante(const QString& texte, int pos);
