@@ -46,7 +46,7 @@ void TourneEchelle(const Etat& e, double& x, double& y) {
 }
 
 // The first and last values of the log loop, Grad step 3.
-void BorneLog(Etat& e, const std::optional<double>& v, float defaut, int decDefaut, float& mant,
+void BorneLog(const std::optional<double>& v, float defaut, int decDefaut, float& mant,
               int& dec) {
     if (!v || *v == 0) {
         mant = defaut;
@@ -54,7 +54,6 @@ void BorneLog(Etat& e, const std::optional<double>& v, float defaut, int decDefa
         return;
     }
     Mantisse(float(*v), mant, dec);
-    (void)e;
 }
 
 } // namespace
@@ -81,8 +80,8 @@ void LitSerie(Etat& e, const QString& l, int nNombre, int nPrem, int nDer) {
     const QString debut = Trim(SousPara(e, nombre, 3));
     g.LogFinDecade = fin.isEmpty() ? 10.0f : float(ParaVal0(e, fin, 1));
     g.LogDebDecade = debut.isEmpty() ? 1.0f : float(ParaVal0(e, debut, 1));
-    BorneLog(e, prem, e.Ech.LogDebut, 0, g.MantPrem, g.DecPrem);
-    BorneLog(e, der, e.Ech.LogFin, e.Ech.NbDecades, g.MantDer, g.DecDer);
+    BorneLog(prem, e.Ech.LogDebut, 0, g.MantPrem, g.DecPrem);
+    BorneLog(der, e.Ech.LogFin, e.Ech.NbDecades, g.MantDer, g.DecDer);
 }
 
 namespace {
