@@ -1,6 +1,7 @@
 // Part 2.1: drawing surface and coordinate frame.
 #include "drawing/repere.h"
 
+#include "drawing/echelle.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/commandes.h"
@@ -176,6 +177,7 @@ void MiseEnPlaceRepere(Etat& e) {
     // 5.
     r.OrigineX = r.Dx + e.Ctx(1).DecalX.value_or(0);
     r.OrigineY = r.Dy + e.Ctx(1).DecalY.value_or(0);
+    RazEchelleRun(e);
     r.CTx = r.CTy = 0;
     r.CTxNonTourne = r.CTyNonTourne = 0;
 }

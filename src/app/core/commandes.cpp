@@ -3,6 +3,8 @@
 // built yet; its line fails with a message naming it.
 #include "language/commandes.h"
 
+#include "drawing/echelle.h"
+#include "drawing/grad.h"
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "language/es.h"
@@ -23,12 +25,12 @@ const Commande Table[] = {
     {"PERCERX", nullptr}, {"VOYANT", nullptr}, {"FLECHE", nullptr}, {"FLECHEP", nullptr},
     {"COTE", nullptr},
     {"CENTREE", CmdCentreE}, {"CENTREI", CmdCentreI}, {"CENTREEI", CmdCentreEI}, {"CT", CmdCT},
-    {"DECAL", nullptr},
-    {"ARC", nullptr}, {"DROITE", nullptr}, {"DROITEV", nullptr}, {"EXPOSANT", nullptr},
-    {"INVERSION", nullptr},
+    {"DECAL", CmdDecal},
+    {"ARC", CmdArc}, {"DROITE", CmdDroite}, {"DROITEV", CmdDroiteV}, {"EXPOSANT", CmdExposant},
+    {"INVERSION", CmdInversion},
     {"SECT", nullptr}, {"SECTP", nullptr},
     {"CERCLE", nullptr}, {"CERCLEI", nullptr}, {"CERCLEP", nullptr}, {"CERCLEPI", nullptr},
-    {"GRAD", nullptr}, {"GRAD1", nullptr},
+    {"GRAD", CmdGrad}, {"GRAD1", CmdGrad1},
     {"VAL", nullptr}, {"VALR", nullptr}, {"VALD", nullptr}, {"VAL1", nullptr}, {"VAL1R", nullptr},
     {"VAL1D", nullptr},
     {"POLY", nullptr}, {"POLYP", nullptr}, {"POLYR", nullptr}, {"POLYRP", nullptr},
