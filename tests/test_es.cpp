@@ -72,12 +72,19 @@ TEST(Es, LVarContinuationsMarksAndSkip) {
     EXPECT_EQ(Variable(*s, "%L"), QStringLiteral("a,b"));
 }
 
+TEST(Es, PrintAOfOneCharacterWritesNothing) {
+    QTemporaryDir d;
+    auto s = LanceDans(d, "OpenA = one.txt\nPrintA = y\nPrintA = ab\n");
+    s->etat.FicPrintA.reset();
+    EXPECT_EQ(Lit(d.filePath("one.txt")), QStringLiteral("ab"));
+}
+
 TEST(Es, PrintAEvaluatesAndContinuesOnOneLine) {
     QTemporaryDir d;
-    auto s = LanceDans(d, "OpenA = out.txt\nPrintA = #1+1#\nPrintA = x\nPrintA = %CR\nPrintA = y\n");
+    auto s = LanceDans(d, "OpenA = out.txt\nPrintA = #1+1#\nPrintA = x\nPrintA = %CR\nPrintA = yz\n");
     EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
     s->etat.FicPrintA.reset();
-    EXPECT_EQ(Lit(d.filePath("out.txt")), QStringLiteral("2\r\ny"));
+    EXPECT_EQ(Lit(d.filePath("out.txt")), QStringLiteral("2\r\nyz"));
 }
 
 TEST(Es, OpenAKillDeletesAndNothingIsWritten) {

@@ -71,7 +71,11 @@ TEST(Flux, ElseAndEndIfOutsideABlockFail) {
     EXPECT_EQ(Lance("Else\n")->hote.Messages().size(), 1);
     EXPECT_EQ(Lance("EndIf\n")->hote.Messages().size(), 1);
     EXPECT_EQ(Lance("ElseIf 1 = 1 Then\n")->hote.Messages().size(), 1);
-    EXPECT_EQ(Lance("If 1 = 1 Then\nElse\nElseIf 1 = 1 Then\nEndIf\n")->hote.Messages().size(), 1);
+    // ElseIf after Else fails; the block is then left open, and string 127 follows.
+    auto s = Lance("If 1 = 1 Then\nElse\nElseIf 1 = 1 Then\nEndIf\n");
+    ASSERT_EQ(s->hote.Messages().size(), 2);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 3: ")));
+    EXPECT_EQ(Messages(*s)[1], QStringLiteral("Erreur : If[T] sans Endif"));
 }
 
 TEST(Flux, IfWithNeitherThenNorGotoFails) {
