@@ -366,9 +366,10 @@ QString ValideLangues(const ChoixLangues& choix, const EmplacementConfig& lieu, 
     EcritConfig(lieu, CleCfg::LangueMenu, noms[1], version);
     EcritConfig(lieu, CleCfg::LangueAide, noms[2], version);
     EcritConfig(lieu, CleCfg::LangueMasq, noms[3], version);
-    // The template of the message language over "Mirel.DaN" in DossierCfg.
+    // The template of the message language over "Mirel.DaN" in DossierCfg
+    // (not in the read-only case: nothing is written there then).
     const QString source = SourceModeleLangue(lieu, CodeLangue(table, l[CadreMessages]));
-    if (!source.isEmpty()) {
+    if (!source.isEmpty() && !lieu.EcritureInterdite) {
         if (const auto octets = LitOctets(source)) {
             Encodage enc = Encodage::Utf8;
             if (DecodeOctets(*octets, enc).size() > 5)
