@@ -114,11 +114,19 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur) {
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur) {
     QSaveFile f(chemin);
     f.setDirectWriteFallback(false);
-    if (!f.open(QIODevice::WriteOnly)) {
+    // Unbuffered: a failing write reports the system's error at once.
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         if (erreur) *erreur = f.errorString();
         return false;
     }
-    if (f.write(octets) != octets.size()) {
+    // A short write is retried, so that the failing call leaves the system's text.
+    qint64 fait = 0;
+    while (fait < octets.size()) {
+        const qint64 n = f.write(octets.constData() + fait, octets.size() - fait);
+        if (n <= 0) break;
+        fait += n;
+    }
+    if (fait != octets.size()) {
         if (erreur) *erreur = f.errorString();
         f.cancelWriting();
         return false;
