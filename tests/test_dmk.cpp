@@ -2,7 +2,9 @@
 #include "app/core/dmk.h"
 #include "app/core/encodage.h"
 
+#include <QFile>
 #include <QSet>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -190,4 +192,22 @@ TEST(Dmk, XorTableHas45Entries) {
     int nonNuls = 0;
     for (size_t i = 1; i < TableDmk.size(); ++i) nonNuls += TableDmk[i] != 0;
     EXPECT_EQ(nonNuls, 45);
+}
+
+TEST(Dmk, LitDmkReadsACodedFile) {
+    QTemporaryDir d;
+    std::mt19937 g(11);
+    const QString t = QStringLiteral("' MCE_Test\r\n'# Fin\r\nPlus = 0, 0\r\n");
+    {
+        QFile f(d.path() + "/MCE_Test.dmk");
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(*CodeDmk(t, g));
+    }
+    ErreurDmk err = ErreurDmk::Longueur;
+    EXPECT_EQ(LitDmk(d.path() + "/MCE_Test.dmk", &err).value_or("?"), t);
+    EXPECT_EQ(err, ErreurDmk::Aucune);
+    QString systeme;
+    EXPECT_FALSE(LitDmk(d.path() + "/missing.dmk", &err, &systeme));
+    EXPECT_EQ(err, ErreurDmk::Lecture);
+    EXPECT_FALSE(systeme.isEmpty());
 }

@@ -571,3 +571,23 @@ TEST(Fichiers, FolderOfAPath) {
     EXPECT_EQ(DossierDe("C:\\x\\y.dat"), "C:\\x\\");
     EXPECT_EQ(DossierDe("y.dat"), "");
 }
+
+TEST(Fichiers, CommittedWindows1252FileLoadsWithItsZoom) {
+    Session s;
+    const QString source = QStringLiteral(MIREL_SOURCE_DIR "/tests/data/fichiers/cadran_cp1252.dat");
+    const QString copie = s.D("cadran.dat");
+    ASSERT_TRUE(QFile::copy(source, copie));
+    // The start-up file of Part 4.1: loaded without its own run.
+    ASSERT_TRUE(ChargeFichier(s.etat, s.fen, copie, false));
+    EXPECT_EQ(s.fen.visualisations, 0);
+    EXPECT_EQ(s.etat.FichierCourant, copie);
+    EXPECT_EQ(s.etat.Enc, Encodage::Windows1252);
+    EXPECT_FLOAT_EQ(s.fen.zoom, 1.25f);
+    EXPECT_TRUE(s.fen.editeur.startsWith(QStringLiteral("' Cadran 0 à 250 V° § µA\r\n")));
+    EXPECT_TRUE(s.fen.editeur.endsWith(QStringLiteral("échelle\r\n")));
+    s.fen.editeur.replace(QStringLiteral("250"), QStringLiteral("300"));
+    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
+    QByteArray attendu = Lit(source);
+    attendu.replace("250", "300");
+    EXPECT_EQ(Lit(copie), attendu);
+}

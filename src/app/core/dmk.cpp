@@ -131,3 +131,12 @@ std::optional<QString> DecodeDmk(const QByteArray& octets, ErreurDmk* erreur,
     if (utf8.hasError()) texte = DecodeWindows1252(r);
     return texte;
 }
+
+std::optional<QString> LitDmk(const QString& chemin, ErreurDmk* erreur, QString* erreurSysteme) {
+    const auto octets = LitOctets(chemin, erreurSysteme);
+    if (!octets) {
+        if (erreur) *erreur = ErreurDmk::Lecture;
+        return std::nullopt;
+    }
+    return DecodeDmk(*octets, erreur);
+}

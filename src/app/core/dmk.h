@@ -64,6 +64,7 @@ enum class ErreurDmk {
     Aucune,
     TropLong,      // coder: more than LongueurMaxDmk bytes
     Longueur,      // decoder: the decoded length differs from the stored one
+    Lecture,       // LitDmk: the file could not be read
 };
 
 // Codes a text: right-trimmed (blanks), as UTF-8. `ale` gives the random bytes.
@@ -76,3 +77,7 @@ std::optional<QByteArray> CodeDmk(const QString& texte, std::mt19937& ale,
 // The bytes decode as UTF-8 when valid, otherwise as Windows-1252.
 std::optional<QString> DecodeDmk(const QByteArray& octets, ErreurDmk* erreur = nullptr,
                                  const FonctionTirage& tirage = TirageDmk);
+// Reads and decodes a coded file (for Part 4.3). None on a read error (the
+// system's text in `erreurSysteme`) or a length error (`erreur`).
+std::optional<QString> LitDmk(const QString& chemin, ErreurDmk* erreur = nullptr,
+                              QString* erreurSysteme = nullptr);

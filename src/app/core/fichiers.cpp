@@ -162,7 +162,7 @@ bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     }
 }
 
-bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin) {
+bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin, bool visualiser) {
     // 3. The folder of the file.
     e.DossierFichier = DossierDe(chemin);
     f.ChangeDossier(e.DossierFichier);
@@ -180,7 +180,7 @@ bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin) {
     e.NomCourant = chemin;
     f.EcritLegende(e.NomCourant);
     // 5. A run; the file is the current one.
-    f.Visualiser();
+    if (visualiser) f.Visualiser();
     e.FichierCourant = chemin;
     e.Modifie = false;
     f.DebutAnnulation();

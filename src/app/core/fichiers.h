@@ -146,9 +146,11 @@ public:
 // `Modifie` set, string 118 with Yes, No, Cancel. False for Cancel (the
 // command stops); Yes saves first.
 bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
-// Open steps 3 to 5 for a chosen file (also the start-up file of Part 4.1).
-// False on a read error, shown in a box with the system's text.
-bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin);
+// Open steps 3 to 5 for a chosen file. False on a read error, shown in a box
+// with the system's text. The start-up file of Part 4.1 (step 11) passes
+// `visualiser` false: its run comes at step 12.
+bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin,
+                   bool visualiser = true);
 // `Mnu_Ouvrir`. True when a file was loaded.
 bool Mnu_Ouvrir(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
 // `Mnu_Nouveau`, with or without the question (false: it was cancelled).
