@@ -1,0 +1,52 @@
+// Text files on disk (design.md section 5; Parts 4.2 and 4.5).
+//
+// Command files and "Mirel.cfg" are read as UTF-8 when they are valid UTF-8,
+// otherwise as Windows-1252, and written back in the encoding they were read
+// in. Every line end becomes CR LF. Writing goes through a temporary file
+// beside the target that is renamed over it (QSaveFile), so that a failed
+// write keeps the old file.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+enum class Encodage {
+    Utf8,        // UTF-8 without a byte order mark (also plain ASCII)
+    Utf8Bom,     // UTF-8 that started with the mark EF BB BF, written back with it
+    Windows1252, // the original's 8-bit files
+};
+
+// Windows-1252 byte to character and back. The five bytes that code page
+// leaves undefined (81, 8D, 8F, 90, 9D) map to U+0081..., as Windows does, so
+// every byte has a character and every such character a byte.
+QChar CarWindows1252(unsigned char octet);
+// The byte of a character; none when the character is not in Windows-1252.
+std::optional<unsigned char> OctetWindows1252(QChar c);
+
+QString DecodeWindows1252(const QByteArray& octets);
+// None when some character of the text is outside Windows-1252.
+std::optional<QByteArray> EncodeWindows1252(const QString& texte);
+
+// Reads bytes: UTF-8 when valid (a leading mark is dropped and noted),
+// otherwise Windows-1252. `encodage` receives the choice.
+QString DecodeOctets(const QByteArray& octets, Encodage& encodage);
+// Writes text in an encoding. A text that Windows-1252 cannot hold (a
+// character typed since the file was read) is written in UTF-8 rather than
+// losing characters: `encodage` then becomes Utf8.
+QByteArray EncodeTexte(const QString& texte, Encodage& encodage);
+
+// CR LF, a lone CR and a lone LF all become CR LF (design.md section 5).
+QString NormaliseFinsDeLigne(const QString& texte);
+
+// Reads a whole file. None on failure, with the system's error text.
+std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur = nullptr);
+// Writes a whole file through a temporary file beside it, renamed over the
+// target only once everything is written (QSaveFile): a failure leaves the old
+// file as it was. False on failure, with the system's error text.
+bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
+
+// The original's `Val`: blanks, tabs and line feeds are dropped, then the
+// longest leading number is read ("&H" and "&O" forms included); 0 when none.
+double ValVb(const QString& texte);
