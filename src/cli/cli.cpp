@@ -2,6 +2,7 @@
 #include "cli/cli.h"
 
 #include "app/core/dump.h"
+#include "app/core/fichiers.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
 
@@ -191,10 +192,11 @@ int MirelMain(int argc, char** argv) {
     const QString faute = LitArguments(args, a);
     if (!faute.isEmpty()) return Usage(faute);
     QLocale::setDefault(QLocale(a.locale));
-    QString texte, erreur;
-    if (!LitTexteFichier(a.fichier, texte, erreur)) {
+    QString erreur;
+    const std::optional<TexteLu> lu = LitFic(a.fichier, &erreur);
+    if (!lu) {
         Ecrit(stderr, QStringLiteral("mirel: cannot read %1: %2\n").arg(a.fichier, erreur));
         return 2;
     }
-    return premier == QLatin1String("dump") ? Dump(a, texte) : Render(a, texte);
+    return premier == QLatin1String("dump") ? Dump(a, lu->Texte) : Render(a, lu->Texte);
 }

@@ -3,9 +3,6 @@
 #include "drawing/repere.h"
 #include "language/interprete.h"
 
-#include <QFile>
-#include <QStringConverter>
-#include <QStringDecoder>
 
 namespace {
 
@@ -57,24 +54,4 @@ void Session::ExecuteImprimante() {
     FermeFichiers(etat);
     etat.Repere.ZoomI = 1.0f;
     LanceExecution(etat, imprimante.get());
-}
-
-bool LitTexteFichier(const QString& chemin, QString& texte, QString& erreur) {
-    QFile f(chemin);
-    if (!f.open(QIODevice::ReadOnly)) {
-        erreur = f.errorString();
-        return false;
-    }
-    const QByteArray octets = f.readAll();
-    QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-    texte = utf8.decode(octets);
-    if (utf8.hasError()) {
-        QStringDecoder w1252("windows-1252");
-        texte = w1252.isValid() ? QString(w1252.decode(octets)) : QString::fromLatin1(octets);
-    }
-    if (texte.startsWith(QChar(0xFEFF))) texte.remove(0, 1);
-    texte.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    texte.replace(u'\r', u'\n');
-    texte.replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
-    return true;
 }

@@ -36,7 +36,3 @@ struct Session {
     // Runs with the printer as the Surface (Part 4.6).
     void ExecuteImprimante();
 };
-
-// A command file's text: UTF-8 when valid, otherwise Windows-1252; line ends
-// become CR LF (design.md §5). False when it can't be read.
-bool LitTexteFichier(const QString& chemin, QString& texte, QString& erreur);
