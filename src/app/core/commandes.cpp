@@ -8,6 +8,7 @@
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/cercle.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ const Commande Table[] = {
     {"ARC", nullptr}, {"DROITE", nullptr}, {"DROITEV", nullptr}, {"EXPOSANT", nullptr},
     {"INVERSION", nullptr},
     {"SECT", nullptr}, {"SECTP", nullptr},
-    {"CERCLE", nullptr}, {"CERCLEI", nullptr}, {"CERCLEP", nullptr}, {"CERCLEPI", nullptr},
+    {"CERCLE", CmdCercle}, {"CERCLEI", CmdCercle}, {"CERCLEP", CmdCercle}, {"CERCLEPI", CmdCercle},
     {"GRAD", nullptr}, {"GRAD1", nullptr},
     {"VAL", nullptr}, {"VALR", nullptr}, {"VALD", nullptr}, {"VAL1", nullptr}, {"VAL1R", nullptr},
     {"VAL1D", nullptr},
