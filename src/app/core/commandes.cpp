@@ -3,6 +3,7 @@
 // built yet; its line fails with a message naming it.
 #include "language/commandes.h"
 
+#include "drawing/marques.h"
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "language/flux.h"
@@ -19,8 +20,8 @@ const Commande Table[] = {
     {"TAILLEP", nullptr}, {"POLICE", nullptr}, {"TEXTE", nullptr}, {"TEXTEC", nullptr},
     {"EPAIST", CmdEpaisT},
     {"QA", nullptr}, {"QA1", nullptr}, {"QA2", nullptr}, {"QA12", nullptr},
-    {"TRAIT", nullptr}, {"PLUS", nullptr}, {"+", nullptr}, {"X", nullptr}, {"PERCER", nullptr},
-    {"PERCERX", nullptr}, {"VOYANT", nullptr}, {"FLECHE", nullptr}, {"FLECHEP", nullptr},
+    {"TRAIT", CmdTrait}, {"PLUS", CmdPlus}, {"+", CmdPlus}, {"X", CmdX}, {"PERCER", CmdPercer},
+    {"PERCERX", CmdPercerX}, {"VOYANT", CmdVoyant}, {"FLECHE", CmdFleche}, {"FLECHEP", CmdFlecheP},
     {"COTE", nullptr},
     {"CENTREE", CmdCentreE}, {"CENTREI", CmdCentreI}, {"CENTREEI", CmdCentreEI}, {"CT", CmdCT},
     {"DECAL", nullptr},
