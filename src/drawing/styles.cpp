@@ -47,15 +47,14 @@ void AppliqueStyle(Etat& e, const QString& texte) {
     const QString lt = Trim(SousPara(e, texte, 2)).toUpper();
     if (lt.startsWith(u'C')) s.BoutCarre = true;
     else if (lt.startsWith(u'R')) s.BoutCarre = false;
-    const QString l1 = Trim(SousPara(e, texte, 3));
-    if (!l1.isEmpty()) {
-        const double v = Evalue(e, l1);
-        if (v >= 0) {
-            s.TiretL1 = s.TiretL2 = s.TiretL3 = float(v);
-            s.TiretReste = 0;
-            s.TiretPhase = 0;
-            s.TiretFinX = s.TiretFinY = 999.99f;
-        }
+    // A missing L1 reads as 0 (Overview: a missing number reads as 0), which is
+    // not negative: a style part without L1 ends a dash pattern.
+    const double l1 = Evalue(e, Trim(SousPara(e, texte, 3)));
+    if (l1 >= 0) {
+        s.TiretL1 = s.TiretL2 = s.TiretL3 = float(l1);
+        s.TiretReste = 0;
+        s.TiretPhase = 0;
+        s.TiretFinX = s.TiretFinY = 999.99f;
     }
     const QString l2 = Trim(SousPara(e, texte, 4));
     if (!l2.isEmpty()) {
@@ -100,14 +99,14 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte) {
         if (t == QLatin1String(n.nom)) return n.valeur;
     if (t.isEmpty()) return std::nullopt;
     if (complet.startsWith(QLatin1String("RGB")) || complet.startsWith(QLatin1String("RVB"))) {
+        // Three blank-separated words (any number of blanks); a missing or
+        // non-numeric word reads as 0, as the original's word reader does.
         const QStringList mots = t.mid(3).split(u' ', Qt::SkipEmptyParts);
-        if (mots.size() < 3) return std::nullopt;
-        int v[3];
-        for (int k = 0; k < 3; ++k) {
+        int v[3] = {0, 0, 0};
+        for (int k = 0; k < 3 && k < mots.size(); ++k) {
             bool ok = false;
-            const double d = QString(mots[k]).replace(u',', u'.').toDouble(&ok);
-            if (!ok) return std::nullopt;
-            v[k] = Arrondi16(d);
+            const double d = mots[k].toDouble(&ok);
+            v[k] = ok ? Arrondi16(d) : 0;
         }
         return v[0] + 256 * v[1] + 65536 * v[2];
     }
@@ -206,10 +205,12 @@ void CmdEpaisT(Etat& e) {
         QString t = epais;
         const bool mm = OteMm(t);
         const double v = Evalue(e, Trim(t));
-        // A given thickness below 1 keeps the current one as the level's value.
+        const float avant = s.EpaisCourante;
         const int w = LargeurTrait(e, v, mm);
         s.EpaisCourante = float(w);
-        e.Ctx().EpaisDefaut = v < 1 && !mm ? s.EpaisCourante : float(w);
+        // The level keeps the parsed thickness; a given value below 1 stores the
+        // thickness that was current instead (Part 2.2, EpaisT).
+        e.Ctx().EpaisDefaut = v < 1 ? avant : float(w);
         if (e.Surf) e.Surf->DrawWidth = w;
     }
     if (s2 > 0) AppliqueStyle(e, texte);
@@ -225,12 +226,12 @@ void RecritEpaisseur(Etat& e) {
     const QLocale c = QLocale::c();
     // " ###" and "###.##" formats, decimal commas replaced by points.
     const QString pixels = u' ' + c.toString(std::nearbyint(s.EpaisCourante), 'f', 0);
+    // "###.##": no leading 0, at most two decimals, trailing zeros dropped, and
+    // the decimal point kept even with no decimal left (Format(3, "###.##") is "3.").
     double mm = std::round(s.EpaisCourante * mmParPoint * 100) / 100;
     QString mmTexte = c.toString(mm, 'f', 2);
     while (mmTexte.endsWith(u'0')) mmTexte.chop(1);
-    if (mmTexte.endsWith(u'.')) mmTexte.chop(1);
     if (mmTexte.startsWith(QLatin1String("0."))) mmTexte = mmTexte.mid(1);
-    if (mmTexte == QLatin1String("0")) mmTexte.clear();
     const QString mot = Trim(Left(e.Ctx().Ligne, InStr(e.Ctx().Ligne + u'=', QStringLiteral("=")) - 1));
     RecritLigneEditeur(e, mot + pixels + QStringLiteral("  ' ") + mmTexte + QStringLiteral("mm"));
 }
@@ -259,7 +260,6 @@ void TraitTirete(Etat& e, double sx, double sy, double ex, double ey, int couleu
         const float enCours = s.TiretReste;
         avance(enCours, reste);
         s.TiretReste = estFin() ? float(enCours - std::hypot(ex - sx, ey - sy)) : 0.0f;
-        if (s.TiretReste < 0) s.TiretReste = 0;
         if (s.TiretPhase == 0 || s.TiretPhase == 2) Segment(e, sx, sy, px, py, couleur);
         sx = px;
         sy = py;

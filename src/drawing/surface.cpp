@@ -99,7 +99,11 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     op.debut = debut; op.fin = fin;
     op.aspect = aspect.value_or(1.0);
     op.couleur = couleur;
-    if (FillStyle == 0) op.remplissage = FillColor;
+    // Only closed figures are filled: a full turn, or a pie whose two angles
+    // are negative (both radius lines). -0 is not negative.
+    const bool ferme = (!debut && !fin) || (debut.value_or(0.0) < 0 && fin.value_or(0.0) < 0);
+    const bool rempli = FillStyle == 0 && ferme;
+    if (rempli) op.remplissage = FillColor;
     Enregistre(op);
     // The original measures the radius in horizontal units; the aspect is the
     // ratio of the vertical radius to the horizontal one.
@@ -109,7 +113,7 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     if (a < 1) ry = rPx * a;
     else if (a > 1) rx = rPx / a;
     std::optional<QColor> remp;
-    if (FillStyle == 0) remp = VersQColor(FillColor);
+    if (rempli) remp = VersQColor(FillColor);
     DevEllipse(VersPixel(x, y), rx, ry, debut, fin, VersQColor(couleur), DrawWidth, remp);
     CurrentX = x;
     CurrentY = y;

@@ -77,8 +77,9 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
         return;
     }
     // A negative angle draws a radius line to that end (the original's Circle).
+    // -0 is not negative there: it draws no radius.
     const double a0 = debut.value_or(0.0), a1 = fin.value_or(DeuxPi);
-    const bool rayon0 = std::signbit(a0), rayon1 = std::signbit(a1);
+    const bool rayon0 = a0 < 0, rayon1 = a1 < 0;
     double d = std::abs(a0), f = std::abs(a1);
     double balayage = f - d;
     if (balayage < 0) balayage += DeuxPi;
@@ -93,11 +94,10 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
     chemin.arcTo(rect, d * DegParRad, balayage * DegParRad);
     if (rayon1) chemin.lineTo(centre);
     if (rayon0 && rayon1) chemin.closeSubpath();
+    // Only closed figures are filled: a full turn or a pie with both radius
+    // lines. An open arc is stroked only, whatever FillStyle says.
     if (remp && rayon0 && rayon1) painter_->drawPath(chemin);
-    else {
-        if (remp) painter_->fillPath(chemin, *remp);
-        painter_->strokePath(chemin, Stylo(c, w));
-    }
+    else painter_->strokePath(chemin, Stylo(c, w));
 }
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
@@ -111,7 +111,9 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     if (!painter_) return;
     QPen pen(c);
     pen.setWidthF(std::max(1, w));
-    pen.setJoinStyle(Qt::MiterJoin);
+    // The platform's wide pens join round: a sharp corner of a band of a
+    // gradient stays under the shape's outline instead of spiking out of it.
+    pen.setJoinStyle(Qt::RoundJoin);
     painter_->setPen(pen);
     painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
     painter_->drawPolygon(pts.constData(), int(pts.size()));

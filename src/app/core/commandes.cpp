@@ -5,56 +5,153 @@
 
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
+#include "drawing/marques.h"
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "language/es.h"
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/cercle.h"
 
 namespace {
 
 const Commande Table[] = {
-    {"ZOOMINI", CmdZoomIni}, {"ZOOMINII", CmdZoomIniI},
+    // One keyword per line, in the groups of Part 1.1 (a blank line between groups).
+    {"ZOOMINI", CmdZoomIni},
+    {"ZOOMINII", CmdZoomIniI},
+
     {"COULEUR", CmdCouleur},
-    {"CADRE", nullptr}, {"CADREP", nullptr}, {"CADREA", nullptr}, {"CADREAP", nullptr},
-    {"TAILLEP", nullptr}, {"POLICE", nullptr}, {"TEXTE", nullptr}, {"TEXTEC", nullptr},
+
+    {"CADRE", nullptr},
+    {"CADREP", nullptr},
+    {"CADREA", nullptr},
+    {"CADREAP", nullptr},
+
+    {"TAILLEP", nullptr},
+    {"POLICE", nullptr},
+    {"TEXTE", nullptr},
+    {"TEXTEC", nullptr},
+
     {"EPAIST", CmdEpaisT},
-    {"QA", nullptr}, {"QA1", nullptr}, {"QA2", nullptr}, {"QA12", nullptr},
-    {"TRAIT", nullptr}, {"PLUS", nullptr}, {"+", nullptr}, {"X", nullptr}, {"PERCER", nullptr},
-    {"PERCERX", nullptr}, {"VOYANT", nullptr}, {"FLECHE", nullptr}, {"FLECHEP", nullptr},
+
+    {"QA", nullptr},
+    {"QA1", nullptr},
+    {"QA2", nullptr},
+    {"QA12", nullptr},
+
+    {"TRAIT", CmdTrait},
+    {"PLUS", CmdPlus},
+    {"+", CmdPlus},
+    {"X", CmdX},
+    {"PERCER", CmdPercer},
+
+    {"PERCERX", CmdPercerX},
+    {"VOYANT", CmdVoyant},
+    {"FLECHE", CmdFleche},
+    {"FLECHEP", CmdFlecheP},
+
     {"COTE", nullptr},
-    {"CENTREE", CmdCentreE}, {"CENTREI", CmdCentreI}, {"CENTREEI", CmdCentreEI}, {"CT", CmdCT},
+
+    {"CENTREE", CmdCentreE},
+    {"CENTREI", CmdCentreI},
+    {"CENTREEI", CmdCentreEI},
+    {"CT", CmdCT},
+
     {"DECAL", CmdDecal},
-    {"ARC", CmdArc}, {"DROITE", CmdDroite}, {"DROITEV", CmdDroiteV}, {"EXPOSANT", CmdExposant},
+
+    {"ARC", CmdArc},
+    {"DROITE", CmdDroite},
+    {"DROITEV", CmdDroiteV},
+    {"EXPOSANT", CmdExposant},
+
     {"INVERSION", CmdInversion},
-    {"SECT", nullptr}, {"SECTP", nullptr},
-    {"CERCLE", nullptr}, {"CERCLEI", nullptr}, {"CERCLEP", nullptr}, {"CERCLEPI", nullptr},
-    {"GRAD", CmdGrad}, {"GRAD1", CmdGrad1},
-    {"VAL", nullptr}, {"VALR", nullptr}, {"VALD", nullptr}, {"VAL1", nullptr}, {"VAL1R", nullptr},
+
+    {"SECT", nullptr},
+    {"SECTP", nullptr},
+
+    {"CERCLE", CmdCercle},
+    {"CERCLEI", CmdCercle},
+    {"CERCLEP", CmdCercle},
+    {"CERCLEPI", CmdCercle},
+
+    {"GRAD", CmdGrad},
+    {"GRAD1", CmdGrad1},
+
+    {"VAL", nullptr},
+    {"VALR", nullptr},
+    {"VALD", nullptr},
+    {"VAL1", nullptr},
+    {"VAL1R", nullptr},
+
     {"VAL1D", nullptr},
-    {"POLY", nullptr}, {"POLYP", nullptr}, {"POLYR", nullptr}, {"POLYRP", nullptr},
-    {"DEMILUNE", nullptr}, {"DEMILUNEP", nullptr},
+
+    {"POLY", nullptr},
+    {"POLYP", nullptr},
+    {"POLYR", nullptr},
+    {"POLYRP", nullptr},
+
+    {"DEMILUNE", nullptr},
+    {"DEMILUNEP", nullptr},
+
     {"?", CmdPoint},
+
     {"IMAGE", nullptr},
+
     {"FICHIER", nullptr},
+
     {"FORMATI", CmdFormatI},
+
     {"SEPARATEUR", CmdSeparateur},
-    {"STOP", CmdStop}, {"!", CmdStop},
-    {"PALCOUL", nullptr}, {"PALCOUL2", nullptr}, {"PALCOUL3", nullptr},
-    {"IF", CmdIf}, {"ELSEIF", CmdElseIf}, {"IFT", CmdIfT}, {"ELSEIFT", CmdElseIfT},
-    {"ELSE", CmdElse}, {"ENDIF", CmdEndIf}, {"GOTO", CmdGoto},
-    {"LISTEVAR", CmdListeVar}, {"INPUT", CmdInput}, {"OPEN", CmdOpen}, {"OPENA", CmdOpenA},
-    {"LVAR", CmdLVar}, {"PRINTA", CmdPrintA}, {"OPTIONS#$", CmdOptions}, {"SHELL#$", CmdShell},
+
+    {"STOP", CmdStop},
+    {"!", CmdStop},
+
+    {"PALCOUL", nullptr},
+    {"PALCOUL2", nullptr},
+    {"PALCOUL3", nullptr},
+
+    {"IF", CmdIf},
+    {"ELSEIF", CmdElseIf},
+    {"IFT", CmdIfT},
+    {"ELSEIFT", CmdElseIfT},
+
+    {"ELSE", CmdElse},
+    {"ENDIF", CmdEndIf},
+    {"GOTO", CmdGoto},
+
+    {"LISTEVAR", CmdListeVar},
+    {"INPUT", CmdInput},
+    {"OPEN", CmdOpen},
+    {"OPENA", CmdOpenA},
+
+    {"LVAR", CmdLVar},
+    {"PRINTA", CmdPrintA},
+    {"OPTIONS#$", CmdOptions},
+    {"SHELL#$", CmdShell},
+
     {"NPAGE", CmdNPage},
+
     {"CHAIN", nullptr},
-    {"PLOT", nullptr}, {"PLOTP", nullptr}, {"PLOTS", nullptr},
-    {"BEZIER", nullptr}, {"BEZIERP", nullptr}, {"BEZIER_AGR", nullptr},
+
+    {"PLOT", nullptr},
+    {"PLOTP", nullptr},
+    {"PLOTS", nullptr},
+
+    {"BEZIER", nullptr},
+    {"BEZIERP", nullptr},
+    {"BEZIER_AGR", nullptr},
+
     {"DMKCODE", nullptr},
+
     {"REFCUR", CmdRefCur},
+
     {"STOPARG", CmdStopArg},
+
     {"ANGROT", CmdAngRot},
-    {"FACTEURS", CmdFacteur}, {"FACTEUR", CmdFacteur},
+
+    {"FACTEURS", CmdFacteur},
+    {"FACTEUR", CmdFacteur},
 };
 
 } // namespace

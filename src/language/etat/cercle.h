@@ -1,5 +1,14 @@
 // Run state of Part 3.1: circles. Owned by that Part; fields are added with it.
 #pragma once
 
+#include <QPoint>
+#include <QPointF>
+#include <QVector>
+
 struct EtatCercle {
+    // `Points`: the outline of the shape in progress, in Surface units, as
+    // 32-bit floats. `PointsPixel`: a polygon in device pixels, at most 1000
+    // points. Working buffers, kept to spare allocations between commands.
+    QVector<QPointF> Points;
+    QVector<QPointF> PointsPixel;
 };
