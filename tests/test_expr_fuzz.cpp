@@ -4,7 +4,9 @@
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
+#include "language/para.h"
 #include "language/textes.h"
+#include "language/variables.h"
 
 #include <QStringList>
 
@@ -24,6 +26,8 @@ const QStringList& Morceaux() {
         "#", "##", "%", "%A", "%Lef", "%IRE$#0", "IRE$", "REPL(", "LEF3(", "LEFL(", "RIG2(", "RIGR(",
         "UCAS(", "INS(", "Ins(", "NBP(", QStringLiteral("NB§("), "NBCR(", "LEN(\"", "TXT(", "ARR2(",
         "ARR", QStringLiteral("§"), "\r", QStringLiteral("é"), "1E38", "1E-40", "99999999",
+        "VAR(", "VAR(%A)", "%A(", "%A(#", QStringLiteral("%A(§"), "(2)", "%IRE$-1", "°", "R", "%CR",
+        "%Date", "%PI",
     };
     return m;
 }
@@ -73,6 +77,12 @@ const std::vector<std::pair<const char*, Routine>>& Routines() {
         {"EvalDiese", [](Etat& e, QString& t) { EvalDiese(e, t); }},
         {"FonctionsComptage", [](Etat& e, QString& t) { FonctionsComptage(e, t); }},
         {"FormatTexte", [](Etat& e, QString& t) { FormatTexte(e, t); }},
+        {"RemplaceVar", [](Etat& e, QString& t) { RemplaceVar(e, t); }},
+        {"ParaVal", [](Etat& e, QString& t) { ParaVal(e, t, 2); }},
+        {"ParaCoord", [](Etat& e, QString& t) {
+             double x = 0, y = 0;
+             ParaCoord(e, x, y, t, 1, 0, 0);
+         }},
     };
     return r;
 }
