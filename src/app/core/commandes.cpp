@@ -8,6 +8,7 @@
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/texte.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ const Commande Table[] = {
     {"ZOOMINI", CmdZoomIni}, {"ZOOMINII", CmdZoomIniI},
     {"COULEUR", CmdCouleur},
     {"CADRE", nullptr}, {"CADREP", nullptr}, {"CADREA", nullptr}, {"CADREAP", nullptr},
-    {"TAILLEP", nullptr}, {"POLICE", nullptr}, {"TEXTE", nullptr}, {"TEXTEC", nullptr},
+    {"TAILLEP", CmdTailleP}, {"POLICE", CmdPolice}, {"TEXTE", CmdTexte}, {"TEXTEC", CmdTexteC},
     {"EPAIST", CmdEpaisT},
     {"QA", nullptr}, {"QA1", nullptr}, {"QA2", nullptr}, {"QA12", nullptr},
     {"TRAIT", nullptr}, {"PLUS", nullptr}, {"+", nullptr}, {"X", nullptr}, {"PERCER", nullptr},
