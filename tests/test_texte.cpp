@@ -586,7 +586,7 @@ TEST(Texte, FontOfTheFormatIsGivenBack) {
     auto s = Lance("Texte = 0, 0, , 20GIS§Courier New,A\nTexte = 0, 0, , ,B\n");
     const auto t = Textes(*s);
     ASSERT_EQ(t.size(), 2);
-    EXPECT_EQ(t[0].police, QStringLiteral("COURIER NEW"));
+    EXPECT_EQ(t[0].police, QStringLiteral("Courier New")); // read back in its own spelling
     EXPECT_TRUE(t[0].gras && t[0].italique && t[0].souligne);
     EXPECT_EQ(t[1].police, QStringLiteral("Times New Roman"));
     EXPECT_FALSE(t[1].gras || t[1].italique || t[1].souligne);

@@ -110,7 +110,8 @@ QString NomPoliceRelu(const QString& nom) {
     for (const AliasMetrique& a : AliasMetriques) {
         if (n.compare(QLatin1String(a.demande), Qt::CaseInsensitive) != 0) continue;
         for (const char* c : a.compatibles)
-            if (c && servie.compare(QLatin1String(c), Qt::CaseInsensitive) == 0) return nom;
+            if (c && servie.compare(QLatin1String(c), Qt::CaseInsensitive) == 0)
+                return QLatin1String(a.demande); // read back in the font's own spelling
     }
     // The faces of the generic families and of a name that exists nowhere are
     // what the font mapper gives for a font it does not know.

@@ -62,8 +62,9 @@ private:
 };
 
 // The `Font.Name` that the drawing object reads back after `Font.Name` = nom:
-// the installed family's own spelling, or the name as asked when the font
-// mapper serves it with a metric-compatible face (Liberation for Times New
-// Roman, Arial, Courier New), or else the face substituted for a font that
-// is not there.
+// the installed family's own spelling; the Windows name in its own spelling
+// when the font mapper serves it with a metric-compatible face (Liberation
+// for Times New Roman, Arial, Courier New); the name as asked for another
+// alias of fontconfig; or else the face substituted for a font that is not
+// there (a generic fallback).
 QString NomPoliceRelu(const QString& nom);

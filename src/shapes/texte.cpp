@@ -482,9 +482,9 @@ void CmdTailleP(Etat& e) {
     }
     // 3.
     StylesDe(*s, champ.toUpper());
-    // 4.
+    // 4. ParaN has applied the quoted forms; the formatting forms remain.
     QString texte = ParaN(e, l, 2);
-    FonctionsDuTexte(e, texte);
+    FormatTexte(e, texte);
     if (texte.isEmpty()) texte = QStringLiteral("X");
     const double H = -s->TextHeight(texte);
     // 5.
