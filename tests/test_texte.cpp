@@ -379,6 +379,20 @@ TEST(Texte, PatchBit0TurnsAxisTextsByAFifthOfADegree) {
     EXPECT_NEAR(t[1].angle, 0.2, 1e-9);
 }
 
+TEST(Texte, RotatedTextKeepsItsSizeOnAScreenOfAnotherResolution) {
+    // The desktop of CLogFont is the screen itself: 120 dpi here.
+    Session s(Programme("Texte = 10, 10, , R30,A\n"));
+    s.pane = std::make_unique<SurfaceEnregistree>(GenreSurface::Ecran, 297 / 25.4 * 120,
+                                                  210 / 25.4 * 120, 25.4 / 120);
+    s.pane->SetJournal(&s.journal);
+    AttachePane(s.etat, s.pane.get());
+    s.Execute();
+    const auto t = Textes(s);
+    ASSERT_EQ(t.size(), 1);
+    EXPECT_NEAR(t[0].taille, 10, 1e-9);
+    EXPECT_DOUBLE_EQ(t[0].angle, 30);
+}
+
 // --- Police
 
 TEST(Texte, PoliceFindsTheMetricCompatibleFaces) {

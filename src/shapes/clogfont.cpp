@@ -66,7 +66,7 @@ void CLogFont::SetRotation(float rotation) {
 void CLogFont::FabriquePolice() {
     const PoliceSurface& f = *police_;
     EnregistrementPolice r;
-    r.lfHeight = -Arrondi(f.Size * DpiBureau / 72.0);
+    r.lfHeight = -Arrondi(f.Size * dpiBureau_ / 72.0);
     r.lfWidth = 0;
     int32_t esc = Arrondi(double(rotation_) * 10.0);
     // The nudge (bit 0 of the options word): a fifth of a degree off the axes.
@@ -92,7 +92,7 @@ void CLogFont::FabriquePolice() {
     // "Left to the implementer"); lfHeight above says what was asked.
     PoliceDevice d;
     d.Name = r.lfFaceName;
-    d.HauteurPx = f.Size * DpiBureau / 72.0;
+    d.HauteurPx = f.Size * dpiBureau_ / 72.0;
     d.Bold = r.lfWeight >= 600;
     d.Italic = r.lfItalic;
     d.Underline = r.lfUnderline;

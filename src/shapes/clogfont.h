@@ -35,8 +35,11 @@ struct EnregistrementPolice {
 class CLogFont {
 public:
     // `options` is the options word of Part 4.5 (`Patchs`); its bit 0 asks
-    // for the nudge of the axis-aligned escapements.
-    explicit CLogFont(int options = 0) : options_(options) {}
+    // for the nudge of the axis-aligned escapements. `dpiBureau` is the
+    // desktop's LOGPIXELSY: the screen's own resolution, 96 for the printer
+    // (whose factor 15 twips per pixel is 1440 / 96).
+    explicit CLogFont(int options = 0, double dpiBureau = DpiBureau)
+        : options_(options), dpiBureau_(dpiBureau) {}
 
     // Set `LogFont`: frees the handle; none clears the font; otherwise copies
     // the font and makes a new handle with the current rotation.
@@ -55,6 +58,7 @@ public:
 private:
     void FabriquePolice(); // the private font maker
     int options_;
+    double dpiBureau_;
     std::optional<PoliceSurface> police_;
     float rotation_ = 0;
     std::optional<PoliceDevice> handle_;

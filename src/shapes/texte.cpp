@@ -256,8 +256,9 @@ void MetriquesTexte(Etat& e) {
 void EcritRot(Etat& e, double x, double y, double angle, const QString& texte) {
     Surface* s = e.Surf;
     if (!s) return;
-    auto police = std::make_shared<CLogFont>(e.Regl ? e.Regl->Patchs : 0);
+    const int options = e.Regl ? e.Regl->Patchs : 0;
     if (s->EstImprimante()) {
+        auto police = std::make_shared<CLogFont>(options, DpiBureau);
         // 1. The size is kept as a 16-bit integer; the font is made for the
         // printer's dots from the desktop's resolution.
         const int garde = Entier16(std::llround(std::nearbyint(s->Font.Size)));
@@ -275,6 +276,8 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte) {
         s->Font.Size = garde != 0 ? garde : 1;
         return;
     }
+    // On the screen the desktop is the screen: its resolution is the pane's.
+    auto police = std::make_shared<CLogFont>(options, 25.4 / s->MmParPixel());
     e.Txt.LogFont = police;
     police->SetLogFont(&s->Font);
     police->SetRotation(float(angle));
