@@ -5,23 +5,8 @@
 #include <cmath>
 #include <utility>
 
-namespace {
-
-// A 1×1 image at the given resolution: the device on which fonts are measured,
-// so that metrics depend on the target's dots and not on the screen.
-QImage DeviceDeMesure(double dpi) {
-    QImage im(1, 1, QImage::Format_ARGB32);
-    const int dpm = int(std::lround(dpi / 0.0254));
-    im.setDotsPerMeterX(dpm);
-    im.setDotsPerMeterY(dpm);
-    return im;
-}
-
-} // namespace
-
 Surface::Surface(GenreSurface genre, double largeurPx, double hauteurPx, double mmParPixel)
-    : largeurPx_(largeurPx), hauteurPx_(hauteurPx), genre_(genre), mmParPixel_(mmParPixel),
-      mesure_(DeviceDeMesure(25.4 / mmParPixel)) {
+    : largeurPx_(largeurPx), hauteurPx_(hauteurPx), genre_(genre), mmParPixel_(mmParPixel) {
     SetScaleMode(3);
 }
 
@@ -164,25 +149,36 @@ QFont Surface::PoliceQt() const {
     return f;
 }
 
+QFontMetricsF Surface::MesureEtalon(const QFont& f, double& k) const {
+    // The em in device pixels of the target, from the size in points.
+    k = f.pointSizeF() * (25.4 / mmParPixel_) / 72.0 / TailleEtalonPx;
+    QFont g = f;
+    g.setPixelSize(TailleEtalonPx);
+    return QFontMetricsF(g);
+}
+
 MetriquesPolice Surface::Metriques() const {
-    const QFontMetricsF fm(PoliceQt(), &mesure_);
+    double k = 1;
+    const QFontMetricsF fm = MesureEtalon(PoliceQt(), k);
     MetriquesPolice m;
-    m.Ascent = fm.ascent();
-    m.Height = fm.ascent() + fm.descent();
+    m.Ascent = fm.ascent() * k;
+    m.Height = (fm.ascent() + fm.descent()) * k;
     const double em = (Font.Size > 0 ? Font.Size : 1) * (25.4 / mmParPixel_) / 72.0;
     m.InternalLeading = std::max(0.0, m.Height - em);
     return m;
 }
 
 double Surface::TextWidth(const QString& texte) const {
-    const QFontMetricsF fm(PoliceQt(), &mesure_);
-    return fm.horizontalAdvance(texte) * ScaleWidth / largeurPx_;
+    double k = 1;
+    const QFontMetricsF fm = MesureEtalon(PoliceQt(), k);
+    return fm.horizontalAdvance(texte) * k * ScaleWidth / largeurPx_;
 }
 
 double Surface::TextHeight(const QString& texte) const {
-    const QFontMetricsF fm(PoliceQt(), &mesure_);
+    double k = 1;
+    const QFontMetricsF fm = MesureEtalon(PoliceQt(), k);
     const int lignes = std::max<int>(1, int(texte.count(u'\n')) + (texte.endsWith(u'\n') ? 0 : 1));
-    return fm.height() * lignes * ScaleHeight / hauteurPx_;
+    return (fm.ascent() + fm.descent()) * k * lignes * ScaleHeight / hauteurPx_;
 }
 
 void Surface::TextOut(double x, double y, double angle, const QString& texte, bool haut) {
@@ -233,4 +229,70 @@ void Surface::NewPage() {
     DevNouvellePage();
     CurrentX = 0;
     CurrentY = 0;
+}
+
+// --- Part 3.3: the device's text calls.
+
+QFont Surface::PoliceQtDevice(const PoliceDevice& p) const {
+    QFont f(p.Name);
+    const double pt = p.HauteurPx * 72.0 * mmParPixel_ / 25.4;
+    f.setPointSizeF(pt > 0 ? pt : 1);
+    f.setBold(p.Bold);
+    f.setItalic(p.Italic);
+    f.setUnderline(p.Underline);
+    f.setStrikeOut(p.Strikethrough);
+    f.setHintingPreference(QFont::PreferNoHinting);
+    f.setStyleStrategy(QFont::StyleStrategy(QFont::ForceOutline | QFont::PreferQuality));
+    f.setKerning(false);
+    return f;
+}
+
+std::optional<PoliceDevice> Surface::SelectFont(std::optional<PoliceDevice> police) {
+    std::swap(policeChoisie_, police);
+    return police;
+}
+
+void Surface::EcritTexteDevice(QPointF p, const QString& texte) {
+    if (texte.isEmpty()) return; // a text of no character leaves no mark
+    const QFont f = policeChoisie_ ? PoliceQtDevice(*policeChoisie_) : PoliceQt();
+    const double angle = policeChoisie_ ? policeChoisie_->Escapement : 0.0;
+    if (alignementTexte_ == 0) {
+        // Top of the cell on the point: the baseline lies one ascent down the
+        // text's normal (device y grows downward).
+        double k = 1;
+        const double asc = MesureEtalon(f, k).ascent() * k;
+        const double a = angle * 0.017453293;
+        p += QPointF(asc * std::sin(a), asc * std::cos(a));
+    }
+    OpSurface op;
+    op.genre = OpSurface::Texte;
+    const QPointF base = DepuisPixel(p.x(), p.y());
+    op.x1 = base.x(); op.y1 = base.y();
+    op.angle = angle;
+    op.texte = texte;
+    if (policeChoisie_) {
+        op.police = policeChoisie_->Name;
+        op.taille = policeChoisie_->HauteurPx * 72.0 * mmParPixel_ / 25.4;
+        op.gras = policeChoisie_->Bold;
+        op.italique = policeChoisie_->Italic;
+        op.souligne = policeChoisie_->Underline;
+    } else {
+        op.police = Font.Name;
+        op.taille = Font.Size;
+        op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
+    }
+    op.couleur = ForeColor;
+    Enregistre(op);
+    DevTexte(p, angle, texte, f, VersQColor(ForeColor));
+}
+
+void Surface::Print(const QString& texte) {
+    EcritTexteDevice(VersPixel(CurrentX, CurrentY), texte);
+    const QFont f = policeChoisie_ ? PoliceQtDevice(*policeChoisie_) : PoliceQt();
+    double k = 1;
+    CurrentX += MesureEtalon(f, k).horizontalAdvance(texte) * k * ScaleWidth / largeurPx_;
+}
+
+void Surface::TextOutA(int xd, int yd, const QString& texte) {
+    EcritTexteDevice(QPointF(xd, yd), texte);
 }

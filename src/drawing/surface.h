@@ -13,6 +13,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPointF>
 #include <QString>
@@ -32,10 +33,26 @@ struct PoliceSurface {
     int Charset = 0;
 };
 
+// Fonts are measured and painted at this em height in pixels and scaled to
+// the size asked: unhinted outlines scale linearly, and Qt would round a size
+// in points to whole device pixels (13 px for 10 points at 96 dpi, 2.5 % short
+// of 13.33), so screen, PDF and PNG would not agree (Part 3.3).
+constexpr int TailleEtalonPx = 1000;
+
 // The outline text metrics of the current font, in device pixels
 // (`GetOutlineTextMetricsA`: tmAscent, tmHeight, tmInternalLeading).
 struct MetriquesPolice {
     double Ascent = 0, Height = 0, InternalLeading = 0;
+};
+
+// A font made for the device: the handle of a `CLogFont` (Part 3.3). Its em
+// height is in device pixels of the target, its escapement in degrees
+// counter-clockwise.
+struct PoliceDevice {
+    QString Name;
+    double HauteurPx = 0;
+    bool Bold = false, Italic = false, Underline = false, Strikethrough = false;
+    double Escapement = 0;
 };
 
 // One recorded operation; coordinates in `Surface` units.
@@ -126,6 +143,19 @@ public:
     // Negative when y runs upward, as the original's (Part 3.3).
     double TextHeight(const QString& texte) const;
     MetriquesPolice Metriques() const;
+    // --- The device's text calls of Part 3.3 (`SetTextAlign`, `SelectObject`
+    // of a font handle, `Print`, `TextOutA`).
+    // `SetTextAlign`: 24 baseline and left (the default), 0 top and left.
+    void SetTextAlign(int mode) { alignementTexte_ = mode; }
+    int TextAlign() const { return alignementTexte_; }
+    // Selects a device font (none: the Surface's own `Font`); returns the former one.
+    std::optional<PoliceDevice> SelectFont(std::optional<PoliceDevice> police);
+    // `Print` without line end: the text at CurrentX, CurrentY, with the
+    // selected font, aligned by TextAlign; CurrentX moves by the text's width.
+    void Print(const QString& texte);
+    // `TextOutA`: the text at device pixels (xd, yd), selected font, TextAlign.
+    void TextOutA(int xd, int yd, const QString& texte);
+
     void PaintPicture(const QImage& image, const QString& fichier,
                       double x, double y, double w, double h);
     void Cls();
@@ -158,13 +188,21 @@ protected:
     void Enregistre(OpSurface op);
     double largeurPx_, hauteurPx_;
 
+    // Part 3.3: the QFont of a device font, meant at the Surface's resolution.
+    QFont PoliceQtDevice(const PoliceDevice& p) const;
+    // The metrics of a font at the etalon size; k turns them into device pixels.
+    QFontMetricsF MesureEtalon(const QFont& f, double& k) const;
+    // Writes with the selected font (or Font) at a device point, by TextAlign.
+    void EcritTexteDevice(QPointF p, const QString& texte);
+
 private:
     GenreSurface genre_;
     double mmParPixel_;
     int scaleMode_ = 3;
     int orientation_ = 1;
     Journal* journal_ = nullptr;
-    QImage mesure_; // the device on which fonts are measured, at the target's resolution
+    int alignementTexte_ = 24;
+    std::optional<PoliceDevice> policeChoisie_;
 };
 
 // A surface that paints nothing: it measures and records. The default target

@@ -124,14 +124,17 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
     if (!painter_) return;
     // The font's size is meant at the Surface's own resolution; the painter's
     // scale then brings it to the device, as it does every other coordinate.
+    // It is drawn at the etalon size and scaled, so that no whole-pixel
+    // rounding of the size comes in (surface.h, TailleEtalonPx).
     QFont fd = f;
-    const double dpiSurface = 25.4 / MmParPixel();
-    fd.setPointSizeF(f.pointSizeF() * dpiSurface / device_->logicalDpiY());
+    fd.setPixelSize(TailleEtalonPx);
+    const double k = f.pointSizeF() * (25.4 / MmParPixel()) / 72.0 / TailleEtalonPx;
     painter_->save();
     painter_->setFont(fd);
     painter_->setPen(c);
     painter_->translate(p);
     painter_->rotate(-angle);
+    painter_->scale(k, k);
     painter_->drawText(QPointF(0, 0), texte);
     painter_->restore();
 }

@@ -13,6 +13,7 @@
 #include "language/para.h"
 #include "language/variables.h"
 #include "shapes/cercle.h"
+#include "shapes/texte.h"
 
 namespace {
 
@@ -28,10 +29,10 @@ const Commande Table[] = {
     {"CADREA", nullptr},
     {"CADREAP", nullptr},
 
-    {"TAILLEP", nullptr},
-    {"POLICE", nullptr},
-    {"TEXTE", nullptr},
-    {"TEXTEC", nullptr},
+    {"TAILLEP", CmdTailleP},
+    {"POLICE", CmdPolice},
+    {"TEXTE", CmdTexte},
+    {"TEXTEC", CmdTexteC},
 
     {"EPAIST", CmdEpaisT},
 

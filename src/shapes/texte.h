@@ -1,0 +1,47 @@
+// Part 3.3: text. The commands `Texte`, `TexteC`, `Police`, `TailleP`, and the
+// measuring and placing routines that other Parts call (scale values,
+// dimensions, Bezier graduations).
+#pragma once
+
+#include <QString>
+
+struct Etat;
+
+// `MetriquesTexte`: CoefBase, CoefMilieu, CoefHaut from the outline metrics of
+// the Surface's font, or from ForceBase, ForceMilieu, ForceHaut when not 0.
+void MetriquesTexte(Etat& e);
+
+// `EcritRot(x, y, angle, text)`: writes text with the current Font turned by
+// angle degrees. On the printer x, y are device pixels (see CoordDevice); on
+// the screen they are not used and the text starts at CurrentX, CurrentY.
+void EcritRot(Etat& e, double x, double y, double angle, const QString& texte);
+
+// `PlaceTexte(W, H, angle, text, letters, rot)`: places one text of width W
+// and height H (positive, measured by the caller) about the module position
+// e.Txt.X, e.Txt.Y (which the caller sets, with CurrentX, CurrentY), with the
+// alignment letters G, D, B, H. Leaves X, Y and CurrentX, CurrentY at the far
+// end of the text. Nothing happens when e.Txt.CouleurTexte is N (-1).
+void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
+                const QString& lettres, double rot);
+
+// Device coordinates of a Surface point on the printer (Part 3.3).
+void CoordDevice(Etat& e, double x, double y, double& xd, double& yd);
+// The page mark: a PSet off the sheet in the text colour, once per page.
+void MarquePage(Etat& e);
+
+// `ExprTexte`: the "#expression#" pieces of a text, left to right.
+void ExprTexte(Etat& e, QString& texte);
+// The factor reading of `*k`: blanks are removed from champ, and a "*(...)"
+// is evaluated and removed; otherwise the leading number behind the first "*".
+double LitFacteur(Etat& e, QString& champ);
+// The leading number of a text, as the original's Val ("1.5C" gives 1.5).
+double NombreEnTete(const QString& texte);
+
+// Sets Font.Name as the drawing object does; true when the name read back
+// differs from the one asked, without regard to case (string 112 is due).
+bool ChangeNomPolice(Etat& e, const QString& nom);
+
+void CmdTailleP(Etat& e);
+void CmdPolice(Etat& e);
+void CmdTexte(Etat& e);
+void CmdTexteC(Etat& e);
