@@ -3,6 +3,7 @@
 // built yet; its line fails with a message naming it.
 #include "language/commandes.h"
 
+#include "app/core/inclusion.h"
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
 #include "drawing/repere.h"
@@ -37,7 +38,7 @@ const Commande Table[] = {
     {"DEMILUNE", nullptr}, {"DEMILUNEP", nullptr},
     {"?", CmdPoint},
     {"IMAGE", nullptr},
-    {"FICHIER", nullptr},
+    {"FICHIER", CmdFichier},
     {"FORMATI", CmdFormatI},
     {"SEPARATEUR", CmdSeparateur},
     {"STOP", CmdStop}, {"!", CmdStop},
@@ -50,7 +51,7 @@ const Commande Table[] = {
     {"CHAIN", nullptr},
     {"PLOT", nullptr}, {"PLOTP", nullptr}, {"PLOTS", nullptr},
     {"BEZIER", nullptr}, {"BEZIERP", nullptr}, {"BEZIER_AGR", nullptr},
-    {"DMKCODE", nullptr},
+    {"DMKCODE", CmdDmkCode},
     {"REFCUR", CmdRefCur},
     {"STOPARG", CmdStopArg},
     {"ANGROT", CmdAngRot},
