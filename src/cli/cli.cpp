@@ -3,6 +3,7 @@
 
 #include "app/core/dump.h"
 #include "app/core/fichiers.h"
+#include "app/core/inclusion.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
 
@@ -131,6 +132,13 @@ QString LitArguments(const QStringList& a, Arguments& r) {
 Reglages ReglagesDe(const Arguments& a) {
     Reglages r;
     r.LangueMessages = r.LangueMenus = r.LangueAide = r.LangueMasque = a.langue;
+    // The folders of the file lookup and the external commands (Part 4.3):
+    // the program's, the working one, and the program file's own.
+    auto barre = [](const QString& d) { return d.endsWith(u'/') ? d : d + u'/'; };
+    r.DossierProgramme = barre(QCoreApplication::applicationDirPath());
+    r.DossierTravail = barre(QDir::currentPath());
+    r.DossierFichier = DossierDe(QFileInfo(a.fichier).absoluteFilePath());
+    ListeCommandesExternes(r);
     return r;
 }
 

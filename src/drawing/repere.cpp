@@ -95,8 +95,9 @@ void Centre(Etat& e, bool ecran, bool imprimante) {
         }
         c.CentreX = x;
         c.CentreY = y;
-    } else if (!c.DecalX && !c.DecalY) {
-        // In an included file, a position given by the caller wins.
+    } else if (c.Param.FicX == 999.99f && c.Param.FicY == 999.99f) {
+        // In an included file, a position given by the caller wins (the call
+        // leaves FicX, FicY at 999.99 when it gave none, Part 4.3).
         r.OrigineX = (s->EstImprimante() ? 0 : r.Dx) + x;
         r.OrigineY = (s->EstImprimante() ? 0 : r.Dy) + y;
         c.CentreX = x;

@@ -38,6 +38,8 @@ constexpr int NbNiveaux = 7;
 constexpr int NbSi = 5;
 
 // `ParamFichier` of `CtxFic`: what the include mechanism keeps (Part 4.3).
+// The pen of a caller is saved in its own record before a call and put back
+// on return; FicX, FicY are the position a level was called at.
 struct ParamFichier {
     int DrawWidth = 0;
     float TiretL1 = 0, TiretL2 = 0, TiretL3 = 0;
@@ -46,7 +48,12 @@ struct ParamFichier {
     float TaillePolice = 0;
     QString Style;        // "B", "I", "U" letters of the saved font
     int Couleur = 0;
-    float FicX = 999.99f; // the two 32-bit floats initialised to 999.99
+    int CouleurCmd = 0;   // the colour of the command in force, with Couleur
+    double TailleStandard = 0; // the standard size of TailleP behind Font.Size (Part 3.3)
+    // The two 32-bit floats initialised to 999.99: the x, y given by the
+    // caller to this level; 999.99 in both when it gave none (Part 2.1,
+    // `CentreE` in an included file).
+    float FicX = 999.99f;
     float FicY = 999.99f;
 };
 
@@ -120,8 +127,9 @@ struct Reglages {
     QString DossierProgramme;       // folder of the executable, ending in "/"
     QString DossierTravail;         // working folder, ending in "/"
     QString DossierCfg;             // folder of Mirel.cfg, ending in "/"
+    QString DossierFichier;         // folder of the last opened file, ending in "/" (Part 4.1)
     QStringList CommandesExternes;  // names of the external commands (Part 4.3), at most 60
-    QStringList FichiersExternes;   // their files, same order
+    QStringList FichiersExternes;   // their files (full paths), same order
 };
 
 // The run-wide state (Part 1.1 and the data models of the Parts).

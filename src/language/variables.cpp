@@ -83,9 +83,11 @@ QString Orthographe(const QString& nom) {
     return bl > 0 ? Left(n, bl - 1) : n;
 }
 
-// A free or new slot at a level, as `CreeVar` takes it; 0 when the value is
-// swallowed by a pending `SauteVar`.
-int SlotPourCreation(Etat& e, int niveau) {
+// A free or new slot at a level, as `CreeVar` takes it. `avale` is set when
+// the slot is reused with a pending `SauteVar`: the slot takes the name, and
+// the value already there (a parameter passed by position, Part 4.3) stays.
+int SlotPourCreation(Etat& e, int niveau, bool& avale) {
+    avale = false;
     CtxFic& c = e.PileFic[niveau];
     if (niveau == 1) {
         if (c.NbVar >= std::min(c.MaxVar, MaxVarAbsolu)) {
@@ -99,7 +101,7 @@ int SlotPourCreation(Etat& e, int niveau) {
             if (!c.NomVar[i].isEmpty()) continue;
             if (c.SauteVar[i] > 0 && !e.StopArgVu) {
                 --c.SauteVar[i];
-                return 0;
+                avale = true;
             }
             return i;
         }
@@ -224,20 +226,22 @@ QString NomVar(const QString& texte) {
 
 void CreeVar(Etat& e, const QString& nom, const QString& valeur, int& index) {
     const int niveau = e.NiveauCourant;
-    index = SlotPourCreation(e, niveau);
-    if (index == 0) return;
+    bool avale = false;
+    index = SlotPourCreation(e, niveau, avale);
     CtxFic& c = e.PileFic[niveau];
     c.NomVar[index] = Orthographe(nom);
+    if (avale) return; // the value passed in stays (Part 1.3, CreeVar step 2)
     c.SauteVar[index] = 0;
     Stocke(e, niveau, index, TraiteValeur(e, valeur));
 }
 
 void CreeVarBrute(Etat& e, const QString& nom, const QString& valeur) {
     const int niveau = e.NiveauCourant;
-    const int index = SlotPourCreation(e, niveau);
-    if (index == 0) return;
+    bool avale = false;
+    const int index = SlotPourCreation(e, niveau, avale);
     CtxFic& c = e.PileFic[niveau];
     c.NomVar[index] = Orthographe(nom);
+    if (avale) return;
     c.SauteVar[index] = 0;
     Stocke(e, niveau, index, valeur);
 }
@@ -429,15 +433,16 @@ void Affectation(Etat& e) {
                 const int garde = e.NiveauCourant;
                 e.NiveauCourant = niveau;
                 int index = 0;
+                bool avale = false;
                 try {
-                    index = SlotPourCreation(e, niveau);
+                    index = SlotPourCreation(e, niveau, avale);
                 } catch (...) {
                     e.NiveauCourant = garde;
                     throw;
                 }
                 e.NiveauCourant = garde;
-                if (index > 0) {
-                    e.PileFic[niveau].NomVar[index] = Orthographe(nom);
+                e.PileFic[niveau].NomVar[index] = Orthographe(nom);
+                if (!avale) {
                     e.PileFic[niveau].SauteVar[index] = 0;
                     Stocke(e, niveau, index, valeur);
                 }

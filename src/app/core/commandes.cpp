@@ -3,6 +3,7 @@
 // built yet; its line fails with a message naming it.
 #include "language/commandes.h"
 
+#include "app/core/inclusion.h"
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
 #include "drawing/marques.h"
@@ -99,7 +100,7 @@ const Commande Table[] = {
 
     {"IMAGE", nullptr},
 
-    {"FICHIER", nullptr},
+    {"FICHIER", CmdFichier},
 
     {"FORMATI", CmdFormatI},
 
@@ -143,7 +144,7 @@ const Commande Table[] = {
     {"BEZIERP", nullptr},
     {"BEZIER_AGR", nullptr},
 
-    {"DMKCODE", nullptr},
+    {"DMKCODE", CmdDmkCode},
 
     {"REFCUR", CmdRefCur},
 

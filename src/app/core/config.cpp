@@ -279,6 +279,7 @@ void AppliqueConfig(const Config& c, const TableChaines& table, Reglages& r) {
 void AppliqueEmplacement(const EmplacementConfig& lieu, Reglages& r) {
     r.DossierProgramme = lieu.DossierProgramme;
     r.DossierTravail = lieu.DossierDepart;
+    r.DossierFichier = lieu.DossierFichier;
     r.DossierCfg = lieu.DossierCfg;
 }
 

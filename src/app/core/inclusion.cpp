@@ -1,11 +1,596 @@
-// Part 4.3: file inclusion and external commands. Provisional until issue 10.
+// Part 4.3: file inclusion and external commands.
+#include "app/core/inclusion.h"
+
+#include "app/core/dmk.h"
+#include "app/core/encodage.h"
+#include "app/core/fichiers.h"
+#include "drawing/repere.h"
+#include "drawing/surface.h"
+#include "language/chaines.h"
 #include "language/commandes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
+#include "language/hote.h"
+#include "language/interprete.h"
+#include "language/para.h"
+#include "language/variables.h"
 #include "language/vb.h"
 
-int AppelFichier(Etat& e, int, int) {
-    e.TexteErreur = QStringLiteral("FICHIER : commande pas encore disponible / command not yet available") +
-                    vb::CrLf() + vb::CrLf();
-    throw ErreurProvoquee("non disponible");
+#include <QDir>
+#include <QFileInfo>
+
+using namespace vb;
+
+namespace {
+
+QString Chaine(const Etat& e, int n) { return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0)); }
+
+// "\" and "/" both separate folders in names inside programs (design.md §5).
+bool ContientChemin(const QString& nom) { return nom.contains(u'\\') || nom.contains(u'/'); }
+QString VersChemin(QString nom) { return nom.replace(u'\\', u'/'); }
+QString AvecBarreFinale(const QString& d) {
+    if (d.isEmpty() || d.endsWith(u'/')) return d;
+    return d + u'/';
+}
+
+// The existing file of a candidate name, a relative one taken in the working
+// folder; names compare without regard to case, as on the original's file
+// system. Empty when there is none.
+QString Existe(const Etat& e, const QString& candidat) {
+    if (Trim(candidat).isEmpty()) return QString();
+    QString c = VersChemin(candidat);
+    if (QFileInfo(c).isRelative()) c = DossierCourant(e) + c;
+    const QFileInfo fi(c);
+    if (fi.isFile()) return fi.filePath();
+    if (fi.fileName().isEmpty()) return QString();
+    return TrouveSansCasse(fi.path(), fi.fileName());
+}
+
+// Piece n of a text replaced by another text (the "?" of an included call is
+// read as an omitted x).
+QString RemplacePiece(const QString& texte, int n, const QString& sep, const QString& par) {
+    int debut = 1;
+    for (int i = 1; i < n; ++i) {
+        const int p = InStr(debut, texte, sep);
+        if (p == 0) return texte;
+        debut = p + Len(sep);
+    }
+    int fin = InStr(debut, texte, sep);
+    if (fin == 0) fin = Len(texte) + 1;
+    return Left(texte, debut - 1) + par + Mid(texte, fin);
+}
+
+// A name as a variable stores it: trimmed, cut at "=" then at a blank.
+QString NomStocke(const QString& nom) {
+    QString n = Trim(nom);
+    const int eg = InStr(n, QStringLiteral("="));
+    if (eg > 0) n = Trim(Left(n, eg - 1));
+    const int bl = InStr(n, QStringLiteral(" "));
+    return bl > 0 ? Left(n, bl - 1) : n;
+}
+
+// The parameters of a call (Part 4.3, "Parameters"), written into the record
+// of the new level. The text is the caller's parameter text; the caller's
+// level is the current one, so its variables substitute.
+void PasseParametres(Etat& e, const QString& ligne, int niveau, int nouveau) {
+    CtxFic& c = e.PileFic[nouveau];
+    const CtxFic& appelant = e.PileFic[niveau];
+    const int nb = NbPara(e, ligne);
+    for (int k = 4, n = 1; k <= nb; ++k, ++n) {
+        const QString brut = Trim(ParaBrut(e, ligne, k));
+        if (brut.startsWith(QLatin1String("%%"))) {
+            // All variables of the caller: names, values, SauteVar 1; the count follows.
+            for (int i = 1; i <= appelant.NbVar; ++i) {
+                c.NomVar[i] = appelant.NomVar[i];
+                c.ValVar[i] = appelant.ValVar[i];
+                c.SauteVar[i] = 1;
+            }
+            c.NbVar = std::max(c.NbVar, appelant.NbVar);
+            continue;
+        }
+        const int egal = InStr(brut, QStringLiteral("="));
+        if (brut.startsWith(u'%') && egal > 0) {
+            // %nom=valeur or %nom=<%autre: the name as written, never substituted.
+            const QString nom = NomStocke(Left(brut, egal - 1));
+            const QString reste = Mid(brut, egal + 1);
+            QString valeur;
+            if (reste.startsWith(u'<')) {
+                // The caller's value of %autre, left-trimmed.
+                const QString autre = Trim(Mid(reste, 2));
+                const int s = ChercheVar(e, autre, niveau);
+                valeur = LTrim(s > 0 ? appelant.ValVar[s] : ParaN(e, Mid(reste, 2), -1));
+            } else {
+                valeur = Trim(ParaN(e, reste, -1));
+            }
+            int slot = ChercheVar(e, nom, nouveau);
+            if (slot == 0) {
+                if (c.NbVar >= MaxVarAbsolu) throw ErreurExecution("Subscript out of range");
+                slot = ++c.NbVar; // created at the next free place
+                c.NomVar[slot] = nom;
+            }
+            c.ValVar[slot] = valeur;
+            c.SauteVar[slot] = 1;
+            continue;
+        }
+        // By position: the n-th slot takes the field's text after the caller's
+        // substitution; an empty field only makes the count reach n.
+        if (n > MaxVarAbsolu) throw ErreurExecution("Subscript out of range");
+        const QString valeur = Trim(ParaN(e, ligne, k));
+        if (!valeur.isEmpty()) {
+            c.ValVar[n] = valeur;
+            c.SauteVar[n] = 1;
+        }
+        c.NbVar = std::max(c.NbVar, n);
+    }
+}
+
+// The pen, saved in the caller's record (Position step 5).
+void SauvePlume(Etat& e, CtxFic& appelant) {
+    ParamFichier& p = appelant.Param;
+    const Surface* s = e.Surf;
+    p.DrawWidth = s ? s->DrawWidth : int(e.Styles.EpaisCourante);
+    p.TiretL1 = e.Styles.TiretL1;
+    p.TiretL2 = e.Styles.TiretL2;
+    p.TiretL3 = e.Styles.TiretL3;
+    p.BoutCarre = e.Styles.BoutCarre;
+    p.NomPolice = s ? s->Font.Name : QString();
+    p.TaillePolice = s ? float(s->Font.Size) : 0;
+    p.Style.clear();
+    if (s && s->Font.Bold) p.Style += u'B';
+    if (s && s->Font.Italic) p.Style += u'I';
+    if (s && s->Font.Underline) p.Style += u'U';
+    p.Couleur = e.Styles.CouleurDefaut;
+    p.CouleurCmd = e.Styles.CouleurCmd;
+    p.TailleStandard = e.Txt.TaillePolice;
+}
+
+// The pen back from the caller's record (Execution, on return).
+void RestaurePlume(Etat& e, const CtxFic& appelant) {
+    const ParamFichier& p = appelant.Param;
+    Surface* s = e.Surf;
+    e.Styles.EpaisCourante = float(std::max(1, p.DrawWidth));
+    e.Styles.TiretL1 = p.TiretL1;
+    e.Styles.TiretL2 = p.TiretL2;
+    e.Styles.TiretL3 = p.TiretL3;
+    e.Styles.BoutCarre = p.BoutCarre;
+    e.Txt.TaillePolice = p.TailleStandard;
+    e.Styles.CouleurDefaut = p.Couleur;
+    e.Styles.CouleurCmd = p.CouleurCmd;
+    if (!s) return;
+    s->DrawWidth = int(e.Styles.EpaisCourante);
+    s->Font.Name = p.NomPolice;
+    s->Font.Size = p.TaillePolice;
+    s->Font.Bold = InStr(p.Style, QStringLiteral("B")) > 0;
+    s->Font.Italic = InStr(p.Style, QStringLiteral("I")) > 0;
+    s->Font.Underline = InStr(p.Style, QStringLiteral("U")) > 0;
+    if (p.Couleur != -1) s->ForeColor = p.Couleur;
+}
+
+// The "?" form: the comment block of the called file goes into the editor
+// behind the line of the call, and the run ends.
+void CopieCommentaires(Etat& e, const QString& texte, const QString& nom) {
+    Hote* h = e.Host;
+    if (!h) return;
+    CtxFic& c = e.PileFic[1];
+    const QString editeur = h->TexteEditeur();
+    // 0-based position behind the CR LF that ends the line of the call.
+    int debut = c.FinLigne + 1;
+    QString bloc = TexteBlocCommentaires(texte, nom);
+    if (debut > Len(editeur)) {
+        debut = Len(editeur);
+        bloc = CrLf() + bloc; // a last line without CR LF
+    }
+    h->RemplaceTexteEditeur(debut, 0, bloc);
+    c.Texte = h->TexteEditeur();
+    // The block is coloured line by line: its lines are comments (green).
+    for (int p = debut; p < debut + Len(bloc);) {
+        h->ColoreLigneA(p);
+        const int f = InStr(p + 1, c.Texte, CrLf()); // 1-based CR of the line
+        if (f == 0) break;
+        p = f + 1; // 0-based start of the next line
+    }
+}
+
+// The nesting limit: no sixth level. Returns the result of AppelFichier.
+int RefuseImbrication(Etat& e, const QString& ligne) {
+    const bool lui = e.PileFic[5].Nom == e.PileFic[4].Nom;
+    const QString texte = Chaine(e, lui ? 123 : 113).replace(QLatin1String("%1"), QLatin1String("5")) +
+                          CrLf() + u'(' + Trim(ParaN(e, ligne, 1)) + u')';
+    ++e.ErreursAffichees;
+    if (!e.Host) return 0;
+    if (!lui) {
+        e.Host->Message(QStringLiteral("Mirel"), texte, Boutons::Ok);
+        return 0; // the call is skipped
+    }
+    if (e.Host->Message(QStringLiteral("Mirel"), texte, Boutons::OkAnnuler) == Reponse::Annuler) {
+        e.PileFic[5].Nom = NomBoucle;
+        return -1;
+    }
+    return 0;
+}
+
+} // namespace
+
+// --- AppelFichier
+
+int AppelFichier(Etat& e, int niveau, int indexExterne) {
+    const QString ligne = e.LigneCourante;
+    if (niveau >= NiveauMaxInclusion) return RefuseImbrication(e, ligne);
+    const int nouveau = niveau + 1;
+    CtxFic& appelant = e.PileFic[niveau];
+    EtatRepere& r = e.Repere;
+
+    // The "?" form: at level 1 the file is not run; from deeper levels the "?"
+    // reads as an omitted x.
+    const bool question = indexExterne >= 0 && Trim(ParaBrut(e, ligne, 2)) == QLatin1String("?");
+    const QString lignePosition = question ? RemplacePiece(ligne, 2, e.Separateur1, QString()) : ligne;
+
+    // Position 1: x, y about the frame, an omitted one is the current point,
+    // turned about 0,0 by the rotation of the third parameter (or AngRot).
+    double x = 0, y = 0;
+    if (!(question && niveau == 1)) {
+        ParaCoord(e, x, y, lignePosition, 2, r.PointX, r.PointY);
+    }
+    const double xLu = x, yLu = y;
+    const QString texteY = ParaN(e, lignePosition, 3);
+    const bool positionDonnee = !Trim(ParaBrut(e, lignePosition, 2)).isEmpty() ||
+                                !Trim(ParaBrut(e, lignePosition, 3)).isEmpty();
+    const float rotationCmdAvant = r.RotationCmd;
+    const bool rotationDonneeAvant = r.RotationDonnee;
+    if (!(question && niveau == 1)) LitRotation(e, texteY, x, y);
+
+    // Position 5: the pen in the caller's record.
+    SauvePlume(e, appelant);
+
+    // The file, and the text of the level.
+    QString nom, texte;
+    if (indexExterne < 0) {
+        nom = NomSymbole;
+        texte = e.Inclusion.TexteSymbole;
+    } else {
+        if (indexExterne > 0 && e.Regl && indexExterne <= e.Regl->FichiersExternes.size()) {
+            nom = e.Regl->FichiersExternes[indexExterne - 1];
+        } else if (indexExterne > 0) {
+            nom = (e.Regl ? e.Regl->DossierProgramme : QString()) + Trim(ParaN(e, ligne, 1)) +
+                  QStringLiteral(".dmk");
+        } else {
+            bool boite = false;
+            nom = ChercheFichier(e, Trim(ParaN(e, ligne, 1)), &boite);
+            if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
+        }
+        e.Inclusion.Drapeau = QStringLiteral("F");
+        LectureCommande lu = LectureCommande::Ok;
+        const std::optional<QString> t = LitFichierCommande(nom, &lu);
+        if (!t) {
+            if (lu == LectureCommande::LongueurFausse) {
+                // A coded file of wrong length stops the program (Part 4.2):
+                // here the whole run, after a box naming the file.
+                ++e.ErreursAffichees;
+                if (e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteCodeIllisible(nom), Boutons::Ok);
+                e.PileFic[5].Nom = NomBoucle;
+                e.ArretDemande = true;
+                return -1;
+            }
+            e.FichierNonTrouve = true;
+            e.NomFichierNonTrouve = nom;
+            throw ErreurExecution("File not found");
+        }
+        texte = *t;
+        if (question && niveau == 1) {
+            CopieCommentaires(e, texte, nom);
+            e.ArretDemande = true;
+            return -1;
+        }
+    }
+
+    // The record of the new level: parameters, position, rotation, %FicX, %FicY.
+    RazCtxFic(e, nouveau);
+    CtxFic& c = e.PileFic[nouveau];
+    try {
+        PasseParametres(e, ligne, niveau, nouveau);
+        EcritVarNum(e, nouveau, QStringLiteral("%FicX"), xLu);
+        if (InStr(texteY, e.Separateur2) > 0)
+            EcritVarTxt(e, nouveau, QStringLiteral("%FicY"), Trim(texteY).replace(u',', u'.'));
+        else
+            EcritVarNum(e, nouveau, QStringLiteral("%FicY"), yLu);
+    } catch (...) {
+        RazCtxFic(e, nouveau);
+        throw;
+    }
+    c.Nom = nom;
+    c.Texte = texte;
+    // Position 2: the origin of the called file is the caller's plus x, y;
+    // level entry computes it as Dx + DecalX (Part 2.1).
+    c.DecalX = r.OrigineX + x - r.Dx;
+    c.DecalY = r.OrigineY + y - r.Dy;
+    c.Param.FicX = positionDonnee ? float(xLu) : 999.99f;
+    c.Param.FicY = positionDonnee ? float(yLu) : 999.99f;
+    // Position 3: AngRot passes down to NivAngRot.
+    c.AngleDefaut = nouveau <= r.NivAngRot ? r.AngRotDefaut : 0.0f;
+    // The parameters passed are found by the first assignments of the file:
+    // no slot is kept from them (see CreeVar, Part 1.3), as level entry has it.
+    c.DebutLocales = 0;
+
+    // What comes back after the call.
+    const float pointX = r.PointX, pointY = r.PointY;
+    const QString sep1 = e.Separateur1, sep2 = e.Separateur2;
+    const double origineX = r.OrigineX, origineY = r.OrigineY;
+    const float ctx = r.CTx, cty = r.CTy, ctxNT = r.CTxNonTourne, ctyNT = r.CTyNonTourne;
+    const float angRot = r.AngRotDefaut;
+
+    int n = nouveau;
+    Interprete(e, n);
+    if (e.PileFic[5].Nom == NomBoucle || e.PileFic[nouveau].Nom == NomBoucle) e.ArretDemande = true;
+
+    r.PointX = pointX;
+    r.PointY = pointY;
+    e.LigneCourante = ligne;
+    e.Separateur1 = appelant.Separateur1 = sep1;
+    e.Separateur2 = appelant.Separateur2 = sep2;
+    e.NiveauCourant = niveau;
+    RazCtxFic(e, nouveau);
+    RestaurePlume(e, appelant);
+    r.OrigineX = origineX;
+    r.OrigineY = origineY;
+    r.CTx = ctx;
+    r.CTy = cty;
+    r.CTxNonTourne = ctxNT;
+    r.CTyNonTourne = ctyNT;
+    r.AngRotDefaut = angRot;
+    r.RotationCmd = rotationCmdAvant;
+    r.RotationDonnee = rotationDonneeAvant;
+    return e.ArretDemande ? -1 : 0;
+}
+
+// --- Commands
+
+void CmdFichier(Etat& e) {
+    e.EtatOrdre |= 8 | 64;
+    if (e.Host) e.Host->PompeEvenements();
+    if (e.ArretDemande) return;
+    if (AppelFichier(e, e.NiveauCourant, 0) < 0) e.FinNiveauDemandee = true;
+}
+
+int AppelSymbole(Etat& e, int niveau, const QString& texte, const QString& parametres) {
+    const QString garde = e.LigneCourante;
+    const QString gardeTexte = e.Inclusion.TexteSymbole;
+    e.LigneCourante = parametres;
+    e.Inclusion.TexteSymbole = texte;
+    int resultat = 0;
+    try {
+        resultat = AppelFichier(e, niveau, -1);
+    } catch (...) {
+        e.LigneCourante = garde;
+        e.Inclusion.TexteSymbole = gardeTexte;
+        throw;
+    }
+    e.LigneCourante = garde;
+    e.Inclusion.TexteSymbole = gardeTexte;
+    return resultat;
+}
+
+QStringList ModeleDmkCode() {
+    return {
+        QStringLiteral("'# Fin des commentaires copiés par MCE_xxx=? ou Fichier=xxx,? "),
+        QStringLiteral("'$FDescription;[Coordonnée x];[Coordonnée y];[Paramètres séparés par point virgule ou Dollar(0)]"),
+        QStringLiteral("'@C LB"),
+        QStringLiteral("'Lignes commencant par '"),
+        QStringLiteral("'$EDescription in English;[x Coordinate];[y Coordinate];[Parameters ()]"),
+        QStringLiteral("'@C LB"),
+        QStringLiteral("'Lines beginning with '"),
+        QStringLiteral("'$DBeschreibung;[x Koordinate];[y Koordinate];[()]"),
+        QStringLiteral("'@C LB"),
+        QStringLiteral("'Zeilen beginnend mit '"),
+        QStringLiteral("'$$"),
+        QStringLiteral("StopArg"),
+        QStringLiteral("'L left, C centered, R right, B bold "),
+        QStringLiteral("'Shell = Fic,WindowsStyle[0-6]"),
+        QStringLiteral("'Options#$ = MaxIf[,3,,OptMaxIf]"),
+        QStringLiteral("'Options#$ = Var[,38,,OptMaxVar]"),
+        QStringLiteral("'Options#$ = Plot[,2000,,OptMaxPlot]"),
+        QStringLiteral("'%IRE$#0Nom = ..."),
+        QStringLiteral("'%IRE$-1Nom = ..."),
+        QStringLiteral("'ListeVar = #JPGRép"),
+        QStringLiteral("'Enregistrer sous *.JPG#"),
+    };
+}
+
+void CmdDmkCode(Etat& e) {
+    // Only the editor's text can take the template: the main program's line.
+    if (!e.Host || e.NiveauCourant != 1) return;
+    const std::optional<QString> code = e.Host->Saisie(QStringLiteral("Mirel"), InviteDmkCode, QString());
+    if (!code || Trim(*code) != CodeDmkCode) return; // any other input does nothing
+    const CtxFic& c = e.PileFic[1];
+    const int debut = c.PosDebut - 1;
+    const QString modele = ModeleDmkCode().join(CrLf());
+    RecritLigneEditeur(e, modele);
+    // The block is recoloured line by line (the first line by the rewrite).
+    for (int p = InStr(debut + 1, c.Texte, CrLf()); p > 0 && p < debut + Len(modele);
+         p = InStr(p + 2, c.Texte, CrLf()))
+        e.Host->ColoreLigneA(p + 1);
+}
+
+// --- External commands
+
+void ListeCommandesExternes(Reglages& r) {
+    struct Entree {
+        QString nom, chemin;
+    };
+    QVector<Entree> liste;
+    auto ajoute = [&](const QString& dossier) {
+        if (dossier.isEmpty()) return;
+        const QDir d(dossier);
+        // Name filters of QDir ignore case: "*.dmk" takes ".DMK" as well.
+        const QStringList fichiers =
+            d.entryList({QStringLiteral("*.dmk")}, QDir::Files | QDir::Readable, QDir::Name);
+        for (const QString& f : fichiers) {
+            if (liste.size() >= MaxCommandesExternes) return;
+            liste.append({f.left(f.size() - 4), d.filePath(f)});
+        }
+    };
+    ajoute(r.DossierProgramme);
+    const QString prog = QDir(r.DossierProgramme).canonicalPath();
+    const QString travail = QDir(r.DossierTravail).canonicalPath();
+    if (!r.DossierTravail.isEmpty() && (r.DossierProgramme.isEmpty() || prog != travail))
+        ajoute(r.DossierTravail);
+    // The straight exchange sort of the original, names compared exactly.
+    for (int i = 0; i + 1 < liste.size(); ++i)
+        for (int j = i + 1; j < liste.size(); ++j)
+            if (QString::compare(liste[j].nom, liste[i].nom, Qt::CaseSensitive) < 0)
+                std::swap(liste[i], liste[j]);
+    r.CommandesExternes.clear();
+    r.FichiersExternes.clear();
+    QStringList vus;
+    for (const Entree& x : liste) {
+        const QString haut = x.nom.toUpper();
+        if (vus.contains(haut)) continue; // the first occurrence wins
+        vus << haut;
+        r.CommandesExternes << x.nom;
+        r.FichiersExternes << x.chemin;
+    }
+}
+
+// --- File lookup and reading
+
+QString DossierCourant(const Etat& e) {
+    if (e.Regl && !e.Regl->DossierTravail.isEmpty()) return AvecBarreFinale(VersChemin(e.Regl->DossierTravail));
+    return AvecBarreFinale(QDir::currentPath());
+}
+
+QString TexteCodeIllisible(const QString& nom) {
+    return nom + QStringLiteral(" : fichier codé illisible / unreadable coded file");
+}
+
+QString TexteNonTrouve(const QString& nom) {
+    return QStringLiteral("Fichier[file] ") + nom + QStringLiteral(" non trouvé[not founf] !");
+}
+
+QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve) {
+    if (boiteNonTrouve) *boiteNonTrouve = false;
+    const QString tel = Existe(e, nom);
+    if (!tel.isEmpty()) return tel;
+    const QString prog = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierProgramme)) : QString();
+    const QString dossierFichier = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierFichier)) : QString();
+    const QString travail = DossierCourant(e);
+    QStringList essais;
+    if (!ContientChemin(nom) && !nom.contains(u':') && InStr(2, nom, QStringLiteral(".")) == 0) {
+        // 1. A bare name.
+        essais << travail + nom + QStringLiteral(".dmk") << travail + nom + QStringLiteral(".dat");
+        if (!prog.isEmpty()) essais << prog + nom + QStringLiteral(".dmk");
+        if (!dossierFichier.isEmpty()) essais << dossierFichier + nom + QStringLiteral(".dat");
+        if (!prog.isEmpty()) essais << prog + nom + QStringLiteral(".dat");
+    } else if (!nom.contains(u'.')) {
+        // 2. A path without extension.
+        essais << nom + QStringLiteral(".dmk") << nom + QStringLiteral(".dat");
+    } else {
+        // 3. An extension without path, or a path.
+        if (!dossierFichier.isEmpty()) essais << dossierFichier + nom;
+        if (!prog.isEmpty()) essais << prog + nom;
+    }
+    for (const QString& essai : essais) {
+        const QString f = Existe(e, essai);
+        if (!f.isEmpty()) return f;
+    }
+    const bool branche3 = (ContientChemin(nom) || nom.contains(u':') || InStr(2, nom, QStringLiteral(".")) > 0) &&
+                          nom.contains(u'.');
+    if (branche3 && InStrRev(nom, QStringLiteral(".")) == 1 && boiteNonTrouve) *boiteNonTrouve = true;
+    return nom;
+}
+
+bool EstFichierCode(const QString& nom) {
+    const QString fichier = QFileInfo(VersChemin(nom)).fileName();
+    const int point = InStrRev(fichier, QStringLiteral("."));
+    if (point == 0) return false;
+    return Mid(fichier, point + 1, 3).toUpper() == QLatin1String("DMK");
+}
+
+std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat) {
+    if (etat) *etat = LectureCommande::Ok;
+    const QString chemin = VersChemin(nom);
+    if (Trim(nom).isEmpty() || !QFileInfo(chemin).isFile()) {
+        if (etat) *etat = LectureCommande::Introuvable;
+        return std::nullopt;
+    }
+    if (EstFichierCode(nom)) {
+        ErreurDmk erreur = ErreurDmk::Aucune;
+        const std::optional<QString> t = LitDmk(chemin, &erreur);
+        if (!t) {
+            if (etat)
+                *etat = erreur == ErreurDmk::Longueur ? LectureCommande::LongueurFausse
+                                                      : LectureCommande::Introuvable;
+            return std::nullopt;
+        }
+        return NormaliseFinsDeLigne(*t);
+    }
+    const std::optional<QByteArray> octets = LitOctets(chemin);
+    if (!octets) {
+        if (etat) *etat = LectureCommande::Introuvable;
+        return std::nullopt;
+    }
+    Encodage enc = Encodage::Utf8;
+    return NormaliseFinsDeLigne(DecodeOctets(*octets, enc));
+}
+
+// --- The "?" form
+
+QStringList BlocCommentaires(const QString& texte) {
+    QStringList lignes = NormaliseFinsDeLigne(texte).split(CrLf());
+    if (!lignes.isEmpty() && lignes.back().isEmpty()) lignes.removeLast(); // behind the last line end
+    QStringList garde;
+    for (const QString& brute : lignes) {
+        const QString l = LTrim(QString(brute).replace(u'\t', u' '));
+        if (l.startsWith(QLatin1String("'#"))) break;
+        if (!(l.isEmpty() || l.startsWith(u'\'') || l.startsWith(u'%'))) break;
+        if (l.startsWith(QLatin1String("'$")) || l.startsWith(QLatin1String("'@"))) continue;
+        garde << (l.startsWith(u'%') ? QStringLiteral("' ") + l : l);
+    }
+    return garde;
+}
+
+QString TexteBlocCommentaires(const QString& texte, const QString& nom) {
+    QString t = QStringLiteral("' Commentaires du fichier commande") + CrLf() + QStringLiteral("' externe ") +
+                nom + CrLf();
+    for (const QString& l : BlocCommentaires(texte)) t += l + CrLf();
+    return t;
+}
+
+// --- Header language
+
+QString MarqueSection(int indexLangue) {
+    const QStringList marques = QStringLiteral(",'$F,'$E,'$D,'$S,'$R").split(u',');
+    if (indexLangue < 1 || indexLangue >= marques.size()) return QString();
+    return marques[indexLangue];
+}
+
+std::optional<QString> SectionEntete(const QString& texte, const QString& marque) {
+    if (marque.isEmpty()) return std::nullopt;
+    const QStringList lignes = NormaliseFinsDeLigne(texte).split(CrLf());
+    // A marker counts only behind a line break: never on the first line.
+    for (int i = 1; i < lignes.size(); ++i) {
+        if (!lignes[i].startsWith(marque)) continue;
+        QStringList section{lignes[i].mid(marque.size())};
+        for (int j = i + 1; j < lignes.size(); ++j) {
+            if (lignes[j].startsWith(QLatin1String("'$"))) break;
+            section << (lignes[j].startsWith(u'\'') ? lignes[j].mid(1) : lignes[j]);
+        }
+        while (section.size() > 1 && section.back().isEmpty()) section.removeLast();
+        return section.join(u'\n');
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> DescriptionExterne(const QString& texte, int langue, int langueMasq) {
+    for (int l : {langue, langueMasq, 1}) {
+        const std::optional<QString> s = SectionEntete(texte, MarqueSection(l));
+        if (s) return s;
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> DescriptionCommandeExterne(const Reglages& r, int indexExterne, int langue,
+                                                  int langueMasq) {
+    if (indexExterne < 1 || indexExterne > r.FichiersExternes.size()) return std::nullopt;
+    const std::optional<QString> t = LitFichierCommande(r.FichiersExternes[indexExterne - 1]);
+    if (!t) return std::nullopt;
+    return DescriptionExterne(*t, langue, langueMasq);
 }

@@ -1,5 +1,12 @@
-// Run state of Part 4.3: file inclusion. Owned by that Part; fields are added with it.
+// Run state of Part 4.3: file inclusion.
 #pragma once
 
+#include <QString>
+
 struct EtatInclusion {
+    // The flag of one character that a call sets before reading its file
+    // ("F"); the `Symbole` form of `Plot` leaves it as it was.
+    QString Drapeau;
+    // The `Symbole` form: the text that `Plot` gives the next level (Part 2.8).
+    QString TexteSymbole;
 };

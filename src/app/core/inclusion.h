@@ -1,0 +1,115 @@
+// Part 4.3: file inclusion and external commands.
+//
+// `AppelFichier` itself is declared in language/commandes.h (the command loop
+// calls it for an external command); this header holds the rest: the
+// commands `Fichier` and `DMKCODE`, the `Symbole` form for `Plot`, the list of
+// external commands made at start-up (Part 4.1 step 8), the file lookup, the
+// reading of plain and coded command files, the comment block of the "?"
+// form, and the header language of `.dmk` files that the command dialog
+// (Part 4.4) reads.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+struct Etat;
+struct Reglages;
+
+// --- Commands
+
+// `Fichier` = name [, x, y[§rotation] [, parameters...]]. Sets bits 8 and 64 of
+// `EtatOrdre`, lets events run, and calls `AppelFichier` with index 0; a
+// negative result ends the level.
+void CmdFichier(Etat& e);
+// `DMKCODE`: the prompt "MdP (GRI)"; with the code, the line becomes the
+// template of an external command's header.
+void CmdDmkCode(Etat& e);
+// The `Symbole` form for `Plot` (Part 2.8): runs `texte` one level deeper as
+// the file "Symbole", with `parametres` in the place of the parameter text of
+// a call ("Symbole, x, y [, parameters...]"; `Plot` passes "Symbole, 0, 0"
+// when its symbol text already holds the point). Returns AppelFichier's result.
+int AppelSymbole(Etat& e, int niveau, const QString& texte, const QString& parametres);
+
+// --- Texts of this Part
+
+// The code that opens the `DMKCODE` template ("Left to the implementer").
+inline const QString CodeDmkCode = QStringLiteral("58196");
+inline const QString InviteDmkCode = QStringLiteral("MdP (GRI)");
+// The lines of the template, in order.
+QStringList ModeleDmkCode();
+// The name of the level of a `Symbole` call.
+inline const QString NomSymbole = QStringLiteral("Symbole");
+// The name of record 5 that stops the whole run.
+inline const QString NomBoucle = QStringLiteral("Loop");
+// The deepest level (`PileFic` has 5 levels that run).
+constexpr int NiveauMaxInclusion = 5;
+// At most this many external commands (Part 4.1 step 8).
+constexpr int MaxCommandesExternes = 60;
+
+// --- External commands (Part 4.1 step 8)
+
+// Lists the external commands: every `*.dmk` (extension in any case) of
+// `DossierProgramme`, then, when the working folder differs, of
+// `DossierTravail`; at most 60; sorted ascending by name (the straight
+// exchange sort of the original, names compared exactly); later duplicates
+// removed, names compared in upper case. Fills `CommandesExternes` (names
+// without extension) and `FichiersExternes` (full paths), same order.
+void ListeCommandesExternes(Reglages& r);
+
+// --- File lookup and reading
+
+// The file that a call names: for `indexExterne` > 0 the file of that entry
+// of the list; for 0 the trimmed name as typed, looked up in the three
+// branches of Part 4.3. The first match, or the name as typed. `boiteNonTrouve`
+// is set when the name reaches the "non trouvé[not founf]" box (branch 3, the
+// last dot at the first character).
+QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve = nullptr);
+// Where a relative name "as given" is looked for: the working folder
+// (`DossierTravail`, else the process's current folder), ending in "/".
+QString DossierCourant(const Etat& e);
+// The box of branch 3: "Fichier[file] " + name + " non trouvé[not founf] !".
+QString TexteNonTrouve(const QString& nom);
+// The box of a coded file of wrong length, before the run stops (the spec
+// gives no text): name + " : fichier codé illisible / unreadable coded file".
+QString TexteCodeIllisible(const QString& nom);
+
+// Whether a file name is a coded file: the first 3 characters of its
+// extension, upper case, are "DMK".
+bool EstFichierCode(const QString& nom);
+enum class LectureCommande { Ok, Introuvable, LongueurFausse };
+// Reads a command file whole, a coded one through the decoder; line ends
+// become CR LF (design.md section 5). None when it cannot be read.
+std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat = nullptr);
+
+// --- The "?" form
+
+// The comment block of a command text: lines from the start while they
+// begin with "'", "%" or are empty, up to a line beginning "'#"; lines of the
+// header language ("'$", "'@") are skipped; "%" lines get "' " in front.
+QStringList BlocCommentaires(const QString& texte);
+// The text the "?" form puts in the editor: "' Commentaires du fichier
+// commande", a line break, "' externe " + name, a line break, then each kept
+// line with its line break.
+QString TexteBlocCommentaires(const QString& texte, const QString& nom);
+
+// --- Header language of a `.dmk` file (for the command dialog, Part 4.4)
+
+// The marker of a language index of ",'$F,'$E,'$D,'$S,'$R" (1 French,
+// 2 English, 3 German, 4 Spanish, 5 Russian); empty for any other index.
+QString MarqueSection(int indexLangue);
+// The section of a marker: a line that begins with the marker behind a line
+// break (never the first line of the text); the description starts behind
+// the three marker characters and the section runs to the next line that
+// begins with "'$". The leading "'" of its further lines is removed. Lines
+// are joined by "\n", like the descriptions of the string table. None when
+// the marker is absent.
+std::optional<QString> SectionEntete(const QString& texte, const QString& marque);
+// The lookup of the dialog: the section of `langue`, then of `langueMasq`,
+// then French. None when there is none (the dialog then shows string 359).
+std::optional<QString> DescriptionExterne(const QString& texte, int langue, int langueMasq);
+// The same for an entry of the list of external commands (1-based): its file
+// read and decoded. None when the file cannot be read or has no section.
+std::optional<QString> DescriptionCommandeExterne(const Reglages& r, int indexExterne, int langue,
+                                                  int langueMasq);
