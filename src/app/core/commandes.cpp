@@ -6,6 +6,7 @@
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
 #include "drawing/repere.h"
+#include "drawing/sect.h"
 #include "drawing/styles.h"
 #include "language/es.h"
 #include "language/flux.h"
@@ -28,7 +29,7 @@ const Commande Table[] = {
     {"DECAL", CmdDecal},
     {"ARC", CmdArc}, {"DROITE", CmdDroite}, {"DROITEV", CmdDroiteV}, {"EXPOSANT", CmdExposant},
     {"INVERSION", CmdInversion},
-    {"SECT", nullptr}, {"SECTP", nullptr},
+    {"SECT", CmdSect}, {"SECTP", CmdSectP},
     {"CERCLE", nullptr}, {"CERCLEI", nullptr}, {"CERCLEP", nullptr}, {"CERCLEPI", nullptr},
     {"GRAD", CmdGrad}, {"GRAD1", CmdGrad1},
     {"VAL", nullptr}, {"VALR", nullptr}, {"VALD", nullptr}, {"VAL1", nullptr}, {"VAL1R", nullptr},
