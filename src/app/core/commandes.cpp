@@ -12,13 +12,14 @@
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/cadre.h"
 
 namespace {
 
 const Commande Table[] = {
     {"ZOOMINI", CmdZoomIni}, {"ZOOMINII", CmdZoomIniI},
     {"COULEUR", CmdCouleur},
-    {"CADRE", nullptr}, {"CADREP", nullptr}, {"CADREA", nullptr}, {"CADREAP", nullptr},
+    {"CADRE", CmdCadre}, {"CADREP", CmdCadreP}, {"CADREA", CmdCadreA}, {"CADREAP", CmdCadreAP},
     {"TAILLEP", nullptr}, {"POLICE", nullptr}, {"TEXTE", nullptr}, {"TEXTEC", nullptr},
     {"EPAIST", CmdEpaisT},
     {"QA", nullptr}, {"QA1", nullptr}, {"QA2", nullptr}, {"QA12", nullptr},
