@@ -439,3 +439,26 @@ TEST(CadreAP, RenduPngSansJourEntreBandes) {
     EXPECT_TRUE(blanc(aiguille(50, 45)));
     EXPECT_TRUE(blanc(aiguille(50, 62)));
 }
+
+// The examples of this Part render without an error and put ink where they draw.
+TEST(Cadre, ExemplesZonesEtFacade) {
+    for (const QString nom : {"zones.dat", "facade.dat"}) {
+        SCOPED_TRACE(nom.toStdString());
+        QFile f(QStringLiteral(MIREL_SOURCE_DIR "/examples/") + nom);
+        ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+        const QString prog = Programme(QString::fromUtf8(f.readAll()));
+        QTemporaryDir d;
+        OptionsRendu o;
+        o.dpi = 100;
+        Reglages regl;
+        const ResultatRendu r = RendProgramme(prog, f.fileName(), d.filePath("o.png"), o, regl);
+        ASSERT_EQ(r.statut, 0) << r.messages.join(" | ").toStdString();
+        QImage im(d.filePath("o.png"));
+        ASSERT_FALSE(im.isNull());
+        int encre = 0;
+        for (int y = 0; y < im.height(); y += 4)
+            for (int x = 0; x < im.width(); x += 4)
+                if (QColor(im.pixel(x, y)).lightness() < 200) ++encre;
+        EXPECT_GT(encre, 500);
+    }
+}
