@@ -8,11 +8,13 @@
 #include "drawing/grad.h"
 #include "drawing/marques.h"
 #include "drawing/repere.h"
+#include "drawing/sect.h"
 #include "drawing/styles.h"
 #include "language/es.h"
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/texte.h"
 
@@ -25,10 +27,10 @@ const Commande Table[] = {
 
     {"COULEUR", CmdCouleur},
 
-    {"CADRE", nullptr},
-    {"CADREP", nullptr},
-    {"CADREA", nullptr},
-    {"CADREAP", nullptr},
+    {"CADRE", CmdCadre},
+    {"CADREP", CmdCadreP},
+    {"CADREA", CmdCadreA},
+    {"CADREAP", CmdCadreAP},
 
     {"TAILLEP", CmdTailleP},
     {"POLICE", CmdPolice},
@@ -69,8 +71,8 @@ const Commande Table[] = {
 
     {"INVERSION", CmdInversion},
 
-    {"SECT", nullptr},
-    {"SECTP", nullptr},
+    {"SECT", CmdSect},
+    {"SECTP", CmdSectP},
 
     {"CERCLE", CmdCercle},
     {"CERCLEI", CmdCercle},
