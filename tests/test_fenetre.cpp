@@ -5,6 +5,7 @@
 #include "drawing/surface.h"
 #include "language/etat.h"
 
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -289,7 +290,13 @@ TEST(Fenetre, EscStopsARun) {
     Form1& f = b.Fenetre();
     bool occupe = false, menus = true, visualiser = true;
     int executionsPendant = -1;
-    QTimer::singleShot(150, &f, [&] {
+    // Esc once the command loop runs (an Esc during the preparation of a run
+    // is cleared by Visualiser step 7, as in the original).
+    QTimer minuteur;
+    minuteur.setInterval(50);
+    QObject::connect(&minuteur, &QTimer::timeout, &f, [&] {
+        if (!f.e.ExecutionEnCours || f.e.NiveauCourant != 1) return;
+        minuteur.stop();
         occupe = QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor;
         menus = f.menuBar()->isEnabled();
         visualiser = f.Mnu_Visualiser->isEnabled();
@@ -298,6 +305,7 @@ TEST(Fenetre, EscStopsARun) {
         executionsPendant = f.NombreExecutions;
         QTest::keyClick(f.RTB1, Qt::Key_Escape);
     });
+    minuteur.start();
     QElapsedTimer montre;
     montre.start();
     f.Demarrer(chemin);
@@ -684,6 +692,23 @@ TEST(Fenetre, WiderCodeAndInitCode) {
     EXPECT_FLOAT_EQ(f.RatioCode, 3.3f);
     EXPECT_EQ(f.RTB1->width(), avant);
     EXPECT_EQ(f.NombreExecutions, 2);
+}
+
+TEST(Fenetre, EditMenuSendsTheKeyStrokes) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1\r\nCT = 2, 2\r\n"));
+    f.Mnu_Selectionner->trigger();
+    EXPECT_TRUE(f.RTB1->textCursor().hasSelection());
+    f.Mnu_Copier->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("CT = 1, 1\nCT = 2, 2\n"));
+    f.Mnu_Supprimer->trigger();
+    EXPECT_TRUE(f.RTB1->document()->isEmpty());
+    f.Mnu_Coller->trigger();
+    EXPECT_EQ(f.RTB1->TexteCrLf(), QStringLiteral("CT = 1, 1\r\nCT = 2, 2\r\n"));
+    EXPECT_EQ(CouleurLigne(*f.RTB1, 1, 0), Editeur::Bleu);
+    f.Mnu_Selectionner->trigger();
+    f.Mnu_Couper->trigger();
+    EXPECT_TRUE(f.RTB1->document()->isEmpty());
 }
 
 TEST(Fenetre, CodeMenuHidesAndShowsTheEditor) {

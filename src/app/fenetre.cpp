@@ -259,14 +259,20 @@ void Form1::ConstruitMenus() {
 
     Mnu_Edition = mb->addMenu(QString());
     Mnu_Edition->setObjectName(QStringLiteral("Mnu_Edition"));
-    Mnu_Couper = action(Mnu_Edition, "Mnu_Couper", [this] { RTB1->cut(); });
-    Mnu_Copier = action(Mnu_Edition, "Mnu_Copier", [this] { RTB1->copy(); });
-    Mnu_Coller = action(Mnu_Edition, "Mnu_Coller", [this] { RTB1->Colle(); });
-    Mnu_Supprimer = action(Mnu_Edition, "Mnu_Supprimer", [this] {
-        QKeyEvent k(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
-        QApplication::sendEvent(RTB1, &k);
-    });
-    Mnu_Selectionner = action(Mnu_Edition, "Mnu_Selectionner", [this] { RTB1->selectAll(); });
+    // The edit entries send their key stroke to the editor ("^X", "{DELETE}"...).
+    auto touche = [this](Qt::Key k, Qt::KeyboardModifiers m) {
+        return [this, k, m] {
+            QKeyEvent appui(QEvent::KeyPress, k, m);
+            QApplication::sendEvent(RTB1, &appui);
+            QKeyEvent relache(QEvent::KeyRelease, k, m);
+            QApplication::sendEvent(RTB1, &relache);
+        };
+    };
+    Mnu_Couper = action(Mnu_Edition, "Mnu_Couper", touche(Qt::Key_X, Qt::ControlModifier));
+    Mnu_Copier = action(Mnu_Edition, "Mnu_Copier", touche(Qt::Key_C, Qt::ControlModifier));
+    Mnu_Coller = action(Mnu_Edition, "Mnu_Coller", touche(Qt::Key_V, Qt::ControlModifier));
+    Mnu_Supprimer = action(Mnu_Edition, "Mnu_Supprimer", touche(Qt::Key_Delete, Qt::NoModifier));
+    Mnu_Selectionner = action(Mnu_Edition, "Mnu_Selectionner", touche(Qt::Key_A, Qt::ControlModifier));
     Mnu_Edition->addSeparator();
     Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr, false);       // Part 4.9
     Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr, false);       // Part 4.9
@@ -415,7 +421,7 @@ double Form1::LargeurEditeurUnites() const {
 
 bool Form1::Demarrer(const QString& ligneCommande) {
     // 1. The printer: where none is configured, Qt's PDF printer stands in.
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    // (The hourglass of steps 1 and 2 lasts no time here; the runs show their own.)
     NomImprimante = s_.nomImprimante ? s_.nomImprimante() : QString();
     if (NomImprimante.isEmpty()) {
         NomImprimante = QStringLiteral("PDF");
@@ -437,7 +443,6 @@ bool Form1::Demarrer(const QString& ligneCommande) {
     RTB1->PositionRecherche = -1;
     MajText4();
     Visualiser();
-    QApplication::restoreOverrideCursor();
     return true;
 }
 

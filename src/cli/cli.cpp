@@ -4,6 +4,7 @@
 #include "app/core/dump.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
+#include "app/editeur.h"
 #include "app/fenetre.h"
 
 #include <QApplication>
@@ -189,6 +190,9 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     int statut = 0;
     if (!capture.isEmpty()) {
         QTimer::singleShot(700, &f, [&] {
+            // The read-out as a mouse resting a third into the drawing shows it.
+            const int largeur = f.zone->width() - (f.RTB1->isVisible() ? f.RTB1->width() : 0);
+            f.Lecture(QPointF(largeur / 3.0, f.zone->height() / 3.0), Qt::NoButton, Qt::NoModifier);
             const QImage im = f.grab().toImage();
             if (im.isNull() || !im.save(capture)) {
                 Ecrit(stderr, QStringLiteral("mirel: cannot write %1\n").arg(capture));
