@@ -4,6 +4,7 @@
 #include "app/core/externes.h"
 #include "drawing/surface.h"
 #include "language/etat.h"
+#include "language/hote.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -322,6 +323,56 @@ TEST(Fenetre, EscStopsARun) {
     EXPECT_TRUE(b.boites.Messages().isEmpty());
 }
 
+TEST(Fenetre, F4AppliesThePendingColouringFirst) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CentreE = 100, 80\r\n"));
+    QTest::keyClick(f.RTB1, Qt::Key_Down);
+    QTest::keyClicks(f.RTB1, "ct = 5, 5");
+    EXPECT_TRUE(f.RTB1->LigneSale);
+    const int avant = int(f.e.Repere.CTx);
+    QTest::keyClick(f.RTB1, Qt::Key_F4);
+    EXPECT_EQ(Ligne(*f.RTB1, 1), QStringLiteral("CT = 5, 5"));
+    EXPECT_EQ(CouleurLigne(*f.RTB1, 1, 0), Editeur::Bleu);
+    EXPECT_FALSE(f.RTB1->LigneSale);
+    EXPECT_EQ(avant, 0);
+    EXPECT_FLOAT_EQ(f.e.Repere.CTx, 5);
+}
+
+TEST(Fenetre, KeysOfLaterPartsAreSwallowed) {
+    Banc b;
+    Form1& f = b.Demarre(QString::fromLatin1(Croix));
+    const QString texte = f.RTB1->TexteCrLf();
+    QTest::keyClick(f.RTB1, Qt::Key_F9);
+    QTest::keyClick(f.RTB1, Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(f.RTB1, Qt::Key_F2);
+    EXPECT_EQ(f.RTB1->TexteCrLf(), texte);
+    EXPECT_EQ(f.NombreExecutions, 1);
+    EXPECT_TRUE(b.boites.vues.empty());
+}
+
+TEST(Fenetre, CentreCurseurPutsThePointerInTheMiddleOfTheDrawing) {
+    Banc b;
+    Form1& f = b.Demarre(QString::fromLatin1(Croix));
+    f.Mnu_CentreCurseur_Click();
+    const QPoint attendu =
+        f.zone->mapToGlobal(QPoint((f.zone->width() - f.RTB1->width()) / 2, f.zone->height() / 2));
+    EXPECT_EQ(QCursor::pos(), attendu);
+}
+
+TEST(Fenetre, HostClipboardAndPrompt) {
+    Banc b;
+    Form1& f = b.Demarre(QString::fromLatin1(Croix));
+    f.e.Host->EcritPressePapier(QStringLiteral("RVB 1 2 3"));
+    EXPECT_EQ(f.e.Host->PressePapier(), QStringLiteral("RVB 1 2 3"));
+    b.boites.saisies = {QStringLiteral("42")};
+    EXPECT_EQ(f.e.Host->Saisie(QStringLiteral("t"), QStringLiteral("Valeur ?"), QStringLiteral("1")),
+              std::optional<QString>(QStringLiteral("42")));
+    EXPECT_EQ(f.e.Host->Message(QStringLiteral("Mirel"), QStringLiteral("x"), Boutons::OkAnnuler), Reponse::Ok);
+    EXPECT_EQ(b.boites.vues.back().boutons, Boutons::OkAnnuler);
+    EXPECT_EQ(f.e.Host->LigneDe(0), 1);
+    EXPECT_EQ(f.e.Host->LigneDe(int(QStringLiteral("CentreE = 100, 80\r\n").size())), 2);
+}
+
 TEST(Fenetre, AltF4Quits) {
     Banc b;
     Form1& f = b.Demarre(QString::fromLatin1(Croix));
@@ -350,6 +401,7 @@ TEST(Fenetre, PaneImageFollowsTheDevicePixelRatio) {
     Banc b;
     Form1& f = b.Demarre(QString::fromLatin1(Croix));
     const double dpr = f.pane->devicePixelRatioF();
+    if (qEnvironmentVariable("QT_SCALE_FACTOR") == QLatin1String("2")) EXPECT_EQ(dpr, 2.0);
     EXPECT_EQ(f.pane->image().devicePixelRatio(), dpr);
     EXPECT_EQ(f.pane->image().width(), int(std::ceil(f.pane->width() * dpr)));
     EXPECT_NEAR(f.e.Repere.MmParPixelE, 25.4 / f.pane->logicalDpiX(), 1e-6);
