@@ -27,7 +27,6 @@
 #include <QMenuBar>
 #include <QPrinterInfo>
 #include <QRandomGenerator>
-#include <QScreen>
 #include <QTextBlock>
 
 #include <cmath>
@@ -822,8 +821,6 @@ void Form1::Mnu_Code_Click() {
     if (vu) RTB1->setFocus();
 }
 
-void Form1::Mnu_DblClick_Click() { Mnu_DblClick->toggle(); }
-
 void Form1::Mnu_AgrandirCode_Click() {
     if (RTB1->width() * 1.3 < zone->width()) {
         RatioCode /= 1.2f;
@@ -1130,7 +1127,6 @@ void Form1::closeEvent(QCloseEvent* ev) {
     }
     const QString dessin = regl.DossierTravail + QStringLiteral("$Dessin_tmp.txt");
     if (QFileInfo::exists(dessin)) QFile::remove(dessin);
-    fermetureAcceptee_ = true;
     ev->accept();
 }
 

@@ -142,7 +142,6 @@ public slots:
     void Mnu_Zoom_Click();
     void Mnu_RefCurseur_Click();
     void Mnu_Code_Click();
-    void Mnu_DblClick_Click();
     void Mnu_AgrandirCode_Click();
     void Mnu_IniCode_Click();
     void Mnu_TaillCar_Click();
@@ -180,5 +179,4 @@ private:
     std::unique_ptr<HoteFenetre> hote_;
     bool fermetureDemandee_ = false;
     bool filtreExecution_ = false;
-    bool fermetureAcceptee_ = false;
 };
