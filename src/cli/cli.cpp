@@ -6,6 +6,8 @@
 #include "app/core/inclusion.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
+#include "app/editeur.h"
+#include "app/fenetre.h"
 
 #include <QApplication>
 #include <QDir>
@@ -14,6 +16,8 @@
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QLocale>
+#include <QSet>
+#include <QTimer>
 
 #include <cstdio>
 #include <memory>
@@ -27,6 +31,9 @@ const char* const Aide =
     "\n"
     "Usage:\n"
     "  mirel [FILE.dat]                 open the main window\n"
+    "  mirel --screenshot OUT.png [FILE.dat]\n"
+    "                                   open the window, run FILE, save the window as\n"
+    "                                   OUT.png and quit\n"
     "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|Letter|WxH]\n"
     "                                   [--landscape] [common options]\n"
     "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
@@ -169,6 +176,53 @@ int Render(const Arguments& a, const QString& texte) {
     return r.statut;
 }
 
+// `mirel [FILE.dat]`: the main window (Part 4.1). With --screenshot, the window
+// is saved as a PNG once it has been shown and has run its file, then the
+// program ends (the smoke test of the CI under Xvfb).
+int Fenetre(int argc, char** argv, const QStringList& args) {
+    QString capture;
+    QStringList reste;
+    for (int i = 1; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--screenshot")) {
+            if (i + 1 >= args.size()) return Usage(QStringLiteral("--screenshot needs a file"));
+            capture = args[++i];
+        } else if (args[i].startsWith(QLatin1String("--"))) {
+            return Usage(QStringLiteral("unknown option: %1").arg(args[i]));
+        } else {
+            reste << args[i];
+        }
+    }
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Mirel"));
+    Form1 f;
+    if (!f.Demarrer(reste.join(u' '))) return 1;
+    int statut = 0;
+    if (!capture.isEmpty()) {
+        QTimer::singleShot(700, &f, [&] {
+            // The read-out as a mouse resting a third into the drawing shows it.
+            const int largeur = f.zone->width() - (f.RTB1->isVisible() ? f.RTB1->width() : 0);
+            f.Lecture(QPointF(largeur / 3.0, f.zone->height() / 3.0), Qt::NoButton, Qt::NoModifier);
+            const QImage im = f.grab().toImage();
+            if (im.isNull() || !im.save(capture)) {
+                Ecrit(stderr, QStringLiteral("mirel: cannot write %1\n").arg(capture));
+                statut = 2;
+            } else {
+                // A window's picture: a real size and more than a few colours.
+                QSet<QRgb> couleurs;
+                for (int y = 0; y < im.height(); y += 4)
+                    for (int x = 0; x < im.width(); x += 4) couleurs.insert(im.pixel(x, y));
+                Ecrit(stdout, QStringLiteral("screenshot %1x%2, %3 colours sampled\n")
+                                  .arg(im.width()).arg(im.height()).arg(couleurs.size()));
+                if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1;
+            }
+            f.hide();
+            app.quit();
+        });
+    }
+    const int r = app.exec();
+    return statut ? statut : r;
+}
+
 } // namespace
 
 int MirelMain(int argc, char** argv) {
@@ -184,7 +238,7 @@ int MirelMain(int argc, char** argv) {
         return 0;
     }
     if (premier != QLatin1String("render") && premier != QLatin1String("dump"))
-        return Usage(QStringLiteral("the main window is not built yet; use render or dump"));
+        return Fenetre(argc, argv, args);
 
     // Headless: no display is needed.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,0 +1,48 @@
+// The window's modal questions: message boxes, input boxes, file and colour
+// dialogs, the language dialog. One interface, so that the tests answer them
+// without a human (BoitesQt shows the real widgets).
+#pragma once
+
+#include "language/hote.h"
+
+#include <QColor>
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+struct ValeursConfig;
+
+enum class Icone { Aucune, Information, Exclamation, Critique, Question };
+
+class Boites {
+public:
+    virtual ~Boites() = default;
+    virtual Reponse Message(QWidget* parent, const QString& titre, const QString& texte,
+                            Boutons boutons, Icone icone = Icone::Aucune) = 0;
+    // An input box; none when cancelled.
+    virtual std::optional<QString> Saisie(QWidget* parent, const QString& titre,
+                                          const QString& invite, const QString& defaut) = 0;
+    // The Open dialog; empty when cancelled.
+    virtual QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) = 0;
+    // The Save as dialog with overwrite prompt; empty when cancelled.
+    virtual QString FichierEnregistrer(QWidget* parent, const QString& nomInitial,
+                                       const QString& filtre, const QString& suffixe) = 0;
+    // The colour dialog; none when cancelled.
+    virtual std::optional<QColor> Couleur(QWidget* parent) = 0;
+    // `Form3`, the language dialog: edits the four language names; false on close.
+    virtual bool Langues(QWidget* parent, ValeursConfig& v) = 0;
+};
+
+class BoitesQt : public Boites {
+public:
+    Reponse Message(QWidget* parent, const QString& titre, const QString& texte, Boutons boutons,
+                    Icone icone) override;
+    std::optional<QString> Saisie(QWidget* parent, const QString& titre, const QString& invite,
+                                  const QString& defaut) override;
+    QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) override;
+    QString FichierEnregistrer(QWidget* parent, const QString& nomInitial, const QString& filtre,
+                               const QString& suffixe) override;
+    std::optional<QColor> Couleur(QWidget* parent) override;
+    bool Langues(QWidget* parent, ValeursConfig& v) override;
+};

@@ -1,0 +1,21 @@
+// Part 4.1, start-up step 8: the list of external commands (Part 4.3).
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+struct Reglages;
+
+struct CommandeExterne {
+    QString nom;     // file name without extension, as found
+    QString dossier; // its folder, ending in "/"
+};
+
+// All `*.dmk` of the program folder, then of the working folder when it
+// differs; at most 60 names; sorted ascending by a straight exchange sort
+// (names compared as the original, case-sensitively); later duplicates,
+// compared in upper case, removed: the first occurrence wins.
+QList<CommandeExterne> ListeCommandesExternes(const QString& dossierProgramme,
+                                             const QString& dossierTravail);
+// The same, stored in the settings: names and files (folder + name + ".dmk").
+void ChargeCommandesExternes(Reglages& r);

@@ -1,0 +1,112 @@
+// `RTB1`, the code editor of the main window (Part 4.1), and its line
+// colouring: `ColoreLigne`, `ColoreTexte`, `ColoreBloc`, `VideLigneSale`,
+// `Cmd_Ctrl_K`, the keyword normalising of Part 1.2 and the plain-text paste.
+//
+// Positions. The document of a QPlainTextEdit separates lines by one
+// character; the command text of a run separates them by CR LF (design.md §5).
+// The routines of this class take document positions (0-based); `VersCrLf` and
+// `VersDocument` convert at the one place where the run's positions meet the
+// editor (the `Hote` of the window).
+#pragma once
+
+#include <QColor>
+#include <QHash>
+#include <QPlainTextEdit>
+#include <QStringList>
+
+class Editeur : public QPlainTextEdit {
+    Q_OBJECT
+public:
+    explicit Editeur(QWidget* parent = nullptr);
+
+    // --- state of Part 4.1
+    bool ColorationActive = true; // while clear, the change event does nothing
+    bool LigneSale = false;       // the line under edit has not been recoloured yet
+    int LigneDebut = -1, LigneFin = -1; // the block under edit, 0-based lines
+    bool Modifie = false;         // the text differs from the file
+    int PositionRecherche = -1;   // find position of FrmFind (Part 4.9)
+    // The external commands (Part 4.3): their names give the spelling.
+    const QStringList* CommandesExternes = nullptr;
+
+    // --- the text as the run sees it
+    QString TexteCrLf() const;
+    // LitFic's editor half: the editor emptied, each line appended with CR LF
+    // and coloured; caret at 0, block at the first line.
+    void ChargeTexte(const QString& texteCrLf);
+    int VersCrLf(int positionDocument) const;
+    int VersDocument(int positionCrLf) const;
+    // Line (0-based) of a document position.
+    int LigneDe(int positionDocument) const;
+    int LigneCaret() const;
+    int NombreLignes() const;
+    // `DebutLigne`: the document index of the first character of the caret's line.
+    int DebutLigne() const;
+
+    // --- colouring
+    void ColoreLigne(int debut, int longueur);
+    void ColoreLigneNo(int ligne);
+    void ColoreTexte(int debut, int longueur);
+    void ColoreBloc();
+    void VideLigneSale();
+    void Cmd_Ctrl_K();
+    // `MajLigne`: the caret's line recomputed; `ligneChangee` tells the window (Text1).
+    void MajLigne();
+    // Ctrl-V: the clipboard's plain text, coloured; nothing without text.
+    void Colle();
+    // The red marking of a failing line (Part 1.1, handler step 3); the caret
+    // is left at `debut` with no selection.
+    void MarqueRouge(int debut, int longueur);
+    // A programmatic rewrite (`?`, `EpaisT`...): the change event stays out.
+    void Remplace(int debut, int longueur, const QString& texte);
+    // The insertion of text at the caret as selected text (coordinates, colour).
+    void InsereTexte(const QString& texte);
+
+    // The keyword of a line as the colouring splits it (Part 4.1 step 3):
+    // 0-based start and end (exclusive) in `ligne`, tabs already blanks.
+    static void BornesMotCle(const QString& ligne, int& debut, int& fin);
+    // The spelling of a keyword: canonical, alias or external command; empty
+    // when the word is none of them (Part 1.2, Keyword normalising).
+    QString Orthographe(const QString& mot) const;
+    // The colour of the character at a document position.
+    QColor CouleurA(int position) const;
+
+    // The syntax tip (Alt-F2): the key of the caret's line (COM, SUITE, IF...)
+    // and the row of its one-line syntax, 201 to 264.
+    QString MotSyntaxeCaret() const;
+    static QString MotSyntaxe(const QString& ligne, bool apresSuite);
+    static int RangSyntaxe(const QString& mot);
+
+    static const QColor Noir, Bleu, Vert, Rouge;
+
+signals:
+    void ligneChangee(int ligne, int total);
+    void masque();          // F2, Ctrl-F2: Mnu_Masque (Part 4.4)
+    void resumeSyntaxes();  // Shift-F2 (Part 4.5)
+    void bulleSyntaxe();    // Alt-F2: Form2
+    void suivant();         // F3 (Part 4.9)
+    void arret();           // Esc: hides FrmFind, sets ArretDemande
+    void rechercher();      // Ctrl-F (Part 4.9)
+    void remplacer();       // Ctrl-H (Part 4.9)
+    void defaire();         // Ctrl-Z (Part 4.9)
+    void refaire();         // Ctrl-Y (Part 4.9)
+    void coupe(int longueurTexte); // Ctrl-X: the text's length, for the undo logic
+    void toucheRelachee(int touche, Qt::KeyboardModifiers mods);
+    void sourisEnfoncee();
+    void sourisRelachee();
+
+protected:
+    void keyPressEvent(QKeyEvent* ev) override;
+    void keyReleaseEvent(QKeyEvent* ev) override;
+    void mousePressEvent(QMouseEvent* ev) override;
+    void mouseReleaseEvent(QMouseEvent* ev) override;
+    bool canInsertFromMimeData(const QMimeData* source) const override;
+    void insertFromMimeData(const QMimeData* source) override;
+
+private:
+    void Changement(int position, int retires, int ajoutes);
+    void ColoreSegment(int ligne, int decalage, int profondeur);
+    void Peint(int debut, int longueur, const QColor& c);
+    bool LigneRouge(int ligne) const;
+    void ApresDeplacement(int touche, bool clavier, Qt::KeyboardModifiers mods);
+    QHash<QString, QString> mots_; // upper-case keyword -> canonical spelling
+};

@@ -1,0 +1,1138 @@
+#include "app/fenetre.h"
+
+#include "app/core/externes.h"
+#include "app/core/rendu.h"
+#include "app/dialogues.h"
+#include "app/editeur.h"
+#include "app/hote_fenetre.h"
+#include "app/pane.h"
+#include "drawing/repere.h"
+#include "drawing/surface.h"
+#include "language/chaines.h"
+#include "language/erreur.h"
+#include "language/interprete.h"
+#include "language/nombre.h"
+#include "language/para.h"
+#include "language/vb.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMenuBar>
+#include <QPrinterInfo>
+#include <QRandomGenerator>
+#include <QTextBlock>
+
+#include <cmath>
+#include <type_traits>
+
+using namespace vb;
+
+namespace {
+
+constexpr float DegRad = 0.017453293f;
+constexpr double Pi = 3.14159265358979;
+
+// Half away from zero, as the original's Format.
+QString Fixe(double v, int decimales) {
+    const double p = std::pow(10.0, decimales);
+    double r = std::round(v * p) / p;
+    if (r == 0) r = std::signbit(v) && std::round(v * p) != 0 ? -0.0 : 0.0;
+    return QString::number(r, 'f', decimales);
+}
+
+QString Pad30(const QString& t) { return t + QString(std::max(0, 30 - int(t.size())), u' '); }
+
+QString UnTab(QString t) {
+    while (t.contains(QStringLiteral("\t\t"))) t.replace(QStringLiteral("\t\t"), QStringLiteral("\t"));
+    return t;
+}
+
+QString Dossier(const QString& chemin) {
+    QString d = QFileInfo(chemin).absolutePath();
+    if (!d.endsWith(u'/')) d += u'/';
+    return d;
+}
+
+QString AvecBarre(QString d) {
+    if (!d.isEmpty() && !d.endsWith(u'/')) d += u'/';
+    return d;
+}
+
+// The export entries are beyond the spec: no string table rows; one caption
+// per language section.
+QString TexteExport(int langue, const QString& format) {
+    switch (langue) {
+    case 0: return QStringLiteral("E&xporter en %1...").arg(format);
+    case 800: return QStringLiteral("Als %1 e&xportieren...").arg(format);
+    case 1200: return QStringLiteral("E&xportar a %1...").arg(format);
+    default: return QStringLiteral("E&xport to %1...").arg(format);
+    }
+}
+
+} // namespace
+
+// --- the mouse read-out
+
+LectureSouris CalculeLecture(double x, double y, double rx, double ry, double refCurRad) {
+    LectureSouris l;
+    const double x0 = x - rx, y0 = y - ry;
+    const double r = -refCurRad;
+    l.dx = x0 * std::cos(r) + y0 * std::sin(r);
+    l.dy = -x0 * std::sin(r) + y0 * std::cos(r);
+    l.rayon = std::sqrt(l.dx * l.dx + l.dy * l.dy);
+    if (l.rayon < 0.05) {
+        l.angle = 0;
+    } else if (float(l.dx) != 0) {
+        l.angle = std::atan(l.dy / l.dx) * 180 / Pi;
+        if (l.dx < 0) l.angle += 180;
+    } else {
+        l.angle = l.dy < 0 ? 270 : 90;
+    }
+    return l;
+}
+
+QString FormatZoom(double v, float zoomE) {
+    const int d = zoomE < 0.5f ? 0 : (zoomE < 5.0f ? 1 : 2);
+    return Fixe(v, d).replace(u',', u'.');
+}
+
+QString TexteText2(double dx, double dy, float zoomE) {
+    return FormatZoom(dx, zoomE) + QStringLiteral("  ") + FormatZoom(dy, zoomE);
+}
+
+QString TexteText3(double angle, double rayon, bool angleA) {
+    const double a = angleA ? 180 - angle : angle;
+    return (angleA ? QStringLiteral("A ") : QStringLiteral("T ")) + Fixe(a, 1) + QStringLiteral("°  ") +
+           Fixe(rayon, 1);
+}
+
+QString FormatDiese(double v) {
+    // "##0.#": one decimal at most; the point stays when the decimal is 0 ("12.").
+    QString t = Fixe(v, 1);
+    if (t.endsWith(QLatin1String(".0"))) t.chop(1);
+    return t;
+}
+
+// --- the window
+
+Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
+    if (!s_.config) {
+        configPropre_ = std::make_unique<ConfigMemoire>();
+        s_.config = configPropre_.get();
+    }
+    if (!s_.fichiers) {
+        fichiersPropres_ = std::make_unique<FichiersSimples>();
+        s_.fichiers = fichiersPropres_.get();
+    }
+    if (!s_.boites) {
+        boitesPropres_ = std::make_unique<BoitesQt>();
+        s_.boites = boitesPropres_.get();
+    }
+    if (!s_.nomImprimante) s_.nomImprimante = [] { return QPrinterInfo::defaultPrinterName(); };
+    if (s_.dossierProgramme.isEmpty()) s_.dossierProgramme = QCoreApplication::applicationDirPath();
+    if (s_.dossierTravail.isEmpty()) s_.dossierTravail = QDir::currentPath();
+    regl.DossierProgramme = AvecBarre(s_.dossierProgramme);
+    regl.DossierTravail = AvecBarre(s_.dossierTravail);
+    DossierDepart = regl.DossierTravail;
+    DossierFichier = DossierDepart;
+
+    setObjectName(QStringLiteral("Form1"));
+    hote_ = std::make_unique<HoteFenetre>(*this);
+    e.Regl = &regl;
+    e.Host = hote_.get();
+
+    zone = new QWidget(this);
+    zone->setObjectName(QStringLiteral("zone"));
+    setCentralWidget(zone);
+    pane = new Pane(zone);
+    pane->setObjectName(QStringLiteral("pane"));
+    RTB1 = new Editeur(zone);
+    RTB1->setObjectName(QStringLiteral("RTB1"));
+    RTB1->CommandesExternes = &regl.CommandesExternes;
+    QFont police(QStringLiteral("Courier New"));
+    police.setStyleHint(QFont::Monospace);
+    police.setPointSizeF(10);
+    RTB1->setFont(police);
+    for (QLabel** t : {&Text1, &Text2, &Text3, &Text4}) {
+        *t = new QLabel(zone);
+        (*t)->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        (*t)->setAutoFillBackground(true);
+        (*t)->setMargin(1);
+        (*t)->installEventFilter(this);
+        Reglee(*t, Qt::white, Qt::black);
+    }
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text2->setObjectName(QStringLiteral("Text2"));
+    Text3->setObjectName(QStringLiteral("Text3"));
+    Text4->setObjectName(QStringLiteral("Text4"));
+    form2 = new Form2(this);
+    ConstruitMenus();
+
+    zone->installEventFilter(this);
+    RTB1->installEventFilter(this);
+    pane->installEventFilter(this);
+
+    connect(pane, &Pane::sourisBouge, this, &Form1::Lecture);
+    connect(pane, &Pane::sourisClic, this, &Form1::Clic);
+    connect(pane, &Pane::sourisDoubleClic, this, &Form1::DoubleClic);
+    connect(RTB1, &Editeur::ligneChangee, this,
+            [this](int l, int n) { Text1->setText(QStringLiteral("L %1/%2").arg(l).arg(n)); });
+    connect(RTB1, &Editeur::bulleSyntaxe, this, &Form1::BulleSyntaxe);
+    connect(RTB1, &Editeur::arret, this, [this] { e.ArretDemande = true; });
+    connect(RTB1, &Editeur::toucheRelachee, this, [this](int k, Qt::KeyboardModifiers) {
+        if (k != Qt::Key_F2 && k != Qt::Key_Alt && form2->isVisible()) form2->hide();
+        MajText4();
+    });
+    connect(RTB1, &Editeur::sourisEnfoncee, this, [this] { unsetCursor(); });
+    connect(RTB1, &Editeur::sourisRelachee, this, [this] {
+        if (form2->isVisible()) form2->hide();
+    });
+
+    resize(1100, 720);
+    EcritCaption();
+    MajText4();
+    Dispose();
+}
+
+Form1::~Form1() {
+    if (filtreExecution_) qApp->removeEventFilter(this);
+    e.Host = nullptr;
+    e.Pane = e.Surf = nullptr;
+}
+
+QString Form1::Chaine(int n) const { return LoadResString(n + regl.LangueMessages); }
+QString Form1::ChaineMenu(int n) const { return LoadResString(n + regl.LangueMenus); }
+
+bool Form1::Modifie() const { return RTB1->Modifie; }
+void Form1::SetModifie(bool m) { RTB1->Modifie = m; }
+
+void Form1::Reglee(QLabel* l, const QColor& fond, const QColor& texte) {
+    QPalette p = l->palette();
+    p.setColor(QPalette::Window, fond);
+    p.setColor(QPalette::WindowText, texte);
+    l->setPalette(p);
+}
+
+void Form1::MajText4() {
+    Text4->setText(QStringLiteral("%1 : %2  %3  ").arg(UndoSlot).arg(UndoNb).arg(RedoNb));
+}
+
+// --- menus
+
+void Form1::ConstruitMenus() {
+    QMenuBar* mb = menuBar();
+    auto action = [this](QMenu* m, const char* nom, auto slot, bool actif = true) {
+        QAction* a = m ? m->addAction(QString()) : menuBar()->addAction(QString());
+        a->setObjectName(QString::fromLatin1(nom));
+        a->setEnabled(actif);
+        if constexpr (!std::is_same_v<decltype(slot), std::nullptr_t>)
+            connect(a, &QAction::triggered, this, slot);
+        return a;
+    };
+    Mnu_Fichier = mb->addMenu(QString());
+    Mnu_Fichier->setObjectName(QStringLiteral("Mnu_Fichier"));
+    Mnu_Ouvrir = action(Mnu_Fichier, "Mnu_Ouvrir", &Form1::Mnu_Ouvrir_Click);
+    Mnu_Nouveau = action(Mnu_Fichier, "Mnu_Nouveau", &Form1::Mnu_Nouveau_Click);
+    Mnu_OuvrirMeter = action(Mnu_Fichier, "Mnu_OuvrirMeter", nullptr, false); // Part 4.8
+    Mnu_Fichier->addSeparator();
+    Mnu_EnregistrerS = action(Mnu_Fichier, "Mnu_EnregistrerS", &Form1::Mnu_EnregistrerS_Click);
+    Mnu_Enregistrer = action(Mnu_Fichier, "Mnu_Enregistrer", &Form1::Mnu_Enregistrer_Click);
+    Mnu_Fichier->addSeparator();
+    Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", nullptr, false);     // Part 4.6
+    Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", nullptr, false);         // Part 4.6
+    Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", nullptr, false); // Part 4.6
+    Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", nullptr, false); // Part 4.6
+    Mnu_Fichier->addSeparator();
+    Mnu_ExportPdf = action(Mnu_Fichier, "Mnu_ExportPdf", [this] { Exporte(QStringLiteral("pdf")); });
+    Mnu_ExportSvg = action(Mnu_Fichier, "Mnu_ExportSvg", [this] { Exporte(QStringLiteral("svg")); });
+    Mnu_ExportPng = action(Mnu_Fichier, "Mnu_ExportPng", [this] { Exporte(QStringLiteral("png")); });
+    Mnu_Fichier->addSeparator();
+    Mnu_Quitter = action(Mnu_Fichier, "Mnu_Quitter", &Form1::Mnu_Quitter_Click);
+
+    Mnu_Edition = mb->addMenu(QString());
+    Mnu_Edition->setObjectName(QStringLiteral("Mnu_Edition"));
+    // The edit entries send their key stroke to the editor ("^X", "{DELETE}"...).
+    auto touche = [this](Qt::Key k, Qt::KeyboardModifiers m) {
+        return [this, k, m] {
+            QKeyEvent appui(QEvent::KeyPress, k, m);
+            QApplication::sendEvent(RTB1, &appui);
+            QKeyEvent relache(QEvent::KeyRelease, k, m);
+            QApplication::sendEvent(RTB1, &relache);
+        };
+    };
+    Mnu_Couper = action(Mnu_Edition, "Mnu_Couper", touche(Qt::Key_X, Qt::ControlModifier));
+    Mnu_Copier = action(Mnu_Edition, "Mnu_Copier", touche(Qt::Key_C, Qt::ControlModifier));
+    Mnu_Coller = action(Mnu_Edition, "Mnu_Coller", touche(Qt::Key_V, Qt::ControlModifier));
+    Mnu_Supprimer = action(Mnu_Edition, "Mnu_Supprimer", touche(Qt::Key_Delete, Qt::NoModifier));
+    Mnu_Selectionner = action(Mnu_Edition, "Mnu_Selectionner", touche(Qt::Key_A, Qt::ControlModifier));
+    Mnu_Edition->addSeparator();
+    Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr, false);       // Part 4.9
+    Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr, false);       // Part 4.9
+    Mnu_Rechercher = action(Mnu_Edition, "Mnu_Rechercher", nullptr, false); // Part 4.9
+
+    Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // Part 4.4
+    Mnu_Dessin = action(nullptr, "Mnu_Dessin", nullptr, false); // Part 4.7
+    Mnu_Visualiser = action(nullptr, "Mnu_Visualiser", [this] { Visualiser(); });
+    Mnu_Zoom = action(nullptr, "Mnu_Zoom", &Form1::Mnu_Zoom_Click);
+    Mnu_RefCurseur = action(nullptr, "Mnu_RefCurseur", &Form1::Mnu_RefCurseur_Click);
+
+    Mnu_Options = mb->addMenu(QString());
+    Mnu_Options->setObjectName(QStringLiteral("Mnu_Options"));
+    Mnu_DblClick = action(Mnu_Options, "Mnu_DblClick", nullptr);
+    Mnu_DblClick->setCheckable(true);
+    Mnu_Code = action(Mnu_Options, "Mnu_Code", &Form1::Mnu_Code_Click);
+    Mnu_Code->setCheckable(true);
+    Mnu_Code->setChecked(true);
+    Mnu_AgrandirCode = action(Mnu_Options, "Mnu_AgrandirCode", &Form1::Mnu_AgrandirCode_Click);
+    Mnu_IniCode = action(Mnu_Options, "Mnu_IniCode", &Form1::Mnu_IniCode_Click);
+    Mnu_TaillCar = action(Mnu_Options, "Mnu_TaillCar", &Form1::Mnu_TaillCar_Click);
+    Mnu_CentreCurseur = action(Mnu_Options, "Mnu_CentreCurseur", &Form1::Mnu_CentreCurseur_Click);
+    Mnu_Options->addSeparator();
+    Mnu_Patchs = action(Mnu_Options, "Mnu_Patchs", nullptr, false); // Part 4.5
+    Mnu_Langue = action(Mnu_Options, "Mnu_Langue", &Form1::Mnu_Langue_Click);
+    Mnu_Setup = action(Mnu_Options, "Mnu_Setup", nullptr, false);   // subsystem 5
+    Mnu_Options->addSeparator();
+    Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
+    Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // Part 4.6
+    Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", nullptr, false); // Part 4.2
+
+    Mnu_Help = mb->addMenu(QString());
+    Mnu_Help->setObjectName(QStringLiteral("Mnu_Help"));
+    Mnu_Aide25 = action(Mnu_Help, "Mnu_Aide25", nullptr, false);             // Part 4.5
+    Mnu_Aide = action(Mnu_Help, "Mnu_Aide", nullptr, false);                 // Part 4.5
+    Mnu_AideMot = action(Mnu_Help, "Mnu_AideMot", nullptr, false);           // Part 4.5
+    Mnu_ResumeSyntaxes = action(Mnu_Help, "Mnu_ResumeSyntaxes", nullptr, false); // Part 4.5
+    Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", nullptr, false);         // Part 4.5
+    Mnu_Help->addSeparator();
+    Mnu_AProposDe = action(Mnu_Help, "Mnu_AProposDe", &Form1::Mnu_AProposDe_Click);
+    Mnu_Non_Doc = action(Mnu_Help, "Mnu_Non_Doc", nullptr, false);
+    Mnu_Non_Doc->setVisible(false);
+    AfficheMenus();
+}
+
+void Form1::AfficheMenus() {
+    Mnu_Fichier->setTitle(ChaineMenu(10));
+    Mnu_Ouvrir->setText(ChaineMenu(11));
+    Mnu_Nouveau->setText(ChaineMenu(12));
+    Mnu_OuvrirMeter->setText(ChaineMenu(13));
+    Mnu_EnregistrerS->setText(ChaineMenu(14));
+    Mnu_Enregistrer->setText(UnTab(ChaineMenu(15) + QStringLiteral("\t\tCtrl-Shift+S")));
+    Mnu_Imprimante->setText(ChaineMenu(16));
+    Mnu_Imprimer->setText(ChaineMenu(17));
+    Mnu_ImprimerZoom->setText(UnTab(ChaineMenu(78) + QStringLiteral("\t\tCtrl-Shift+P")));
+    Mnu_ImprimerCode->setText(ChaineMenu(18));
+    Mnu_ExportPdf->setText(TexteExport(regl.LangueMenus, QStringLiteral("PDF")));
+    Mnu_ExportSvg->setText(TexteExport(regl.LangueMenus, QStringLiteral("SVG")));
+    Mnu_ExportPng->setText(TexteExport(regl.LangueMenus, QStringLiteral("PNG")));
+    Mnu_Quitter->setText(ChaineMenu(19));
+    Mnu_Edition->setTitle(ChaineMenu(20));
+    Mnu_Couper->setText(Pad30(ChaineMenu(21)) + QStringLiteral("\tCtrl-X"));
+    Mnu_Copier->setText(Pad30(ChaineMenu(22)) + QStringLiteral("\tCtrl-C"));
+    Mnu_Coller->setText(Pad30(ChaineMenu(23)) + QStringLiteral("\tCtrl-V"));
+    Mnu_Supprimer->setText(ChaineMenu(24));
+    Mnu_Selectionner->setText(Pad30(ChaineMenu(25)) + QStringLiteral("\tCtrl-A"));
+    Mnu_Defaire->setText(ChaineMenu(26));
+    Mnu_Refaire->setText(ChaineMenu(27));
+    Mnu_Rechercher->setText(ChaineMenu(28));
+    Mnu_Masque->setText(ChaineMenu(51) + QStringLiteral(" (F2)"));
+    Mnu_Dessin->setText(ChaineMenu(38) + QStringLiteral(" (F9)"));
+    Mnu_Visualiser->setText(ChaineMenu(37) + QStringLiteral(" (F4)"));
+    Mnu_Zoom->setText(ChaineMenu(73) + QStringLiteral(" (F7)"));
+    Mnu_RefCurseur->setText(ChaineMenu(74) + QStringLiteral(" (F8)"));
+    Mnu_Options->setTitle(ChaineMenu(60));
+    Mnu_DblClick->setText(ChaineMenu(61));
+    Mnu_Code->setText(ChaineMenu(62));
+    Mnu_AgrandirCode->setText(ChaineMenu(76));
+    Mnu_IniCode->setText(ChaineMenu(77));
+    Mnu_TaillCar->setText(ChaineMenu(82));
+    Mnu_CentreCurseur->setText(ChaineMenu(79));
+    Mnu_Patchs->setText(ChaineMenu(80));
+    Mnu_Langue->setText(ChaineMenu(63));
+    Mnu_Setup->setText(ChaineMenu(64));
+    Mnu_Couleur->setText(ChaineMenu(75));
+    Mnu_Polices->setText(ChaineMenu(40));
+    Mnu_Liste_Fic->setText(ChaineMenu(83));
+    Mnu_Help->setTitle(ChaineMenu(70));
+    // The help menu of Part 4.5: one entry when mask and menus share a language.
+    const bool meme = regl.LangueMasque == regl.LangueMenus;
+    Mnu_Aide25->setText(ChaineMenu(meme ? 71 : 87));
+    Mnu_Aide->setText(ChaineMenu(71));
+    Mnu_Aide->setVisible(!meme);
+    Mnu_AideMot->setText(ChaineMenu(81));
+    Mnu_ResumeSyntaxes->setText(ChaineMenu(84));
+    Mnu_MAJ_Aide->setText(ChaineMenu(88));
+    Mnu_AProposDe->setText(ChaineMenu(72));
+    Text1->setToolTip(ChaineMenu(130));
+    Text2->setToolTip(ChaineMenu(131));
+    Text3->setToolTip(ChaineMenu(132));
+}
+
+QString Form1::TexteCaption() const {
+    QString t = QStringLiteral("Mirel  V") + Version;
+    if (!NomCourant.isEmpty()) t += QStringLiteral("   ") + Chaine(110) + QStringLiteral(": ") + NomCourant;
+    return t;
+}
+
+void Form1::EcritCaption() { setWindowTitle(TexteCaption()); }
+
+// --- layout
+
+void Form1::Dispose() {
+    const int W = zone->width(), H = zone->height();
+    pane->setGeometry(0, 0, W, H);
+    const int we = std::max(1, int(W / RatioCode));
+    RTB1->setGeometry(W - we, 0, we, H);
+    const QFontMetrics fm(Text1->font());
+    const float z = e.Repere.ZoomE;
+    const QString exemple2 = z < 0.5f ? QStringLiteral("-999 -999")
+                             : z < 5.0f ? QStringLiteral("-999.9 -999.9")
+                                        : QStringLiteral("-999.99 -999.99");
+    const int h = fm.height() + 6;
+    int x = W - we;
+    const struct { QLabel* l; QString exemple; } champs[] = {
+        {Text1, QStringLiteral("L 999/999")},
+        {Text2, exemple2},
+        {Text3, QStringLiteral("T -888.8° -999.9")},
+        {Text4, QStringLiteral("99 : 99  99  ")}};
+    for (const auto& c : champs) {
+        const int w = fm.horizontalAdvance(c.exemple) + 12;
+        x -= w;
+        c.l->setGeometry(x, H - h, w, h);
+        c.l->raise();
+    }
+    RTB1->raise();
+}
+
+double Form1::LargeurEditeurUnites() const {
+    if (!Mnu_Code->isChecked()) return 0;
+    const double fz = double(regl.Zmm) * e.Repere.ZoomE;
+    return RTB1->width() * pane->MmParPixel() / (fz > 0 ? fz : 1);
+}
+
+// --- start-up
+
+bool Form1::Demarrer(const QString& ligneCommande) {
+    // 1. The printer: where none is configured, Qt's PDF printer stands in.
+    // (The hourglass of steps 1 and 2 lasts no time here; the runs show their own.)
+    NomImprimante = s_.nomImprimante ? s_.nomImprimante() : QString();
+    if (NomImprimante.isEmpty()) {
+        NomImprimante = QStringLiteral("PDF");
+        ImprimantePdf = true;
+    }
+    // 2. Measures: the virtual 600 dpi printer of design.md and the screen.
+    SurfaceEnregistree imprimante(GenreSurface::Imprimante, 210 / 25.4 * 600, 297 / 25.4 * 600,
+                                  25.4 / 600);
+    MesureImprimante(e, imprimante);
+    if (RatioCode == 0) RatioCode = 3.3f;
+    Version = TexteVersionProgramme();
+    // 3.
+    show();
+    pane->Prepare();
+    AttachePane(e, pane->surface());
+    Debut(ligneCommande);
+    // 12.
+    UndoSlot = UndoNb = 1;
+    RTB1->PositionRecherche = -1;
+    MajText4();
+    Visualiser();
+    return true;
+}
+
+void Form1::Debut(const QString& ligneCommande) {
+    // 4.
+    e.Ale.seed(QRandomGenerator::global()->generate());
+    FermeFichiers(e);
+    Config = s_.config->Lit(regl);
+    DossierDepart = regl.DossierTravail;
+    AppliqueLangues();
+    regl.Zmm = Config.Zmm == 0 ? 1.0f : Config.Zmm;
+    regl.Patchs = Config.Patchs;
+    Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
+    if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
+    // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
+    RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
+    // 7. The version of line 1, then the four languages.
+    const int p = int(Config.PremiereLigne.indexOf(QStringLiteral("Mirel V")));
+    const bool versionOk = p >= 0 && Config.PremiereLigne.mid(p + 7).trimmed() == Version.trimmed();
+    if (!versionOk) Config.Langue.clear();
+    if (DecalageDeLangue(Config.Langue) < 0 || DecalageDeLangue(Config.LangueMenu) < 0 ||
+        DecalageDeLangue(Config.LangueAide) < 0 || DecalageDeLangue(Config.LangueMasq) < 0) {
+        ValeursConfig v = Config;
+        QApplication::setOverrideCursor(Qt::ArrowCursor);
+        if (s_.boites->Langues(this, v)) Config = v;
+        QApplication::restoreOverrideCursor();
+        // Unset languages that the dialog left unset default to the first one.
+        for (QString* l : {&Config.Langue, &Config.LangueMenu, &Config.LangueAide, &Config.LangueMasq})
+            if (DecalageDeLangue(*l) < 0) *l = NomDeLangue(0);
+        s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
+        s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
+        s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
+        s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
+        AppliqueLangues();
+        s_.config->LanguesValidees(regl);
+    }
+    // 8.
+    ChargeCommandesExternes(regl);
+    // 9.
+    Demarre = true;
+    AfficheMenus();
+    // 10.
+    QString nom = ligneCommande;
+    if (!nom.trimmed().isEmpty()) {
+        nom.remove(u'"');
+        nom = nom.trimmed();
+        NomCourant = nom;
+        EcritCaption();
+    } else {
+        nom = Config.FichierDat;
+    }
+    // 11.
+    bool charge = false;
+    if (!nom.isEmpty() && QFileInfo(nom).isFile()) {
+        QString texte, erreur;
+        if (s_.fichiers->LitFic(nom, texte, erreur)) {
+            DossierFichier = Dossier(nom);
+            QDir::setCurrent(DossierFichier);
+            LitFic(texte);
+            FichierCourant = QFileInfo(nom).absoluteFilePath();
+            NomCourant = FichierCourant;
+            charge = true;
+        }
+    }
+    if (!charge) Mnu_Ouvrir_Click();
+    EcritCaption();
+    SetModifie(false);
+}
+
+void Form1::AppliqueLangues() {
+    auto decalage = [](const QString& n) { return std::max(0, DecalageDeLangue(n)); };
+    regl.LangueMessages = decalage(Config.Langue);
+    regl.LangueMenus = decalage(Config.LangueMenu);
+    regl.LangueAide = decalage(Config.LangueAide);
+    regl.LangueMasque = decalage(Config.LangueMasq);
+}
+
+void Form1::LitFic(const QString& texte) {
+    e.Repere.ZoomE = 1;
+    e.Repere.ZoomDepart = 1;
+    RTB1->ChargeTexte(texte);
+    e.Repere.ZoomDepart = s_.fichiers->ZoomDepart(texte);
+    e.Repere.ZoomE = e.Repere.ZoomDepart;
+    RTB1->MajLigne();
+}
+
+// --- runs
+
+void Form1::Visualiser() {
+    if (e.ExecutionEnCours) return;
+    ++NombreExecutions;
+    ::Visualiser(e);
+}
+
+void Form1::RelanceSansZoom() {
+    if (e.ExecutionEnCours) return;
+    ++NombreExecutions;
+    FermeFichiers(e);
+    LanceExecution(e);
+}
+
+void Form1::Occupe(bool oui) {
+    if (oui) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        if (!filtreExecution_) qApp->installEventFilter(this);
+        filtreExecution_ = true;
+        menuBar()->setEnabled(false);
+    } else {
+        if (filtreExecution_) qApp->removeEventFilter(this);
+        filtreExecution_ = false;
+        menuBar()->setEnabled(true);
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void Form1::DebutRun() {
+    Occupe(true);
+    Mnu_Visualiser->setEnabled(false);
+    Mnu_Zoom->setEnabled(false);
+    Mnu_RefCurseur->setEnabled(false);
+    // Visualiser step 5: the pending colouring first.
+    RTB1->VideLigneSale();
+    if (pane->Prepare()) AttachePane(e, pane->surface());
+    e.Repere.LargeurEditeur = LargeurEditeurUnites();
+}
+
+void Form1::FinRun() {
+    Mnu_Visualiser->setEnabled(true);
+    Mnu_Zoom->setEnabled(true);
+    Mnu_RefCurseur->setEnabled(true);
+    Occupe(false);
+    // The state of the mouse read-out.
+    RefCurX = e.Repere.SourisRefX;
+    RefCurY = e.Repere.SourisRefY;
+    RefCurAngle = e.Repere.RefCurAngle.toFloat();
+    RefCurRad = RefCurAngle * DegRad;
+    pane->update();
+    Dispose();
+    if (Mnu_Code->isChecked()) RTB1->setFocus();
+    if (fermetureDemandee_) {
+        fermetureDemandee_ = false;
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    }
+}
+
+// --- the mouse
+
+QPointF Form1::VersSurface(QPointF pixel) const {
+    const Surface* s = pane->surface();
+    if (!s) return {};
+    return s->DepuisPixel(pixel.x(), pixel.y());
+}
+
+QPointF Form1::VersPixel(double x, double y) const {
+    const Surface* s = pane->surface();
+    if (!s) return {};
+    return s->VersPixel(x, y);
+}
+
+void Form1::Lecture(QPointF pixel, Qt::MouseButtons boutons, Qt::KeyboardModifiers mods) {
+    if (!pane->surface()) return;
+    const QPointF p = VersSurface(pixel);
+    SourisX = p.x();
+    SourisY = p.y();
+    const bool alt = mods & Qt::AltModifier;
+    const double rx = alt ? AltX : RefCurX, ry = alt ? AltY : RefCurY;
+    Reglee(Text2, alt ? QColor(200, 255, 200) : QColor(Qt::white), Qt::black);
+    const LectureSouris l = CalculeLecture(SourisX, SourisY, rx, ry, RefCurRad);
+    DerniereLecture = l;
+    if ((boutons & Qt::LeftButton) && !DessinOuvert) {
+        Reglee(Text2, alt ? QColor(200, 255, 200) : QColor(Qt::white), Qt::red);
+        Text2->setText(TexteText2(SourisX - e.Repere.DecalageVueX, SourisY - e.Repere.DecalageVueY,
+                                  e.Repere.ZoomE));
+    } else {
+        Text2->setText(TexteText2(l.dx, l.dy, e.Repere.ZoomE));
+    }
+    Text3->setText(TexteText3(l.angle, l.rayon, AngleA));
+    MajText4();
+}
+
+void Form1::Clic(QPointF pixel, Qt::MouseButton, Qt::KeyboardModifiers mods) {
+    if (mods & Qt::AltModifier) {
+        const QPointF p = VersSurface(pixel);
+        AltX = p.x();
+        AltY = p.y();
+    }
+}
+
+void Form1::BasculeAngleA() {
+    AngleA = !AngleA;
+    const double a = AngleA ? 180 - DerniereLecture.angle : DerniereLecture.angle;
+    Text3->setText((AngleA ? QStringLiteral("A ") : QStringLiteral("T ")) + FormatDiese(a) +
+                   QStringLiteral("°  ") + FormatDiese(DerniereLecture.rayon));
+}
+
+void Form1::DoubleClic(QPointF pixel, Qt::KeyboardModifiers mods) {
+    Lecture(pixel, Qt::NoButton, mods);
+    const bool ctrl = mods & Qt::ControlModifier;
+    if (!Mnu_DblClick->isChecked() && !(ctrl && !DessinOuvert)) {
+        Positionner(mods);
+        const int largeur = zone->width() - (Mnu_Code->isChecked() ? RTB1->width() : 0);
+        QCursor::setPos(pane->mapToGlobal(QPoint(largeur / 2, pane->height() / 2)));
+        return;
+    }
+    InsereCoordonnees();
+}
+
+void Form1::InsereCoordonnees() {
+    const QString sep = e.Separateur1.isEmpty() ? QStringLiteral(",") : e.Separateur1;
+    QString t = Text2->text();
+    const int b = int(t.indexOf(u' '));
+    if (b >= 0) t.replace(b, 1, sep);
+    const int d = int(t.lastIndexOf(u' '));
+    if (d >= 0) t.remove(d, 1);
+    // The mark: the axes of a turned reference, then a blue cross.
+    if (Surface* s = pane->surface()) {
+        const int largeur = s->DrawWidth;
+        if (RefCurAngle != 0) {
+            const double a = -RefCurRad;
+            const LectureSouris l = CalculeLecture(SourisX, SourisY, RefCurX, RefCurY, RefCurRad);
+            const double fx = RefCurX + l.dx * std::cos(a), fy = RefCurY + l.dx * std::sin(a);
+            s->DrawWidth = 1;
+            s->Line(RefCurX, RefCurY, fx, fy, RGB(255, 128, 64));
+            s->Line(fx, fy, SourisX, SourisY, RGB(255, 128, 64));
+        }
+        s->DrawWidth = 2;
+        const double m = 1.5;
+        s->Line(SourisX - m, SourisY, SourisX + m, SourisY, RGB(0, 0, 255));
+        s->Line(SourisX, SourisY - m, SourisX, SourisY + m, RGB(0, 0, 255));
+        s->DrawWidth = largeur;
+        pane->update();
+    }
+    // The caret's left side.
+    QTextCursor c = RTB1->textCursor();
+    const int debut = c.selectionStart();
+    const QTextBlock bloc = RTB1->document()->findBlock(debut);
+    const QString doc = RTB1->document()->toRawText();
+    int i = debut - 1;
+    while (i >= 0 && (doc[i] == u' ' || doc[i] == u'\t')) --i;
+    if (i >= 0) {
+        const QString trouve = doc.mid(i, 1);
+        if (trouve != QLatin1String("=") && trouve != QLatin1String("'") && trouve != sep)
+            t = sep + u' ' + t;
+    }
+    const QString avant = bloc.text().left(debut - bloc.position());
+    if (Trim(bloc.text()).toUpper().startsWith(QLatin1String("TRAIT")) && avant.count(sep) == 3)
+        t += QStringLiteral(",,");
+    RTB1->InsereTexte(t);
+    // Part 4.9 takes its undo snapshot here.
+}
+
+void Form1::Positionner(Qt::KeyboardModifiers mods) {
+    if (DessinOuvert) return;
+    const Surface* s = pane->surface();
+    EtatRepere& r = e.Repere;
+    // The frame's point: the origin of the last run's frame (Part 1.1, end of
+    // level step 2), so that the mouse point comes to the default centre.
+    const double ox = r.SourisOrigineX, oy = r.SourisOrigineY;
+    if (mods & Qt::ControlModifier) {
+        r.DecalageVueX = r.DecalageVueY = 0;
+    } else if (s && (mods & Qt::ShiftModifier)) {
+        const double largeur = s->ScaleWidth - LargeurEditeurUnites();
+        r.DecalageVueX = SourisX - ox + largeur / 2;
+        r.DecalageVueY = SourisY - oy - s->ScaleHeight / 2;
+    } else {
+        r.DecalageVueX = SourisX - ox;
+        r.DecalageVueY = SourisY - oy;
+    }
+    Visualiser();
+}
+
+// --- dialogs of the window
+
+void Form1::Mnu_Zoom_Click() {
+    if (e.ExecutionEnCours) return;
+    Form4 f(this, regl.LangueMenus, e.Repere.ZoomE, regl.Zmm, s_.boites);
+    if (f.exec() == QDialog::Accepted) {
+        e.Repere.ZoomE = f.ZoomE;
+        if (f.ZmmChange) {
+            regl.Zmm = f.Zmm;
+            s_.config->EcritConfig(QStringLiteral("Zmm ="), u' ' + QLocale::c().toString(f.Zmm));
+        }
+    }
+    pane->update();
+    RelanceSansZoom();
+    unsetCursor();
+    if (Mnu_Code->isChecked()) RTB1->setFocus();
+}
+
+void Form1::ZoomDepartRun() {
+    if (e.ExecutionEnCours) return;
+    e.Repere.ZoomE = e.Repere.ZoomDepart;
+    RelanceSansZoom();
+    unsetCursor();
+    if (Mnu_Code->isChecked()) RTB1->setFocus();
+}
+
+bool Form1::AppliqueRefCur(const QString& champ) {
+    QString t = champ.trimmed().isEmpty() ? QStringLiteral("0,0§0") : champ;
+    if (!t.contains(u',')) {
+        s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(166), Boutons::Ok, Icone::Exclamation);
+        return false;
+    }
+    const QString s1 = e.Separateur1, s2 = e.Separateur2;
+    e.Separateur1 = QStringLiteral(",");
+    e.Separateur2 = QStringLiteral("§");
+    double x = 0, y = 0, angle = 0;
+    bool ok = true;
+    try {
+        x = ParaVal(e, t, 1).value_or(0);
+        y = ParaVal(e, t, 2).value_or(0);
+        QString reste = Piece(t, 2, e.Separateur1);
+        reste.remove(u'Z').remove(u'z');
+        const int p = InStr(reste, e.Separateur2);
+        if (p > 0) {
+            const QString a = Trim(Mid(reste, p + 1));
+            if (!a.isEmpty()) angle = -ParaVal(e, a, 1).value_or(0);
+        }
+    } catch (const std::exception&) {
+        ok = false;
+    }
+    e.Separateur1 = s1;
+    e.Separateur2 = s2;
+    e.TexteErreur.clear();
+    if (!ok) {
+        s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(166), Boutons::Ok, Icone::Exclamation);
+        return false;
+    }
+    const Surface* s = pane->surface();
+    if (t.contains(u'Z', Qt::CaseInsensitive)) {
+        // Relative to the lower left corner of the pane; no rotation.
+        const double coinX = s ? s->ScaleLeft : 0, coinY = s ? s->ScaleTop + s->ScaleHeight : 0;
+        RefCurX = coinX + x;
+        RefCurY = coinY + y;
+        RefCurAngle = 0;
+    } else {
+        RefCurX = e.Repere.SourisOrigineX + x;
+        RefCurY = e.Repere.SourisOrigineY + y;
+        RefCurAngle = float(angle);
+    }
+    RefCurRad = RefCurAngle * DegRad;
+    return true;
+}
+
+void Form1::Mnu_RefCurseur_Click() {
+    if (e.ExecutionEnCours) return;
+    QString champ = StrF(float(RefCurX - e.Repere.SourisOrigineX)) + QStringLiteral(", ") +
+                    StrF(float(RefCurY - e.Repere.SourisOrigineY));
+    if (RefCurAngle != 0) champ += QStringLiteral("§") + StrF(-RefCurAngle);
+    Form5 f(this, regl.LangueMenus, champ, [this](const QString& t) { return AppliqueRefCur(t); });
+    f.exec();
+    if (Mnu_Code->isChecked()) RTB1->setFocus();
+}
+
+void Form1::RefCurOrigine() {
+    RefCurX = e.Repere.SourisOrigineX;
+    RefCurY = e.Repere.SourisOrigineY;
+    RefCurAngle = 0;
+    RefCurRad = 0;
+}
+
+void Form1::BulleSyntaxe() {
+    const int n = Editeur::RangSyntaxe(RTB1->MotSyntaxeCaret());
+    const QString texte = LoadResString(n + regl.LangueMasque) + u'\n';
+    const QRect cr = RTB1->cursorRect();
+    const QPoint global = RTB1->viewport()->mapToGlobal(cr.bottomLeft() + QPoint(0, 2));
+    form2->Montre(texte, global, QRect(mapToGlobal(QPoint(0, 0)), size()));
+}
+
+// --- Options
+
+void Form1::Mnu_Code_Click() {
+    const bool vu = Mnu_Code->isChecked();
+    for (QWidget* w : {static_cast<QWidget*>(RTB1), static_cast<QWidget*>(Text1),
+                       static_cast<QWidget*>(Text2), static_cast<QWidget*>(Text3)})
+        w->setVisible(vu);
+    if (vu) RTB1->setFocus();
+}
+
+void Form1::Mnu_AgrandirCode_Click() {
+    if (RTB1->width() * 1.3 < zone->width()) {
+        RatioCode /= 1.2f;
+        Dispose();
+    }
+}
+
+void Form1::Mnu_IniCode_Click() {
+    RatioCode = 3.3f;
+    Dispose();
+    Visualiser();
+}
+
+void Form1::Mnu_CentreCurseur_Click() {
+    int largeur = zone->width();
+    if (Mnu_Code->isChecked()) largeur -= RTB1->width();
+    QCursor::setPos(zone->mapToGlobal(QPoint(largeur / 2, zone->height() / 2)));
+}
+
+void Form1::TailleCarCode(double taille) {
+    if (!(taille > 0)) return;
+    taille = std::clamp(taille, 6.0, 24.0);
+    RTB1->setUpdatesEnabled(false);
+    QFont f = RTB1->font();
+    f.setPointSizeF(taille);
+    RTB1->setFont(f);
+    RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
+    RTB1->Cmd_Ctrl_K();
+    RTB1->setUpdatesEnabled(true);
+    QFont ft = Text1->font();
+    ft.setPointSizeF(std::max(6.0, taille * 0.9));
+    for (QLabel* l : {Text1, Text2, Text3, Text4}) l->setFont(ft);
+    Dispose();
+}
+
+void Form1::Mnu_TaillCar_Click() {
+    QString titre = ChaineMenu(82);
+    titre.remove(u'&');
+    const QString actuel = QLocale::c().toString(RTB1->font().pointSizeF());
+    const std::optional<QString> r = s_.boites->Saisie(this, titre, titre, actuel);
+    if (!r) return;
+    bool ok = false;
+    double v = QLocale::c().toDouble(r->trimmed().replace(u',', u'.'), &ok);
+    if (!ok || !(v > 0)) return;
+    v = std::clamp(v, 6.0, 24.0);
+    TailleCarCode(v);
+    s_.config->EcritConfig(QStringLiteral("TailleCarCode ="), u' ' + QLocale::c().toString(v));
+}
+
+void Form1::Mnu_Couleur_Click() {
+    const std::optional<QColor> c = s_.boites->Couleur(this);
+    if (!c) return;
+    const QString mot = regl.LangueMasque == 0 ? QStringLiteral("RVB ") : QStringLiteral("RGB ");
+    RTB1->InsereTexte(mot + QStringLiteral("%1 %2 %3").arg(c->red()).arg(c->green()).arg(c->blue()));
+}
+
+void Form1::Mnu_Langue_Click() {
+    ValeursConfig v = Config;
+    if (!s_.boites->Langues(this, v)) return;
+    Config = v;
+    s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
+    s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
+    s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
+    s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
+    AppliqueLangues();
+    s_.config->LanguesValidees(regl);
+    AfficheMenus();
+    EcritCaption();
+}
+
+void Form1::Mnu_AProposDe_Click() { AProposDe(this, regl.LangueMenus, Version); }
+
+// --- files (Part 4.2 through the FichierService)
+
+bool Form1::DemandeSauvegarde() {
+    const Reponse r = s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(118),
+                                         Boutons::OuiNonAnnuler, Icone::Question);
+    if (r == Reponse::Annuler) return false;
+    if (r == Reponse::Oui) Mnu_EnregistrerS_Click();
+    return true;
+}
+
+void Form1::Mnu_Ouvrir_Click() {
+    if (e.ExecutionEnCours) return;
+    if (!RTB1->document()->isEmpty() && Modifie() && !DemandeSauvegarde()) return;
+    const QString filtre = Chaine(105) + QStringLiteral(" (*.dat);;") + Chaine(106) + QStringLiteral(" (*)");
+    const QString nom = s_.boites->FichierOuvrir(this, DossierFichier, filtre);
+    if (nom.isEmpty()) {
+        if (RTB1->document()->isEmpty()) Mnu_Nouveau_Click();
+        return;
+    }
+    if (s_.fichiers->NomRefuse(nom)) {
+        s_.boites->Message(this, QStringLiteral("Mirel"),
+                           nom + QStringLiteral("\r\nN'est pas un fichier Mirel\r\nIs not a Mirel file"
+                                                "\r\nIst keine Mirel Datei."),
+                           Boutons::Ok, Icone::Exclamation);
+        return;
+    }
+    QString texte, erreur;
+    if (!s_.fichiers->LitFic(nom, texte, erreur)) {
+        s_.boites->Message(this, QStringLiteral("Mirel"), nom + QStringLiteral("\r\n") + erreur,
+                           Boutons::Ok, Icone::Exclamation);
+        return;
+    }
+    DossierFichier = Dossier(nom);
+    QDir::setCurrent(DossierFichier);
+    LitFic(texte);
+    NomCourant = QFileInfo(nom).absoluteFilePath();
+    EcritCaption();
+    Visualiser();
+    FichierCourant = NomCourant;
+    SetModifie(false);
+    UndoSlot = UndoNb = 1;
+    RedoNb = 0;
+    MajText4();
+}
+
+void Form1::Mnu_Nouveau_Click() {
+    if (e.ExecutionEnCours) return;
+    if (!RTB1->document()->isEmpty() && Modifie() && !DemandeSauvegarde()) return;
+    RTB1->ChargeTexte(QString());
+    const QString modele = s_.fichiers->Modele(regl, LoadResString(8 + regl.LangueMessages));
+    QString texte, erreur;
+    if (!modele.isEmpty() && s_.fichiers->LitFic(modele, texte, erreur)) LitFic(texte);
+    QTextCursor c(RTB1->document());
+    RTB1->setTextCursor(c);
+    NomCourant.clear();
+    EcritCaption();
+    Visualiser();
+    FichierCourant.clear();
+    SetModifie(false);
+}
+
+void Form1::Mnu_EnregistrerS_Click() {
+    if (FichierCourant.isEmpty() || FichierCourant.toUpper().endsWith(QLatin1String(".MTR"))) {
+        Mnu_Enregistrer_Click();
+        return;
+    }
+    QString erreur;
+    if (!s_.fichiers->Ecrit(FichierCourant, RTB1->TexteCrLf(), erreur))
+        s_.boites->Message(this, QStringLiteral("Mirel"), erreur, Boutons::Ok, Icone::Critique);
+    EcritCaption();
+    SetModifie(false);
+}
+
+void Form1::Mnu_Enregistrer_Click() {
+    const QString ancien = NomCourant;
+    const QString filtre = Chaine(105) + QStringLiteral(" (*.dat);;") + Chaine(106) + QStringLiteral(" (*)");
+    QString nom = s_.boites->FichierEnregistrer(this, NomCourant, filtre, QStringLiteral("dat"));
+    if (nom.isEmpty()) {
+        NomCourant = ancien;
+        return;
+    }
+    // Two dots or more in the name: what follows the last one goes.
+    const QString fichier = QFileInfo(nom).fileName();
+    if (fichier.count(u'.') >= 2) nom.truncate(nom.lastIndexOf(u'.'));
+    if (nom.toUpper().endsWith(QLatin1String(".JPG#"))) {
+        // The coded export of Part 4.2 belongs to the .dmk service.
+        s_.boites->Message(this, QStringLiteral("Mirel"), QStringLiteral("Fichier non compatible"),
+                           Boutons::Ok, Icone::Exclamation);
+        return;
+    }
+    QString erreur;
+    if (!s_.fichiers->Ecrit(nom, RTB1->TexteCrLf(), erreur))
+        s_.boites->Message(this, QStringLiteral("Mirel"), erreur, Boutons::Ok, Icone::Critique);
+    NomCourant = nom;
+    FichierCourant = nom;
+    EcritCaption();
+    SetModifie(false);
+}
+
+void Form1::Exporte(const QString& extension) {
+    if (e.ExecutionEnCours) return;
+    const QString base = FichierCourant.isEmpty() ? DossierFichier + QStringLiteral("Mirel")
+                                                  : FichierCourant.left(FichierCourant.lastIndexOf(u'.'));
+    const QString filtre = extension.toUpper() + QStringLiteral(" (*.") + extension + u')';
+    const QString nom =
+        s_.boites->FichierEnregistrer(this, base + u'.' + extension, filtre, extension);
+    if (nom.isEmpty()) return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    OptionsRendu o;
+    const ResultatRendu r = RendProgramme(RTB1->TexteCrLf(), FichierCourant, nom, o, regl);
+    QApplication::restoreOverrideCursor();
+    if (r.statut == 2)
+        s_.boites->Message(this, QStringLiteral("Mirel"), r.erreur, Boutons::Ok, Icone::Critique);
+}
+
+void Form1::Mnu_Quitter_Click() { close(); }
+
+// --- keys
+
+bool Form1::ToucheFenetre(QKeyEvent* ev) {
+    const int k = ev->key();
+    const Qt::KeyboardModifiers m =
+        ev->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    switch (k) {
+    case Qt::Key_F4:
+        if (m == Qt::NoModifier) {
+            Visualiser();
+            return true;
+        }
+        if (m == Qt::AltModifier) {
+            Mnu_Quitter_Click();
+            return true;
+        }
+        return false;
+    case Qt::Key_F6:
+    case Qt::Key_F12:
+        Positionner(m);
+        return true;
+    case Qt::Key_F7:
+        if (m & Qt::ControlModifier) ZoomDepartRun();
+        else Mnu_Zoom_Click();
+        return true;
+    case Qt::Key_F8:
+        if (m & Qt::ControlModifier) RefCurOrigine();
+        else Mnu_RefCurseur_Click();
+        return true;
+    case Qt::Key_F9:
+        if (Mnu_Dessin->isEnabled()) Mnu_Dessin->trigger();
+        return true;
+    case Qt::Key_Escape:
+        e.ArretDemande = true;
+        return false;
+    case Qt::Key_S:
+        if (m == (Qt::ControlModifier | Qt::ShiftModifier)) {
+            Mnu_Enregistrer_Click();
+            return true;
+        }
+        return false;
+    case Qt::Key_P:
+        if (m == (Qt::ControlModifier | Qt::ShiftModifier)) {
+            if (Mnu_ImprimerZoom->isEnabled()) Mnu_ImprimerZoom->trigger();
+            return true;
+        }
+        return false;
+    default:
+        return false;
+    }
+}
+
+void Form1::keyPressEvent(QKeyEvent* ev) {
+    if (!ToucheFenetre(ev)) QMainWindow::keyPressEvent(ev);
+}
+
+bool Form1::eventFilter(QObject* objet, QEvent* ev) {
+    // During a run the window is disabled: its input goes nowhere, but Esc
+    // asks for the stop (Part 1.1, ArretDemande).
+    if (filtreExecution_ && objet->isWidgetType() && static_cast<QWidget*>(objet)->window() == this) {
+        switch (ev->type()) {
+        case QEvent::KeyPress:
+            if (static_cast<QKeyEvent*>(ev)->key() == Qt::Key_Escape) e.ArretDemande = true;
+            return true;
+        case QEvent::KeyRelease:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::Shortcut:
+        case QEvent::ShortcutOverride:
+        case QEvent::ContextMenu:
+            return true;
+        default:
+            break;
+        }
+    }
+    if (objet == zone && ev->type() == QEvent::Resize) {
+        if (!isMinimized()) Dispose();
+        return false;
+    }
+    if (objet == Text3 && ev->type() == QEvent::MouseButtonDblClick) {
+        BasculeAngleA();
+        return true;
+    }
+    if ((objet == RTB1 || objet == pane) && ev->type() == QEvent::KeyPress)
+        return ToucheFenetre(static_cast<QKeyEvent*>(ev));
+    return QMainWindow::eventFilter(objet, ev);
+}
+
+// --- shutdown
+
+void Form1::closeEvent(QCloseEvent* ev) {
+    if (e.ExecutionEnCours) {
+        e.ArretDemande = true;
+        fermetureDemandee_ = true;
+        ev->ignore();
+        return;
+    }
+    if (Demarre) {
+        if (!RTB1->document()->isEmpty() && Modifie()) {
+            const Reponse r = s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(118),
+                                                 Boutons::OuiNonAnnuler, Icone::Question);
+            if (r == Reponse::Annuler) {
+                ev->ignore();
+                return;
+            }
+            if (r == Reponse::Oui) Mnu_EnregistrerS_Click();
+        }
+        s_.config->EcritConfig(QStringLiteral("FichierDat ="), FichierCourant);
+        s_.config->EcritConfig(QStringLiteral("DoubleClic ="),
+                               Mnu_DblClick->isChecked() ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
+        form2->hide();
+        QDir::setCurrent(DossierDepart);
+    }
+    const QString dessin = regl.DossierTravail + QStringLiteral("$Dessin_tmp.txt");
+    if (QFileInfo::exists(dessin)) QFile::remove(dessin);
+    ev->accept();
+}
+
+// Merge notes (see the report of issue 9):
+// - ServiceConfig: Debut() calls Lit() (Part 4.5 steps 1 to 7), EcritConfig() for
+//   "Zmm =", "TailleCarCode =", "FichierDat =", "DoubleClic =" and the four
+//   language keys, LanguesValidees() after Form3.
+// - FichierService: LitFic (start-up, Open, New), Ecrit (Save, Save as),
+//   Modele (New), NomRefuse (Open), ZoomDepart (LitFic).

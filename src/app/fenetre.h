@@ -1,0 +1,182 @@
+// `Form1`, the main window and the run cycle (Part 4.1).
+//
+// The drawing pane fills the client area; the editor `RTB1` stands over its
+// right side, the status fields `Text1` to `Text4` left of the editor's bottom
+// edge. Every run redraws from the editor's text (`Visualiser`, Part 1.1) into
+// an image of the pane (see pane.h).
+#pragma once
+
+#include "app/boites.h"
+#include "app/services.h"
+#include "language/etat.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+class Editeur;
+class Form2;
+class HoteFenetre;
+class Pane;
+class QAction;
+class QLabel;
+class QMenu;
+
+// What the window is built on: the services of Parts 4.2 and 4.5, the boxes,
+// the printer lookup and the two folders. Null services get the stand-ins of
+// services.h; null boxes the real widgets.
+struct ServicesFenetre {
+    ServiceConfig* config = nullptr;
+    FichierService* fichiers = nullptr;
+    Boites* boites = nullptr;
+    // The printer's device name (start-up step 1); empty when none is configured.
+    std::function<QString()> nomImprimante;
+    QString dossierProgramme; // default: the executable's folder
+    QString dossierTravail;   // default: the current folder
+};
+
+// The mouse read-out of Part 4.1 (Algorithms, steps 2 to 5).
+struct LectureSouris {
+    double dx = 0, dy = 0;    // the point about R, turned by minus RefCurRad
+    double rayon = 0;         // T
+    double angle = 0;         // degrees
+};
+LectureSouris CalculeLecture(double x, double y, double rx, double ry, double refCurRad);
+// One number of Text2 by the zoom: "###0", "##0.0", "##0.00".
+QString FormatZoom(double v, float zoomE);
+QString TexteText2(double dx, double dy, float zoomE);
+QString TexteText3(double angle, double rayon, bool angleA);
+// The formats "##0.#°" and "##0.#" of the double click on Text3.
+QString FormatDiese(double v);
+
+class Form1 : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit Form1(ServicesFenetre s = {});
+    ~Form1() override;
+
+    // Start-up, stages 1 to 12 of Part 4.1. `ligneCommande` is the command line
+    // after the program's name. False when the program must stop.
+    bool Demarrer(const QString& ligneCommande);
+
+    // --- application state of Part 4.1
+    QString NomCourant, FichierCourant, DossierDepart, DossierFichier;
+    bool Demarre = false;
+    float RatioCode = 3.3f;
+    double RefCurX = 0, RefCurY = 0;    // Surface units
+    float RefCurAngle = 0, RefCurRad = 0;
+    double SourisX = 0, SourisY = 0;
+    double AltX = 0, AltY = 0;
+    bool AngleA = false;
+    LectureSouris DerniereLecture;
+    QString Version;
+    QString NomImprimante;
+    bool ImprimantePdf = false;      // no printer configured: Qt's PDF printer stands in
+    bool DessinOuvert = false;       // FrmDessin is open (Part 4.7; `Mnu_Dessin` disabled)
+    int UndoSlot = 1, UndoNb = 1, RedoNb = 0; // Part 4.9's counters, shown in Text4
+    int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
+    ValeursConfig Config;
+
+    Reglages regl;
+    Etat e;
+
+    // --- widgets
+    Editeur* RTB1 = nullptr;
+    Pane* pane = nullptr;
+    QLabel* Text1 = nullptr;
+    QLabel* Text2 = nullptr;
+    QLabel* Text3 = nullptr;
+    QLabel* Text4 = nullptr;
+    Form2* form2 = nullptr;
+    QWidget* zone = nullptr;
+
+    // --- menus (control names of Part 4.1)
+    QMenu *Mnu_Fichier, *Mnu_Edition, *Mnu_Options, *Mnu_Help;
+    QAction *Mnu_Ouvrir, *Mnu_Nouveau, *Mnu_OuvrirMeter, *Mnu_EnregistrerS, *Mnu_Enregistrer,
+        *Mnu_Imprimante, *Mnu_Imprimer, *Mnu_ImprimerZoom, *Mnu_ImprimerCode, *Mnu_ExportPdf,
+        *Mnu_ExportSvg, *Mnu_ExportPng, *Mnu_Quitter;
+    QAction *Mnu_Couper, *Mnu_Copier, *Mnu_Coller, *Mnu_Supprimer, *Mnu_Selectionner,
+        *Mnu_Defaire, *Mnu_Refaire, *Mnu_Rechercher;
+    QAction *Mnu_Masque, *Mnu_Dessin, *Mnu_Visualiser, *Mnu_Zoom, *Mnu_RefCurseur;
+    QAction *Mnu_DblClick, *Mnu_Code, *Mnu_AgrandirCode, *Mnu_IniCode, *Mnu_TaillCar,
+        *Mnu_CentreCurseur, *Mnu_Patchs, *Mnu_Langue, *Mnu_Setup, *Mnu_Couleur, *Mnu_Polices,
+        *Mnu_Liste_Fic;
+    QAction *Mnu_Aide25, *Mnu_Aide, *Mnu_AideMot, *Mnu_ResumeSyntaxes, *Mnu_MAJ_Aide,
+        *Mnu_AProposDe, *Mnu_Non_Doc;
+
+    // --- operations of Part 4.1
+    void Visualiser();              // F4: the run driver of Part 1.1
+    void RelanceSansZoom();         // the run of the zoom dialog: zoom kept
+    void Positionner(Qt::KeyboardModifiers mods);
+    void AfficheMenus();
+    void EcritCaption();
+    void Dispose();                 // "Size of the window": the editor and the fields
+    void Lecture(QPointF pixel, Qt::MouseButtons boutons, Qt::KeyboardModifiers mods);
+    void Clic(QPointF pixel, Qt::MouseButton bouton, Qt::KeyboardModifiers mods);
+    void DoubleClic(QPointF pixel, Qt::KeyboardModifiers mods);
+    void InsereCoordonnees();
+    void BasculeAngleA();           // double click on Text3
+    void BulleSyntaxe();            // Alt-F2
+    bool AppliqueRefCur(const QString& champ); // Form5's OK
+    void RefCurOrigine();           // Ctrl-F8
+    void ZoomDepartRun();           // Ctrl-F7
+    void LitFic(const QString& texte); // the editor half of LitFic (Part 4.2)
+    QString TexteCaption() const;
+    // The Surface point under a pane pixel (the last run's mapping).
+    QPointF VersSurface(QPointF pixel) const;
+    QPointF VersPixel(double x, double y) const;
+    // The editor's width in Surface units when it stands beside the drawing.
+    double LargeurEditeurUnites() const;
+    bool Modifie() const;
+    void SetModifie(bool m);
+    bool EnExecution() const { return e.ExecutionEnCours; }
+
+public slots:
+    void Mnu_Ouvrir_Click();
+    void Mnu_Nouveau_Click();
+    void Mnu_EnregistrerS_Click();
+    void Mnu_Enregistrer_Click();
+    void Mnu_Quitter_Click();
+    void Mnu_Zoom_Click();
+    void Mnu_RefCurseur_Click();
+    void Mnu_Code_Click();
+    void Mnu_AgrandirCode_Click();
+    void Mnu_IniCode_Click();
+    void Mnu_TaillCar_Click();
+    void Mnu_CentreCurseur_Click();
+    void Mnu_Couleur_Click();
+    void Mnu_Langue_Click();
+    void Mnu_AProposDe_Click();
+    void Exporte(const QString& extension);
+
+protected:
+    bool eventFilter(QObject* objet, QEvent* ev) override;
+    void closeEvent(QCloseEvent* ev) override;
+    void keyPressEvent(QKeyEvent* ev) override;
+
+private:
+    friend class HoteFenetre;
+    void Debut(const QString& ligneCommande);
+    void ConstruitMenus();
+    void AppliqueLangues();
+    void TailleCarCode(double taille);
+    bool ToucheFenetre(QKeyEvent* ev); // true when swallowed
+    void DebutRun();
+    void FinRun();
+    void Occupe(bool oui);
+    bool DemandeSauvegarde();       // string 118; false on Cancel
+    void Reglee(QLabel* l, const QColor& fond, const QColor& texte);
+    void MajText4();
+    QString Chaine(int n) const;    // messages' language
+    QString ChaineMenu(int n) const; // menus' language
+
+    ServicesFenetre s_;
+    std::unique_ptr<ServiceConfig> configPropre_;
+    std::unique_ptr<FichierService> fichiersPropres_;
+    std::unique_ptr<Boites> boitesPropres_;
+    std::unique_ptr<HoteFenetre> hote_;
+    bool fermetureDemandee_ = false;
+    bool filtreExecution_ = false;
+};

@@ -1,0 +1,72 @@
+#include "app/hote_fenetre.h"
+
+#include "app/boites.h"
+#include "app/editeur.h"
+#include "app/fenetre.h"
+#include "app/pane.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QProcess>
+
+Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons boutons) {
+    return f_.s_.boites->Message(&f_, titre, texte, boutons, Icone::Aucune);
+}
+
+std::optional<QString> HoteFenetre::Saisie(const QString& titre, const QString& invite,
+                                           const QString& defaut) {
+    return f_.s_.boites->Saisie(&f_, titre, invite, defaut);
+}
+
+QString HoteFenetre::TexteEditeur() const { return f_.RTB1->TexteCrLf(); }
+
+void HoteFenetre::RemplaceTexteEditeur(int debut, int longueur, const QString& texte) {
+    Editeur* ed = f_.RTB1;
+    const int d0 = ed->VersDocument(debut);
+    const int d1 = ed->VersDocument(debut + longueur);
+    ed->Remplace(d0, d1 - d0, texte);
+}
+
+int HoteFenetre::MarqueErreur(int debut, int longueur) {
+    Editeur* ed = f_.RTB1;
+    const int d0 = ed->VersDocument(debut);
+    const int d1 = ed->VersDocument(debut + longueur);
+    ed->MarqueRouge(d0, d1 - d0);
+    return ed->LigneDe(d0) + 1;
+}
+
+int HoteFenetre::LigneDe(int position) const {
+    const Editeur* ed = f_.RTB1;
+    return ed->LigneDe(ed->VersDocument(position)) + 1;
+}
+
+void HoteFenetre::ColoreLigneA(int position) {
+    Editeur* ed = f_.RTB1;
+    ed->ColoreLigneNo(ed->LigneDe(ed->VersDocument(position)));
+}
+
+QString HoteFenetre::PressePapier() const { return QGuiApplication::clipboard()->text(); }
+
+void HoteFenetre::EcritPressePapier(const QString& texte) { QGuiApplication::clipboard()->setText(texte); }
+
+void HoteFenetre::PompeEvenements() {
+    // The points of Part 1.1 may come thousands of times a second in a loop;
+    // the window is served every 15 ms at most, which keeps Esc immediate.
+    if (montre_.isValid() && montre_.elapsed() < 15) return;
+    montre_.restart();
+    f_.pane->update();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+void HoteFenetre::DebutExecution() { f_.DebutRun(); }
+
+void HoteFenetre::FinExecution() { f_.FinRun(); }
+
+bool HoteFenetre::Lance(const QString& commande, bool attendre) {
+    QStringList args = QProcess::splitCommand(commande);
+    if (args.isEmpty()) return false;
+    const QString prog = args.takeFirst();
+    if (attendre) return QProcess::execute(prog, args) >= 0;
+    return QProcess::startDetached(prog, args);
+}
