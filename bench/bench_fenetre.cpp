@@ -49,7 +49,7 @@ struct Muettes : BoitesQt {
 
 struct Fenetre {
     ConfigMemoire config;
-    FichiersSimples fichiers;
+    FichiersDisque fichiers;
     Muettes boites;
     Form1 f;
     explicit Fenetre(const QString& texte) : f(Services()) {

@@ -106,7 +106,7 @@ public:
 struct Banc {
     QTemporaryDir programme, travail;
     ConfigMemoire config;
-    FichiersSimples fichiers;
+    FichiersDisque fichiers;
     BoitesTest boites;
     QString imprimante = QStringLiteral("Imprimante de test");
     std::unique_ptr<Form1> f;

@@ -442,7 +442,7 @@ TEST(Config, Form3OkTakesTemplateFromConfigFolderWhenProgramFolderUnusable) {
 // --- Version, help
 
 TEST(Config, VersionText) {
-    EXPECT_EQ(TexteVersion(2, 6, 0), "2.06 ");
+    EXPECT_EQ(TexteVersion(2, 6, 0), "2.06");
     EXPECT_EQ(TexteVersion(2, 6, 1), "2.06a ");
     EXPECT_EQ(TexteVersion(1, 12, 3), "1.12c ");
     EXPECT_EQ(TexteVersionProgramme(), TexteVersion(QStringLiteral(MIREL_VERSION).section('.', 0, 0).toInt(),

@@ -2,6 +2,7 @@
 // 1.1, 1.2 and 1.3 that need an included file).
 #include "app/core/dmk.h"
 #include "app/core/encodage.h"
+#include "app/core/externes.h"
 #include "app/core/inclusion.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
@@ -495,21 +496,21 @@ TEST(Inclusion, ExternalCommandListIsSortedDeduplicatedAndLimited) {
     Reglages r;
     r.DossierProgramme = d.P() + "prog/";
     r.DossierTravail = d.P() + "trav/";
-    ListeCommandesExternes(r);
+    ChargeCommandesExternes(r);
     // "MCE_A" sorts before "MCE_a": the working folder's wins.
     EXPECT_EQ(r.CommandesExternes, QStringList({"MCE_A", "MCE_b", "MCE_c"}));
     EXPECT_EQ(r.FichiersExternes[0], d.P() + "trav/MCE_A.dmk");
     // The same folder twice is listed once.
     Reglages m;
     m.DossierProgramme = m.DossierTravail = d.P() + "prog/";
-    ListeCommandesExternes(m);
+    ChargeCommandesExternes(m);
     EXPECT_EQ(m.CommandesExternes, QStringList({"MCE_a", "MCE_b"}));
     // At most 60.
     Dossier g;
     for (int i = 0; i < 70; ++i) g.EcritDmk(QStringLiteral("c%1.dmk").arg(i, 2, 10, QLatin1Char('0')), "' x\n");
     Reglages n;
     n.DossierProgramme = g.P();
-    ListeCommandesExternes(n);
+    ChargeCommandesExternes(n);
     EXPECT_EQ(n.CommandesExternes.size(), 60);
 }
 
@@ -517,7 +518,7 @@ TEST(Inclusion, ExternalCommandIsCalledByItsName) {
     Dossier d;
     d.EcritDmk("MCE_Vis.dmk", "%d = 3\n%IRE$-1r = %d\n%IRE$-1x = %FicX\n%IRE$-1f = %File\n");
     auto s = Prepare(d, "mce_vis = 10, 20, 4\n");
-    ListeCommandesExternes(s->regl);
+    ChargeCommandesExternes(s->regl);
     ASSERT_EQ(s->regl.CommandesExternes, QStringList({"MCE_Vis"}));
     s->Execute();
     EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
@@ -531,7 +532,7 @@ TEST(Inclusion, ExternalCommandWithQuestionMarkCopiesItsComments) {
     Dossier d;
     d.EcritDmk("MCE_Vis.dmk", "' Vis\n%d = 3\n'# Fin\nCT = 0, 0\n");
     auto s = Prepare(d, "MCE_Vis = ?\n");
-    ListeCommandesExternes(s->regl);
+    ChargeCommandesExternes(s->regl);
     s->Execute();
     EXPECT_EQ(s->hote.TexteEditeur(), Programme("MCE_Vis = ?\n' Commentaires du fichier commande\n' externe " +
                                                 d.P() + "MCE_Vis.dmk\n' Vis\n' %d = 3\n"));
@@ -581,7 +582,7 @@ TEST(Inclusion, DescriptionOfAnExternalCommandFromItsCodedFile) {
     d.EcritDmk("MCE_X.dmk", "'# Fin\n'$FCroix;x;y\n'$$\nCT = 0, 0\n");
     Reglages r;
     r.DossierProgramme = d.P();
-    ListeCommandesExternes(r);
+    ChargeCommandesExternes(r);
     EXPECT_EQ(DescriptionCommandeExterne(r, 1, 2, 2).value_or("?"), "Croix;x;y");
     EXPECT_FALSE(DescriptionCommandeExterne(r, 2, 1, 1).has_value());
 }

@@ -1,5 +1,7 @@
 #include "app/fenetre.h"
 
+#include "app/core/fichiers.h"
+
 #include "app/core/externes.h"
 #include "app/core/rendu.h"
 #include "app/dialogues.h"
@@ -57,11 +59,6 @@ QString UnTab(QString t) {
 QString Dossier(const QString& chemin) {
     QString d = QFileInfo(chemin).absolutePath();
     if (!d.endsWith(u'/')) d += u'/';
-    return d;
-}
-
-QString AvecBarre(QString d) {
-    if (!d.isEmpty() && !d.endsWith(u'/')) d += u'/';
     return d;
 }
 
@@ -128,7 +125,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
         s_.config = configPropre_.get();
     }
     if (!s_.fichiers) {
-        fichiersPropres_ = std::make_unique<FichiersSimples>();
+        fichiersPropres_ = std::make_unique<FichiersDisque>();
         s_.fichiers = fichiersPropres_.get();
     }
     if (!s_.boites) {
@@ -977,10 +974,8 @@ void Form1::Mnu_Enregistrer_Click() {
     // Two dots or more in the name: what follows the last one goes.
     const QString fichier = QFileInfo(nom).fileName();
     if (fichier.count(u'.') >= 2) nom.truncate(nom.lastIndexOf(u'.'));
-    if (nom.toUpper().endsWith(QLatin1String(".JPG#"))) {
-        // The coded export of Part 4.2 belongs to the .dmk service.
-        s_.boites->Message(this, QStringLiteral("Mirel"), QStringLiteral("Fichier non compatible"),
-                           Boutons::Ok, Icone::Exclamation);
+    if (EstExportCode(nom)) {
+        ExporteCode(nom);
         return;
     }
     QString erreur;
@@ -990,6 +985,29 @@ void Form1::Mnu_Enregistrer_Click() {
     FichierCourant = nom;
     EcritCaption();
     SetModifie(false);
+}
+
+// The coded export of Part 4.2 (".JPG#"), through the service of fichiers.h.
+void Form1::ExporteCode(const QString& nom) {
+    struct Pont : FenetreFichiers {
+        Form1& f;
+        explicit Pont(Form1& fenetre) : f(fenetre) {}
+        Reponse Message(const QString& texte, Boutons b) override {
+            return f.s_.boites->Message(&f, QStringLiteral("Mirel"), texte, b, Icone::Exclamation);
+        }
+        QString DialogueOuvrir(const QString&, const QString&) override { return {}; }
+        QString DialogueEnregistrer(const QString&, const QString&, const QString&) override { return {}; }
+        QString TexteEditeur() const override { return f.RTB1->TexteCrLf(); }
+        void ChargeTexte(const TexteLu&) override {}
+        void VideEditeur() override {}
+        void EcritLegende(const QString& nomCourant) override {
+            f.NomCourant = nomCourant;
+            f.EcritCaption();
+        }
+    } pont(*this);
+    EtatFichiers etat;
+    etat.NomCourant = NomCourant;
+    ExportCode(etat, pont, nom);
 }
 
 void Form1::Exporte(const QString& extension) {
@@ -1129,10 +1147,3 @@ void Form1::closeEvent(QCloseEvent* ev) {
     if (QFileInfo::exists(dessin)) QFile::remove(dessin);
     ev->accept();
 }
-
-// Merge notes (see the report of issue 9):
-// - ServiceConfig: Debut() calls Lit() (Part 4.5 steps 1 to 7), EcritConfig() for
-//   "Zmm =", "TailleCarCode =", "FichierDat =", "DoubleClic =" and the four
-//   language keys, LanguesValidees() after Form3.
-// - FichierService: LitFic (start-up, Open, New), Ecrit (Save, Save as),
-//   Modele (New), NomRefuse (Open), ZoomDepart (LitFic).

@@ -138,6 +138,7 @@ public slots:
     void Mnu_Nouveau_Click();
     void Mnu_EnregistrerS_Click();
     void Mnu_Enregistrer_Click();
+    void ExporteCode(const QString& nom);
     void Mnu_Quitter_Click();
     void Mnu_Zoom_Click();
     void Mnu_RefCurseur_Click();

@@ -1,6 +1,6 @@
 #include "app/services.h"
 
-#include "app/core/session.h"
+#include "app/core/fichiers.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 #include "language/vb.h"
@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 #include <QStringList>
 
 using namespace vb;
@@ -23,17 +22,6 @@ int DecalageDeLangue(const QString& nom) {
 }
 
 QString NomDeLangue(int decalage) { return LoadResString(5 + decalage); }
-
-QString TexteVersion(int majeur, int mineur, int revision) {
-    QString t = QString::number(majeur) + u'.' + QStringLiteral("%1").arg(mineur, 2, 10, QChar(u'0'));
-    if (revision > 0 && revision <= 26) t += QChar(u'a' + revision - 1) + QStringLiteral(" ");
-    return t;
-}
-
-QString TexteVersionProgramme() {
-    const QStringList p = QStringLiteral(MIREL_VERSION).split(u'.');
-    return TexteVersion(p.value(0).toInt(), p.value(1).toInt(), p.value(2).toInt());
-}
 
 // --- ConfigMemoire
 
@@ -70,60 +58,62 @@ void ConfigMemoire::EcritConfig(const QString& cle, const QString& valeur) {
         QStringLiteral("'Fichier de configuration du Programme Mirel V") + TexteVersionProgramme();
 }
 
-// --- FichiersSimples
+// --- ConfigFichier
 
-bool FichiersSimples::LitFic(const QString& chemin, QString& texte, QString& erreur) {
-    return LitTexteFichier(chemin, texte, erreur);
+ValeursConfig ConfigFichier::Lit(Reglages& r) {
+    lieu_ = LocaliseConfig(AvecBarre(r.DossierProgramme), AvecBarre(r.DossierTravail), DossierXdgMirel());
+    config_ = ChargeConfig(lieu_, TexteVersionProgramme());
+    AppliqueEmplacement(lieu_, r);
+    ValeursConfig v;
+    v.PremiereLigne = config_.PremiereLigne;
+    v.Langue = config_.Langue;
+    v.LangueMenu = config_.LangueMenu;
+    v.LangueAide = config_.LangueAide;
+    v.LangueMasq = config_.LangueMasq;
+    v.FichierDat = config_.FichierDat;
+    v.DoubleClic = config_.DoubleClic ? QStringLiteral("Oui") : QStringLiteral("Non");
+    v.Zmm = config_.Zmm;
+    if (config_.TailleCarCode) v.TailleCarCode = *config_.TailleCarCode;
+    v.Patchs = config_.Patchs;
+    return v;
 }
 
-bool FichiersSimples::Ecrit(const QString& chemin, const QString& texte, QString& erreur) {
-    QSaveFile f(chemin);
-    if (!f.open(QIODevice::WriteOnly)) {
-        erreur = f.errorString();
-        return false;
-    }
-    f.write(texte.toUtf8());
-    if (!f.commit()) {
-        erreur = f.errorString();
-        return false;
-    }
+void ConfigFichier::EcritConfig(const QString& cle, const QString& valeur) {
+    ::EcritConfig(lieu_, cle, valeur, TexteVersionProgramme());
+}
+
+void ConfigFichier::LanguesValidees(const Reglages& r) {
+    // The keys are written already; what remains of Form3's OK is the
+    // template copy, which ValideLangues does with the choices of the file.
+    const TableChaines& t = TableChaines::Standard();
+    config_ = ChargeConfig(lieu_, TexteVersionProgramme());
+    ChoixLangues choix = LanguesDeConfig(config_, t);
+    ValideLangues(choix, lieu_, config_, t, TexteVersionProgramme());
+    (void)r;
+}
+
+// --- FichiersDisque
+
+bool FichiersDisque::LitFic(const QString& chemin, QString& texte, QString& erreur) {
+    const std::optional<TexteLu> lu = ::LitFic(chemin, &erreur);
+    if (!lu) return false;
+    texte = lu->Texte;
+    encodages_.insert(QFileInfo(chemin).absoluteFilePath(), lu->Enc);
     return true;
 }
 
-QString FichiersSimples::Modele(const Reglages& r, const QString& code) {
-    const QStringList essais = {
-        r.DossierTravail + QStringLiteral("Mirel.daN"),
-        r.DossierCfg + QStringLiteral("Mirel_") + code + QStringLiteral(".DaN"),
-        r.DossierProgramme + QStringLiteral("Mirel_") + code + QStringLiteral(".DaN"),
-    };
-    for (const QString& f : essais)
-        if (!f.isEmpty() && QFileInfo(f).isFile()) return f;
-    return QString();
+bool FichiersDisque::Ecrit(const QString& chemin, const QString& texte, QString& erreur) {
+    // Saved back in the encoding it was read in; a new file in UTF-8.
+    Encodage enc = encodages_.value(QFileInfo(chemin).absoluteFilePath(), Encodage::Utf8);
+    const bool ok = EcritTexteCommande(chemin, texte, enc, &erreur);
+    if (ok) encodages_.insert(QFileInfo(chemin).absoluteFilePath(), enc);
+    return ok;
 }
 
-bool FichiersSimples::NomRefuse(const QString& chemin) {
-    const QString n = chemin.toUpper();
-    return Right(n, 4) == QLatin1String(".DAT") && Mid(n, Len(n) - 11, 7) == QLatin1String("UNINS00");
+QString FichiersDisque::Modele(const Reglages& r, const QString& code) {
+    return CheminModele(r.DossierTravail, r.DossierCfg, r.DossierProgramme, code);
 }
 
-float FichiersSimples::ZoomDepart(const QString& texte) {
-    const QString haut = texte.toUpper();
-    int p = InStr(haut, QStringLiteral("ZOOMINI"));
-    while (p > 0) {
-        const int debut = InStrRev(texte, CrLf(), p) + (InStrRev(texte, CrLf(), p) > 0 ? 2 : 1);
-        int fin = InStr(p, texte, CrLf());
-        if (fin == 0) fin = Len(texte) + 1;
-        const QString ligne = LTrim(Mid(texte, debut, fin - debut).remove(u'\t'));
-        if (!ligne.startsWith(u'\'')) {
-            const int egal = InStr(ligne, QStringLiteral("="));
-            const QString v = Trim(Mid(ligne, egal > 0 ? egal + 1 : 8));
-            bool ok = false;
-            float z = v.toFloat(&ok);
-            if (!ok) z = float(QLocale::c().toDouble(v.section(u' ', 0, 0), &ok));
-            if (!ok || z == 0) z = 1;
-            return z;
-        }
-        p = InStr(p + 1, haut, QStringLiteral("ZOOMINI"));
-    }
-    return 1.0f;
-}
+bool FichiersDisque::NomRefuse(const QString& chemin) { return EstDesinstalleur(chemin); }
+
+float FichiersDisque::ZoomDepart(const QString& texte) { return ZoomIniDe(texte); }

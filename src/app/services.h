@@ -1,13 +1,15 @@
 // The services the window needs from Parts 4.5 (configuration) and 4.2
 // (command files), behind small interfaces of the window's own.
 //
-// The real services live in src/app/core/config.*, fichiers.*, dmk.* (another
-// issue). Until they are merged, `ConfigMemoire` and `FichiersSimples` stand in
-// for them: the first keeps the keys in memory, the second reads with
-// `LitTexteFichier` and writes UTF-8 through QSaveFile. See docs/code.md and
-// the merge notes at the end of fenetre.cpp.
+// `ConfigFichier` and `FichiersDisque` are the real ones, over the services of
+// src/app/core/config.* and fichiers.*. `ConfigMemoire` keeps the keys in
+// memory, for the tests and the benchmarks.
 #pragma once
 
+#include "app/core/config.h"
+#include "app/core/encodage.h"
+
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -68,15 +70,31 @@ public:
     QStringList Ecritures;
 };
 
-// Minimal file I/O: UTF-8 or Windows-1252 in, UTF-8 out, templates looked up
-// in the three places of Part 4.2.
-class FichiersSimples : public FichierService {
+// "Mirel.cfg" on disk (Part 4.5): located, created when missing, read and
+// rewritten key by key.
+class ConfigFichier : public ServiceConfig {
+public:
+    ValeursConfig Lit(Reglages& r) override;
+    void EcritConfig(const QString& cle, const QString& valeur) override;
+    void LanguesValidees(const Reglages& r) override;
+
+private:
+    EmplacementConfig lieu_;
+    Config config_;
+};
+
+// Command files (Part 4.2): `LitFic` (UTF-8 or Windows-1252), saved back in
+// the encoding they were read in through a temporary file, templates.
+class FichiersDisque : public FichierService {
 public:
     bool LitFic(const QString& chemin, QString& texte, QString& erreur) override;
     bool Ecrit(const QString& chemin, const QString& texte, QString& erreur) override;
     QString Modele(const Reglages& r, const QString& code) override;
     bool NomRefuse(const QString& chemin) override;
     float ZoomDepart(const QString& texte) override;
+
+private:
+    QHash<QString, Encodage> encodages_; // of each file read, for its save
 };
 
 // The name of a language section (entry 5) to its offset 0, 400, 800, 1200;
@@ -84,7 +102,3 @@ public:
 int DecalageDeLangue(const QString& nom);
 // Entry 5 of the section of an offset.
 QString NomDeLangue(int decalage);
-// The version text of Part 4.1: "2.06a " from 2, 6, 1; "0.01" from 0, 1, 0.
-QString TexteVersion(int majeur, int mineur, int revision);
-// The program's version text, from MIREL_VERSION.
-QString TexteVersionProgramme();

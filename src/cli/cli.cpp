@@ -3,6 +3,7 @@
 
 #include "app/core/dump.h"
 #include "app/core/fichiers.h"
+#include "app/core/externes.h"
 #include "app/core/inclusion.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
@@ -145,7 +146,7 @@ Reglages ReglagesDe(const Arguments& a) {
     r.DossierProgramme = barre(QCoreApplication::applicationDirPath());
     r.DossierTravail = barre(QDir::currentPath());
     r.DossierFichier = DossierDe(QFileInfo(a.fichier).absoluteFilePath());
-    ListeCommandesExternes(r);
+    ChargeCommandesExternes(r);
     return r;
 }
 
@@ -194,7 +195,13 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Mirel"));
-    Form1 f;
+    // The real settings and command files of Parts 4.5 and 4.2.
+    ConfigFichier config;
+    FichiersDisque fichiers;
+    ServicesFenetre services;
+    services.config = &config;
+    services.fichiers = &fichiers;
+    Form1 f(services);
     if (!f.Demarrer(reste.join(u' '))) return 1;
     int statut = 0;
     if (!capture.isEmpty()) {

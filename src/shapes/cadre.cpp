@@ -1,5 +1,6 @@
 // Part 3.2: frames.
 #include "shapes/cadre.h"
+#include "shapes/texte.h"
 
 #include "drawing/repere.h"
 #include "drawing/sect.h"
@@ -220,13 +221,6 @@ void AjoutePoint(Etat& e, int index, double x, double y, double cx, double cy, d
     c.PointsPixel[index] = QPoint(int(p.x()), int(p.y()));
 }
 
-void MarquePage(Etat& e) {
-    Surface* s = e.Surf;
-    if (!s || !s->EstImprimante() || e.Txt.PageMarquee) return;
-    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, s->ForeColor);
-    e.Txt.PageMarquee = true;
-}
-
 void Cadre(Etat& e, const QString& mot) {
     const QString l = e.LigneCourante;
     const bool arrondi = mot.startsWith(QLatin1String("CADREA"));
@@ -299,7 +293,7 @@ void Cadre(Etat& e, const QString& mot) {
     if (s && couleur != -1) {
         // Fill first.
         if (plein) {
-            MarquePage(e);
+            MarquePage(e, e.Surf->ForeColor);
             if (couleur2) {
                 const auto c1 = Composantes(couleur), c2 = Composantes(*couleur2);
                 const float dr = c2[0] - c1[0], dg = c2[1] - c1[1], db = c2[2] - c1[2];

@@ -21,6 +21,3 @@ void Cadre(Etat& e, const QString& mot);
 void AjoutePoint(Etat& e, int index, double x, double y, double cx, double cy, double angle,
                  double rotation);
 
-// The page mark of Part 3.3, set on the printer before the first direct device
-// call of a page: a `PSet` off the sheet, once per page (`PageMarquee`).
-void MarquePage(Etat& e);

@@ -1,6 +1,7 @@
 // Part 3.1: circles, ellipses, arcs and sectors, plain or filled, with the
 // linear and conic gradients; and the dashed arc `ArcPointille`.
 #include "shapes/cercle.h"
+#include "shapes/texte.h"
 
 #include "drawing/repere.h"
 #include "drawing/styles.h"
@@ -117,14 +118,6 @@ void Joint(Etat& e, const QVector<QPointF>& pts, int couleur, bool inverse) {
     }
 }
 
-// The page mark of Part 3.3, before the first direct device call on a
-// printer page.
-void MarquePage(Etat& e) {
-    Surface* s = e.Surf;
-    if (!s->EstImprimante() || e.Txt.PageMarquee) return;
-    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, s->ForeColor);
-    e.Txt.PageMarquee = true;
-}
 
 // A Surface point in device pixels (Part 2.1), rounded to whole pixels.
 QPointF Pixel(const Etat& e, QPointF p) {
@@ -185,7 +178,7 @@ void Simple(Etat& e, const Commande& c, bool remplir) {
         Joint(e, pts, c.couleur, c.inverse);
         return;
     }
-    MarquePage(e);
+    MarquePage(e, e.Surf->ForeColor);
     s->FillStyle = 0;
     s->ForeColor = c.couleur;
     s->FillColor = c.couleur;
@@ -392,11 +385,11 @@ void Dessine(Etat& e, const Commande& c) {
     if (c.couleur == -1) return; // N: nothing drawn, the cursor still moves
     const bool degrade = c.remplie && c.couleur2 && *c.couleur2 != -1;
     if (c.remplie && c.conique && c.couleur2) {
-        MarquePage(e);
+        MarquePage(e, e.Surf->ForeColor);
         s->FillStyle = 0;
         GradientConique(e, c);
     } else if (degrade) {
-        MarquePage(e);
+        MarquePage(e, e.Surf->ForeColor);
         s->FillStyle = 0;
         GradientLineaire(e, c);
     } else {

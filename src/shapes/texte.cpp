@@ -214,7 +214,7 @@ void LigneVerticale(Etat& e, const QString& ligne, const QString& format, double
         if (s.EstImprimante()) {
             CoordDevice(e, x, y, xd, yd);
             if (!t.PageMarquee) {
-                MarquePage(e);
+                MarquePage(e, e.Txt.CouleurTexte);
                 s.CurrentX = x;
                 s.CurrentY = y;
             }
@@ -293,10 +293,10 @@ void CoordDevice(Etat& e, double x, double y, double& xd, double& yd) {
     yd = (hauteur - y) * r.FacteurY / r.MmParPointI;
 }
 
-void MarquePage(Etat& e) {
+void MarquePage(Etat& e, int couleur) {
     Surface* s = e.Surf;
-    if (!s) return;
-    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, e.Txt.CouleurTexte);
+    if (!s || !s->EstImprimante() || e.Txt.PageMarquee) return;
+    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
     e.Txt.PageMarquee = true;
 }
 
@@ -348,7 +348,7 @@ void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
     double xd = t.X, yd = t.Y;
     if (s->EstImprimante()) {
         CoordDevice(e, t.X, t.Y, xd, yd);
-        if (!t.PageMarquee) MarquePage(e);
+        if (!t.PageMarquee) MarquePage(e, e.Txt.CouleurTexte);
     }
     // 8.
     EcritRot(e, xd, yd, angle + rot, texte);

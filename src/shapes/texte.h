@@ -26,8 +26,9 @@ void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
 
 // Device coordinates of a Surface point on the printer (Part 3.3).
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd);
-// The page mark: a PSet off the sheet in the text colour, once per page.
-void MarquePage(Etat& e);
+// The page mark: on the printer, a PSet off the sheet, once per page, before
+// the first direct device call (text, and the polygons of the shapes).
+void MarquePage(Etat& e, int couleur);
 
 // `ExprTexte`: the "#expression#" pieces of a text, left to right.
 void ExprTexte(Etat& e, QString& texte);

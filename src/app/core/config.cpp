@@ -20,8 +20,9 @@ using namespace vb;
 
 QString TexteVersion(int majeur, int mineur, int revision) {
     QString t = QString::number(majeur) + u'.' + QStringLiteral("%1").arg(mineur, 2, 10, QChar(u'0'));
-    if (revision > 0 && revision <= 26) t += QChar(char16_t(u'a' + revision - 1));
-    return t + u' ';
+    // The revision letter is followed by a blank; without one, nothing follows.
+    if (revision > 0 && revision <= 26) t += QChar(char16_t(u'a' + revision - 1)) + QStringLiteral(" ");
+    return t;
 }
 
 QString TexteVersionProgramme() {

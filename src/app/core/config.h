@@ -26,7 +26,7 @@ struct Reglages;
 // --- Version text and header
 
 // Part 4.1: major, ".", minor as two digits and, when the revision is not 0,
-// the letter of that rank (1 gives "a"), followed by a blank: "2.06a ".
+// the letter of that rank (1 gives "a") followed by a blank: "2.06a ", "2.06".
 QString TexteVersion(int majeur, int mineur, int revision);
 // The version text of this program (from the build's MIREL_VERSION).
 QString TexteVersionProgramme();

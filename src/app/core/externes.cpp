@@ -1,5 +1,6 @@
 #include "app/core/externes.h"
 
+#include "app/core/config.h"
 #include "language/etat.h"
 
 #include <QDir>
@@ -9,10 +10,6 @@ namespace {
 
 constexpr int MaxCommandesExternes = 60;
 
-QString AvecBarre(const QString& d) {
-    if (d.isEmpty() || d.endsWith(u'/')) return d;
-    return d + u'/';
-}
 
 void Ajoute(QList<CommandeExterne>& liste, const QString& dossier) {
     if (dossier.isEmpty()) return;
@@ -21,7 +18,7 @@ void Ajoute(QList<CommandeExterne>& liste, const QString& dossier) {
         d.entryList({QStringLiteral("*.dmk")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
     for (const QString& f : fichiers) {
         if (liste.size() >= MaxCommandesExternes) return;
-        liste.append({QFileInfo(f).completeBaseName(), AvecBarre(dossier)});
+        liste.append({QFileInfo(f).completeBaseName(), AvecBarre(dossier), d.filePath(f)});
     }
 }
 
@@ -54,6 +51,6 @@ void ChargeCommandesExternes(Reglages& r) {
     r.FichiersExternes.clear();
     for (const CommandeExterne& c : ListeCommandesExternes(r.DossierProgramme, r.DossierTravail)) {
         r.CommandesExternes << c.nom;
-        r.FichiersExternes << c.dossier + c.nom + QStringLiteral(".dmk");
+        r.FichiersExternes << c.fichier;
     }
 }

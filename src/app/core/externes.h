@@ -9,6 +9,7 @@ struct Reglages;
 struct CommandeExterne {
     QString nom;     // file name without extension, as found
     QString dossier; // its folder, ending in "/"
+    QString fichier; // the file as found (its extension may be ".DMK")
 };
 
 // All `*.dmk` of the program folder, then of the working folder when it

@@ -410,46 +410,6 @@ void CmdDmkCode(Etat& e) {
         e.Host->ColoreLigneA(p + 1);
 }
 
-// --- External commands
-
-void ListeCommandesExternes(Reglages& r) {
-    struct Entree {
-        QString nom, chemin;
-    };
-    QVector<Entree> liste;
-    auto ajoute = [&](const QString& dossier) {
-        if (dossier.isEmpty()) return;
-        const QDir d(dossier);
-        // Name filters of QDir ignore case: "*.dmk" takes ".DMK" as well.
-        const QStringList fichiers =
-            d.entryList({QStringLiteral("*.dmk")}, QDir::Files | QDir::Readable, QDir::Name);
-        for (const QString& f : fichiers) {
-            if (liste.size() >= MaxCommandesExternes) return;
-            liste.append({f.left(f.size() - 4), d.filePath(f)});
-        }
-    };
-    ajoute(r.DossierProgramme);
-    const QString prog = QDir(r.DossierProgramme).canonicalPath();
-    const QString travail = QDir(r.DossierTravail).canonicalPath();
-    if (!r.DossierTravail.isEmpty() && (r.DossierProgramme.isEmpty() || prog != travail))
-        ajoute(r.DossierTravail);
-    // The straight exchange sort of the original, names compared exactly.
-    for (int i = 0; i + 1 < liste.size(); ++i)
-        for (int j = i + 1; j < liste.size(); ++j)
-            if (QString::compare(liste[j].nom, liste[i].nom, Qt::CaseSensitive) < 0)
-                std::swap(liste[i], liste[j]);
-    r.CommandesExternes.clear();
-    r.FichiersExternes.clear();
-    QStringList vus;
-    for (const Entree& x : liste) {
-        const QString haut = x.nom.toUpper();
-        if (vus.contains(haut)) continue; // the first occurrence wins
-        vus << haut;
-        r.CommandesExternes << x.nom;
-        r.FichiersExternes << x.chemin;
-    }
-}
-
 // --- File lookup and reading
 
 QString DossierCourant(const Etat& e) {

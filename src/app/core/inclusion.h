@@ -50,13 +50,8 @@ constexpr int MaxCommandesExternes = 60;
 
 // --- External commands (Part 4.1 step 8)
 
-// Lists the external commands: every `*.dmk` (extension in any case) of
-// `DossierProgramme`, then, when the working folder differs, of
-// `DossierTravail`; at most 60; sorted ascending by name (the straight
-// exchange sort of the original, names compared exactly); later duplicates
-// removed, names compared in upper case. Fills `CommandesExternes` (names
-// without extension) and `FichiersExternes` (full paths), same order.
-void ListeCommandesExternes(Reglages& r);
+// The list of external commands is built by `ChargeCommandesExternes`
+// (src/app/core/externes.h).
 
 // --- File lookup and reading
 
