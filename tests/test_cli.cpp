@@ -86,7 +86,10 @@ TEST(Cli, DumpOfAFailingProgramExitsWith1AndRecordsTheBox) {
     const QJsonObject o = QJsonDocument::fromJson(s.out).object();
     const QJsonObject m = o["messages"].toArray()[0].toObject();
     EXPECT_EQ(m["buttons"].toString(), QStringLiteral("ok"));
-    EXPECT_TRUE(m["text"].toString().contains(QStringLiteral("Inconnu = 1")));
+    EXPECT_EQ(m["text"].toString(), QStringLiteral("Command error in line: 1: Inconnu = 1\r\n"));
+    const Sortie de = Mirel({"dump", f, "--lang", "de"});
+    EXPECT_TRUE(QJsonDocument::fromJson(de.out).object()["messages"].toArray()[0].toObject()["text"]
+                    .toString().startsWith(QStringLiteral("Befehlsfehler in Zeile: 1: ")));
 }
 
 TEST(Cli, DumpPrinterAndZoomOptions) {
