@@ -409,3 +409,33 @@ TEST(Val, SurLImprimante) {
     EXPECT_TRUE(Messages(*s).isEmpty());
     EXPECT_EQ(Contenus(*s), QStringList({"0", "20", "40", "60", "80", "100"}));
 }
+
+// The straight limit of an arc: the anchor is the projected tip of a tick.
+TEST(Val, LimiteDroiteDecal10000) {
+    auto s = Lance("Decal = 10000\nArc = 60, 120, 50\nVal = 2, 0, 10, 8");
+    const auto t = Textes(*s);
+    ASSERT_EQ(t.size(), 3);
+    const double sy = 58 * std::sin(60 * K);
+    ExpectPoint(AncreCentree(*s, t[1]), QPointF(0, sy));
+    ExpectPoint(AncreCentree(*s, t[0]), QPointF(sy * std::tan(PI / 2 - (PI - 60 * K)), sy));
+}
+
+// The distance's angle on straight scales, stored negated: on a Droite the
+// anchor is (X + Dist sin(-g), R + Dist cos(-g)), on a DroiteV
+// (R + Dist cos(-g), Y + Dist sin(-g)), g = AngDist; ValR's text on a Droite
+// turns by AngRel + 90 + AngDist, on a DroiteV by AngRel + 90 - AngDist.
+TEST(Val, AngleDeDistanceSurDroites) {
+    auto d = Lance("Droite = -50, 50\nValR = , 1, 0, 10, 10§30");
+    const auto t = Textes(*d);
+    ASSERT_EQ(t.size(), 2);
+    EXPECT_EQ(d->etat.Val.AngDist, -30);
+    EXPECT_NEAR(t[0].angle, 60, 1e-4);
+    ExpectPoint(AncreCentree(*d, t[0]), QPointF(-50 + 10 * std::sin(30 * K), 10 * std::cos(30 * K)));
+    auto v = Lance("DroiteV = -50, 50\nValR = , 1, 0, 10, 10§30");
+    const auto u = Textes(*v);
+    EXPECT_NEAR(u[0].angle, 120, 1e-4);
+    ExpectPoint(AncreCentree(*v, u[0]), QPointF(10 * std::cos(30 * K), -50 + 10 * std::sin(30 * K)));
+    // On an arc the distance's angle has no part.
+    auto a = Lance("Arc = 0, 180, 50\nVal = 1, 0, 10, 8§30");
+    ExpectPoint(AncreCentree(*a, Textes(*a)[0]), Aiguille(0.000001, 58));
+}
