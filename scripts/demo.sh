@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j"$(nproc)" --target mirel
 mkdir -p out
-exemple="${1:-examples/origines.dat}"
+exemple="${1:-examples/voltmetre.dat}"
 ./build/mirel render "$exemple" -o out/demo.pdf
 ./build/mirel render "$exemple" -o out/demo.png --dpi 150
 echo "Drawn: out/demo.pdf and out/demo.png from $exemple"

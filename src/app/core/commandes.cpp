@@ -10,6 +10,7 @@
 #include "drawing/repere.h"
 #include "drawing/sect.h"
 #include "drawing/styles.h"
+#include "drawing/val.h"
 #include "language/es.h"
 #include "language/flux.h"
 #include "language/para.h"
@@ -82,13 +83,13 @@ const Commande Table[] = {
     {"GRAD", CmdGrad},
     {"GRAD1", CmdGrad1},
 
-    {"VAL", nullptr},
-    {"VALR", nullptr},
-    {"VALD", nullptr},
-    {"VAL1", nullptr},
-    {"VAL1R", nullptr},
+    {"VAL", CmdVal},
+    {"VALR", CmdValR},
+    {"VALD", CmdValD},
+    {"VAL1", CmdVal1},
+    {"VAL1R", CmdVal1R},
 
-    {"VAL1D", nullptr},
+    {"VAL1D", CmdVal1D},
 
     {"POLY", nullptr},
     {"POLYP", nullptr},
