@@ -108,11 +108,7 @@ void Pointe(Etat& e, bool pleine) {
     const QPointF b1(pointe.x() - L * std::cos(a1), pointe.y() - L * std::sin(a1));
     const QPointF b2(pointe.x() - L * std::cos(a2), pointe.y() - L * std::sin(a2));
     if (L != 0 && pleine && couleur != -1) {
-        const double m = s->EstImprimante() ? rp.MmParPointI : rp.MmParPixelE;
-        auto pixel = [&](QPointF q) {
-            return QPointF(std::nearbyint(rp.FacteurX * q.x() / m),
-                           std::nearbyint(rp.FacteurY * (s->ScaleTop - q.y()) / m));
-        };
+        auto pixel = [&](QPointF q) { return PixelDevice(e, q.x(), q.y()); };
         s->ForeColor = couleur;
         s->FillColor = couleur;
         s->FillStyle = 0;

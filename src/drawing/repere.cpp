@@ -205,6 +205,19 @@ void LitRotation(Etat& e, const QString& texte, double& x, double& y) {
 double VersSurfaceX(const Etat& e, double x) { return x + e.Repere.OrigineX + e.Repere.CTx; }
 double VersSurfaceY(const Etat& e, double y) { return y + e.Repere.OrigineY + e.Repere.CTy; }
 
+float MmParPointCible(const Etat& e) {
+    return EstImprimante(e) ? e.Repere.MmParPointI : e.Repere.MmParPixelE;
+}
+
+QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi) {
+    const EtatRepere& r = e.Repere;
+    const double m = MmParPointCible(e);
+    const double H = e.Surf ? e.Surf->ScaleTop : 0;
+    const QPointF p(r.FacteurX * x / m, r.FacteurY * (H - y) / m);
+    if (!arrondi) return p;
+    return {std::nearbyint(p.x()), std::nearbyint(p.y())};
+}
+
 void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotation, int couleur) {
     EtatRepere& rp = e.Repere;
     EtatStyles& st = e.Styles;
@@ -246,7 +259,7 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
             s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
             rp.StyloInitialise = true;
         }
-        const double m = s->EstImprimante() ? rp.MmParPointI : rp.MmParPixelE;
+        const double m = MmParPointCible(e);
         const double dx = x2 - x1, dy = y2 - y1, L = std::hypot(dx, dy);
         rp.DemiLargeurX = L > 0 ? 0.5 * largeur * m * dy / (L * rp.FacteurX) : 0;
         rp.DemiLargeurY = L > 0 ? 0.5 * largeur * m * dx / (L * rp.FacteurY) : 0;
@@ -277,15 +290,9 @@ void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur) {
         return;
     }
     // 3. Square ends: a filled polygon in device pixels, and a thin line.
-    const EtatRepere& r = e.Repere;
-    const double hx = r.DemiLargeurX, hy = r.DemiLargeurY;
-    const double m = s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    const double H = s->ScaleTop;
-    auto pixel = [&](double x, double y) {
-        return QPointF(std::nearbyint(r.FacteurX * x / m), std::nearbyint(r.FacteurY * (H - y) / m));
-    };
-    const QVector<QPointF> coins = {pixel(x1 + hx, y1 - hy), pixel(x1 - hx, y1 + hy),
-                                    pixel(x2 - hx, y2 + hy), pixel(x2 + hx, y2 - hy)};
+    const double hx = e.Repere.DemiLargeurX, hy = e.Repere.DemiLargeurY;
+    const QVector<QPointF> coins = {PixelDevice(e, x1 + hx, y1 - hy), PixelDevice(e, x1 - hx, y1 + hy),
+                                    PixelDevice(e, x2 - hx, y2 + hy), PixelDevice(e, x2 + hx, y2 - hy)};
     s->ForeColor = couleur;
     s->FillColor = couleur;
     s->FillStyle = 0;

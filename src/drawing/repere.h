@@ -2,6 +2,7 @@
 // commands.
 #pragma once
 
+#include <QPointF>
 #include <QString>
 
 struct Etat;
@@ -30,6 +31,15 @@ void MajPointCourant(Etat& e, double angle);
 // Surface point of a user point: the origin and the temporary centre added.
 double VersSurfaceX(const Etat& e, double x);
 double VersSurfaceY(const Etat& e, double y);
+// m, the millimetres of one device pixel of the target: `MmParPointI` on the
+// printer, `MmParPixelE` on screen.
+float MmParPointCible(const Etat& e);
+// A `Surface` point in device pixels, as the fills through `hDC` take them
+// (Algorithms, step 3: px = FacteurX x / m, py = FacteurY (H - y) / m, rounded
+// to whole pixels). The one conversion of `Segment`, `Sect`, the marks, the
+// shapes' `PointsPixel` and the printer's text. With `arrondi` false, the exact
+// position before the rounding.
+QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi = true);
 
 // Commands.
 void CmdFormatI(Etat& e);

@@ -151,15 +151,5 @@ QVector<QPointF> ContourSect(Etat& e, double p1, bool brut1, double p2, bool bru
     return pts;
 }
 
-QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi) {
-    const EtatRepere& r = e.Repere;
-    const Surface* s = e.Surf;
-    const double m = s && s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    const double H = s ? s->ScaleTop : 0;
-    const QPointF p(r.FacteurX * x / m, r.FacteurY * (H - y) / m);
-    if (!arrondi) return p;
-    return {std::nearbyint(p.x()), std::nearbyint(p.y())};
-}
-
 void CmdSect(Etat& e) { Sect(e, false); }
 void CmdSectP(Etat& e) { Sect(e, true); }

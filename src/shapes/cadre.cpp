@@ -3,7 +3,6 @@
 #include "shapes/texte.h"
 
 #include "drawing/repere.h"
-#include "drawing/sect.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/etat.h"

@@ -119,21 +119,12 @@ void Joint(Etat& e, const QVector<QPointF>& pts, int couleur, bool inverse) {
 }
 
 
-// A Surface point in device pixels (Part 2.1), rounded to whole pixels.
-QPointF Pixel(const Etat& e, QPointF p) {
-    const EtatRepere& r = e.Repere;
-    const Surface* s = e.Surf;
-    const double m = s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    return QPointF(std::nearbyint(r.FacteurX * p.x() / m),
-                   std::nearbyint(r.FacteurY * (s->ScaleTop - p.y()) / m));
-}
-
 // `Polygon` through `PointsPixel`, with the colours and FillStyle in force.
 void Polygone(Etat& e, const QVector<QPointF>& pts) {
     if (pts.size() > MaxPointsPixel) throw ErreurExecution("Indice hors limites");
     QVector<QPointF>& px = e.Cercle.PointsPixel;
     px.clear();
-    for (const QPointF& p : pts) px.append(Pixel(e, p));
+    for (const QPointF& p : pts) px.append(PixelDevice(e, p.x(), p.y()));
     e.Surf->Polygon(px);
 }
 

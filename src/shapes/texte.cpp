@@ -287,10 +287,10 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte) {
 }
 
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd) {
-    const EtatRepere& r = e.Repere;
-    const double hauteur = e.Surf ? e.Surf->ScaleTop : 0;
-    xd = x * r.FacteurX / r.MmParPointI;
-    yd = (hauteur - y) * r.FacteurY / r.MmParPointI;
+    // The conversion of Part 2.1, unrounded: TextOutA takes whole pixels.
+    const QPointF d = PixelDevice(e, x, y, false);
+    xd = d.x();
+    yd = d.y();
 }
 
 void MarquePage(Etat& e, int couleur) {
