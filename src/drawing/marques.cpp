@@ -112,10 +112,7 @@ void Pointe(Etat& e, bool pleine) {
         s->ForeColor = couleur;
         s->FillColor = couleur;
         s->FillStyle = 0;
-        if (!rp.StyloInitialise) {
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
-            rp.StyloInitialise = true;
-        }
+        InitialiseStylo(e, couleur);
         s->Polygon({pixel(pointe), pixel(b1), pixel(b2)});
         s->FillStyle = 1;
     }

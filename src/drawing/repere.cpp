@@ -192,6 +192,27 @@ void Tourne(double rotation, double& x, double& y) {
     y = yn;
 }
 
+bool TourneAutourCentre(const Etat& e, double rotation, double& x, double& y) {
+    const double r = -rotation * DegRad;
+    if (r == 0) return false;
+    const double cx = e.Repere.OrigineX + e.Repere.CTx, cy = e.Repere.OrigineY + e.Repere.CTy;
+    const double dx = x - cx, dy = y - cy;
+    x = cx + dx * std::cos(r) + dy * std::sin(r);
+    y = cy - dx * std::sin(r) + dy * std::cos(r);
+    return true;
+}
+
+void PSetHorsPage(Etat& e, int couleur) {
+    Surface* s = e.Surf;
+    if (s) s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
+}
+
+void InitialiseStylo(Etat& e, int couleur) {
+    if (e.Repere.StyloInitialise) return;
+    PSetHorsPage(e, couleur);
+    e.Repere.StyloInitialise = true;
+}
+
 void LitRotation(Etat& e, const QString& texte, double& x, double& y) {
     EtatRepere& r = e.Repere;
     double angle = 0;
@@ -224,17 +245,8 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
     Surface* s = e.Surf;
     if (!s) return;
     // 1. Turn both ends about the frame's centre.
-    const double r = -rotation * DegRad;
-    if (r != 0) {
-        const double cx = rp.OrigineX + rp.CTx, cy = rp.OrigineY + rp.CTy;
-        auto tourne = [&](double& x, double& y) {
-            const double dx = x - cx, dy = y - cy;
-            x = cx + dx * std::cos(r) + dy * std::sin(r);
-            y = cy - dx * std::sin(r) + dy * std::cos(r);
-        };
-        tourne(x1, y1);
-        tourne(x2, y2);
-    }
+    TourneAutourCentre(e, rotation, x1, y1);
+    TourneAutourCentre(e, rotation, x2, y2);
     // A point handed to the line primitive is a 32-bit float.
     x1 = float(x1); y1 = float(y1); x2 = float(x2); y2 = float(y2);
     const bool tirets = st.TiretL1 > 0;
@@ -255,10 +267,7 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
     const int largeur = s->DrawWidth;
     if (st.BoutCarre) {
         s->DrawWidth = 1;
-        if (!rp.StyloInitialise) {
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
-            rp.StyloInitialise = true;
-        }
+        InitialiseStylo(e, couleur);
         const double m = MmParPointCible(e);
         const double dx = x2 - x1, dy = y2 - y1, L = std::hypot(dx, dy);
         rp.DemiLargeurX = L > 0 ? 0.5 * largeur * m * dy / (L * rp.FacteurX) : 0;
@@ -318,16 +327,13 @@ void DessinePlus(Etat& e, double x, double y, double s, double a, int couleur, d
 void MajPointCourant(Etat& e, double angle) {
     EtatRepere& r = e.Repere;
     if (!e.Surf) return;
-    const double X = e.Surf->CurrentX - r.OrigineX - r.CTx;
-    const double Y = e.Surf->CurrentY - r.OrigineY - r.CTy;
-    if (angle == 0) {
-        r.PointX = float(X);
-        r.PointY = float(Y);
-        return;
-    }
-    const double a = -angle * DegRad;
-    r.PointX = float(X * std::cos(a) + Y * std::sin(a));
-    r.PointY = float(-X * std::sin(a) + Y * std::cos(a));
+    double X = e.Surf->CurrentX - r.OrigineX - r.CTx;
+    double Y = e.Surf->CurrentY - r.OrigineY - r.CTy;
+    // Back to the unturned frame of the command: the turn of LitRotation by
+    // the opposite angle.
+    Tourne(-angle, X, Y);
+    r.PointX = float(X);
+    r.PointY = float(Y);
 }
 
 void ErreurOrdre(Etat& e) {

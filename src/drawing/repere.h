@@ -23,6 +23,17 @@ void EchelleImprimante(Etat& e);
 void LitRotation(Etat& e, const QString& texte, double& x, double& y);
 // The same turn by a rotation in degrees as stored (negated), about 0,0.
 void Tourne(double rotation, double& x, double& y);
+// The turn of `TraitRot` step 1: a `Surface` point turned by `rotation`
+// (degrees, counter-clockwise) about the frame's centre (OrigineX + CTx,
+// OrigineY + CTy). Also the scale's `Rot` (Parts 2.4, 2.6) and the text's
+// rotation (Part 3.3). False, and the point untouched, when the angle is 0.
+bool TourneAutourCentre(const Etat& e, double rotation, double& x, double& y);
+// The off-page `PSet` of a colour at (ScaleLeft - 1000, ScaleTop + 1000): it
+// readies the target's pen before a direct device call (Parts 2.1, 2.6, 3.3).
+void PSetHorsPage(Etat& e, int couleur);
+// Once per run, before the first square-ended line or filled mark: the
+// off-page `PSet` (Algorithms, `TraitRot` step 3; Part 2.7).
+void InitialiseStylo(Etat& e, int couleur);
 // The only way to stroke a line (Surface units, rotation in degrees).
 void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotation, int couleur);
 void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur);

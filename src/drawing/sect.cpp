@@ -58,11 +58,9 @@ QPointF PointDroitDistance(const Etat& e, FormeEchelle f, double v, double d) {
 // A Surface point turned by the scale's rotation about the frame's 0,0, as
 // TraitRot turns the ends of a line.
 QPointF TourneEchelle(const Etat& e, QPointF p) {
-    const double r = -e.Ech.Rot * DegRad;
-    if (r == 0) return p;
-    const double cx = e.Repere.OrigineX + e.Repere.CTx, cy = e.Repere.OrigineY + e.Repere.CTy;
-    const double dx = p.x() - cx, dy = p.y() - cy;
-    return {cx + dx * std::cos(r) + dy * std::sin(r), cy - dx * std::sin(r) + dy * std::cos(r)};
+    double x = p.x(), y = p.y();
+    TourneAutourCentre(e, e.Ech.Rot, x, y);
+    return {x, y};
 }
 
 void Sect(Etat& e, bool plein) {
@@ -101,7 +99,7 @@ void Sect(Etat& e, bool plein) {
             s->FillStyle = 0;
             s->ForeColor = couleur;
             s->FillColor = couleur;
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
+            PSetHorsPage(e, couleur);
             s->Polygon(pixels);
             s->FillStyle = 1;
         }

@@ -296,7 +296,7 @@ void CoordDevice(Etat& e, double x, double y, double& xd, double& yd) {
 void MarquePage(Etat& e, int couleur) {
     Surface* s = e.Surf;
     if (!s || !s->EstImprimante() || e.Txt.PageMarquee) return;
-    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
+    PSetHorsPage(e, couleur);
     e.Txt.PageMarquee = true;
 }
 
@@ -311,13 +311,9 @@ void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
     // 2.
     s->SetTextAlign(24);
     MetriquesTexte(e);
-    // 3.
+    // 3. The turn of Part 2.1 about the frame's centre.
     const double r = -rot * DegRad;
-    if (r != 0) {
-        const double ox = e.Repere.OrigineX + e.Repere.CTx, oy = e.Repere.OrigineY + e.Repere.CTy;
-        const double dx = t.X - ox, dy = t.Y - oy;
-        t.X = ox + dx * std::cos(r) + dy * std::sin(r);
-        t.Y = oy - dx * std::sin(r) + dy * std::cos(r);
+    if (TourneAutourCentre(e, rot, t.X, t.Y)) {
         s->CurrentX = t.X;
         s->CurrentY = t.Y;
     }
