@@ -11,6 +11,7 @@
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/interprete.h"
 #include "language/nombre.h"
@@ -38,8 +39,9 @@ using namespace vb;
 
 namespace {
 
-constexpr float DegRad = 0.017453293f;
-constexpr double Pi = 3.14159265358979;
+constexpr float DegRad = float(Litteraux::DegRad);
+static_assert(DegRad == 0.017453293f);
+constexpr double Pi = Litteraux::Pi;
 
 // Half away from zero, as the original's Format.
 QString Fixe(double v, int decimales) {

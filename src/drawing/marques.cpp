@@ -4,6 +4,7 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -18,7 +19,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the program's pi/180
+constexpr double DegRad = Litteraux::DegRad;
 
 // The mark's point: ParaCoord against (PointX, PointY), LitRotation, the
 // frame's offsets added. In Surface units.

@@ -5,6 +5,7 @@
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/commandes.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -21,7 +22,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the program's pi/180 (Overview, Conventions)
+constexpr double DegRad = Litteraux::DegRad;
 
 bool EstImprimante(const Etat& e) { return e.Surf && e.Surf->EstImprimante(); }
 

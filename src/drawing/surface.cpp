@@ -1,4 +1,5 @@
 #include "drawing/surface.h"
+#include "language/constantes.h"
 
 #include <QFontMetricsF>
 
@@ -185,7 +186,7 @@ void Surface::TextOut(double x, double y, double angle, const QString& texte, bo
     QPointF p = VersPixel(x, y);
     if (haut) {
         const MetriquesPolice m = Metriques();
-        const double a = angle * 0.017453293;
+        const double a = angle * Litteraux::DegRad;
         // Down the text's normal (pixel y grows downward) by the ascent.
         p += QPointF(m.Ascent * std::sin(a), m.Ascent * std::cos(a));
     }
@@ -261,7 +262,7 @@ void Surface::EcritTexteDevice(QPointF p, const QString& texte) {
         // text's normal (device y grows downward).
         double k = 1;
         const double asc = MesureEtalon(f, k).ascent() * k;
-        const double a = angle * 0.017453293;
+        const double a = angle * Litteraux::DegRad;
         p += QPointF(asc * std::sin(a), asc * std::cos(a));
     }
     OpSurface op;

@@ -6,6 +6,7 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/etat.h"
 #include "language/para.h"
 #include "language/vb.h"
@@ -18,8 +19,8 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293;
-constexpr double Pi = 3.14159265358979;
+constexpr double DegRad = Litteraux::DegRad;
+constexpr double Pi = Litteraux::Pi;
 
 double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
 

@@ -8,6 +8,7 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -23,10 +24,10 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293;           // the program's pi/180
+constexpr double DegRad = Litteraux::DegRad;
 constexpr double DegRadEllipse = 0.0174532925;   // the one of AngleEllipse
-constexpr double TourComplet = 6.283185;         // a full turn, as the program has it
-constexpr double Pi = 3.14159265358979;
+constexpr double TourComplet = Litteraux::TourComplet;
+constexpr double Pi = Litteraux::Pi;
 constexpr int MaxPointsPixel = 1000;             // size of `PointsPixel`
 
 // The ellipse of a command: centre in Surface units, semi-axes, and its turn

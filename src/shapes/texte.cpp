@@ -5,6 +5,7 @@
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -23,7 +24,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the degree to radian factor of this Part
+constexpr double DegRad = Litteraux::DegRad;
 constexpr double DegRad64 = 0.0174532925; // the same, as TexteC writes it
 
 bool Contient(const QString& t, char c) { return t.contains(QLatin1Char(c)); }
