@@ -110,11 +110,8 @@ void Pointe(Etat& e, bool pleine) {
     const QPointF b2(pointe.x() - L * std::cos(a2), pointe.y() - L * std::sin(a2));
     if (L != 0 && pleine && couleur != -1) {
         auto pixel = [&](QPointF q) { return PixelDevice(e, q.x(), q.y()); };
-        s->ForeColor = couleur;
-        s->FillColor = couleur;
-        s->FillStyle = 0;
         InitialiseStylo(e, couleur);
-        s->Polygon({pixel(pointe), pixel(b1), pixel(b2)});
+        PolygoneRempli(e, {pixel(pointe), pixel(b1), pixel(b2)}, couleur);
         s->FillStyle = 1;
     }
     if (L != 0) {

@@ -203,6 +203,15 @@ bool TourneAutourCentre(const Etat& e, double rotation, double& x, double& y) {
     return true;
 }
 
+void PolygoneRempli(Etat& e, const QVector<QPointF>& pixels, int couleur) {
+    Surface* s = e.Surf;
+    if (!s) return;
+    s->ForeColor = couleur;
+    s->FillColor = couleur;
+    s->FillStyle = 0;
+    s->Polygon(pixels);
+}
+
 void PSetHorsPage(Etat& e, int couleur) {
     Surface* s = e.Surf;
     if (s) s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
@@ -303,10 +312,7 @@ void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur) {
     const double hx = e.Repere.DemiLargeurX, hy = e.Repere.DemiLargeurY;
     const QVector<QPointF> coins = {PixelDevice(e, x1 + hx, y1 - hy), PixelDevice(e, x1 - hx, y1 + hy),
                                     PixelDevice(e, x2 - hx, y2 + hy), PixelDevice(e, x2 + hx, y2 - hy)};
-    s->ForeColor = couleur;
-    s->FillColor = couleur;
-    s->FillStyle = 0;
-    s->Polygon(coins);
+    PolygoneRempli(e, coins, couleur);
     s->Line(x1, y1, x2, y2, couleur);
     s->CurrentX = x2;
     s->CurrentY = y2;

@@ -4,6 +4,7 @@
 
 #include <QPointF>
 #include <QString>
+#include <QVector>
 
 struct Etat;
 class Surface;
@@ -28,6 +29,11 @@ void Tourne(double rotation, double& x, double& y);
 // OrigineY + CTy). Also the scale's `Rot` (Parts 2.4, 2.6) and the text's
 // rotation (Part 3.3). False, and the point untouched, when the angle is 0.
 bool TourneAutourCentre(const Etat& e, double rotation, double& x, double& y);
+// A polygon in device pixels filled in one colour through `hDC`: ForeColor
+// and FillColor := couleur, FillStyle := 0, so that it has no outline of
+// another colour (`Segment` step 3; the fills of Parts 2.6, 2.7, 3.1, 3.2).
+// FillStyle stays 0: the caller sets it back.
+void PolygoneRempli(Etat& e, const QVector<QPointF>& pixels, int couleur);
 // The off-page `PSet` of a colour at (ScaleLeft - 1000, ScaleTop + 1000): it
 // readies the target's pen before a direct device call (Parts 2.1, 2.6, 3.3).
 void PSetHorsPage(Etat& e, int couleur);

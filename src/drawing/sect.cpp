@@ -96,11 +96,8 @@ void Sect(Etat& e, bool plein) {
                 const QPointF t = TourneEchelle(e, p);
                 pixels.append(PixelDevice(e, t.x(), t.y()));
             }
-            s->FillStyle = 0;
-            s->ForeColor = couleur;
-            s->FillColor = couleur;
             PSetHorsPage(e, couleur);
-            s->Polygon(pixels);
+            PolygoneRempli(e, pixels, couleur);
             s->FillStyle = 1;
         }
     }

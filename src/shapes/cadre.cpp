@@ -176,7 +176,6 @@ private:
 // of their common edge, whose points are the same.
 void Polygone(Etat& e, const QVector<QPointF>& pts, double cx, double cy, double angle,
               double rotation, int couleur, std::optional<QPointF> centre = {}) {
-    Surface* s = e.Surf;
     QVector<QPointF> pixels;
     pixels.reserve(pts.size());
     auto versCentre = [](double v, double c) { return v > c ? std::floor(v) : std::ceil(v); };
@@ -190,10 +189,7 @@ void Polygone(Etat& e, const QVector<QPointF>& pts, double cx, double cy, double
         }
         pixels.append(QPointF(e.Cadre.PointsPixel[i]));
     }
-    s->ForeColor = couleur;
-    s->FillColor = couleur;
-    s->FillStyle = 0;
-    s->Polygon(pixels);
+    PolygoneRempli(e, pixels, couleur);
 }
 
 } // namespace

@@ -114,13 +114,13 @@ void Joint(Etat& e, const QVector<QPointF>& pts, int couleur, bool inverse) {
 }
 
 
-// `Polygon` through `PointsPixel`, with the colours and FillStyle in force.
-void Polygone(Etat& e, const QVector<QPointF>& pts) {
+// The outline through `PointsPixel` (at most 1000 points), filled in one colour.
+void Polygone(Etat& e, const QVector<QPointF>& pts, int couleur) {
     if (pts.size() > MaxPointsPixel) throw ErreurExecution("Indice hors limites");
     QVector<QPointF>& px = e.Cercle.PointsPixel;
     px.clear();
     for (const QPointF& p : pts) px.append(PixelDevice(e, p.x(), p.y()));
-    e.Surf->Polygon(px);
+    PolygoneRempli(e, px, couleur);
 }
 
 // What a command read (Reading and normalising).
@@ -155,10 +155,7 @@ void Simple(Etat& e, const Commande& c, bool remplir) {
         return;
     }
     MarquePage(e, e.Surf->ForeColor);
-    s->FillStyle = 0;
-    s->ForeColor = c.couleur;
-    s->FillColor = c.couleur;
-    Polygone(e, pts);
+    Polygone(e, pts, c.couleur);
     s->FillStyle = 1;
 }
 
@@ -276,13 +273,6 @@ QVector<QPointF> Tranche(const QVector<QPointF>& poly, double bas, double haut) 
     return r;
 }
 
-void Bande(Etat& e, const QVector<QPointF>& pts, const Teinte& t) {
-    Surface* s = e.Surf;
-    s->ForeColor = t.Valeur();
-    s->FillColor = t.Valeur();
-    Polygone(e, pts);
-}
-
 // Linear gradient: slices of equal height, top to bottom, in the ellipse's
 // own frame.
 void GradientLineaire(Etat& e, const Commande& c) {
@@ -298,7 +288,7 @@ void GradientLineaire(Etat& e, const Commande& c) {
         if (tr.size() < 3) return;
         pts.clear();
         for (const QPointF& p : tr) pts.append(Flottant(c.el.VersSurface(p)));
-        Bande(e, pts, t);
+        Polygone(e, pts, t.Valeur());
     };
     for (int k = 0; k < n; ++k) {
         double haut = k == 0 ? c.el.demiY : c.el.demiY - k * hauteur;
@@ -334,7 +324,7 @@ void GradientConique(Etat& e, const Commande& c) {
         for (double u = debut; u <= fin; u += h) pts.append(Flottant(c.el.Point(u)));
         if (getenv("DBG")) fprintf(stderr, "%a %a %a %a %a %a\n", debut, fin, h, pts[1].x(), c.el.Point(debut).x(), c.el.cosR);
         pts.append(Flottant(c.el.Point(fin)));
-        Bande(e, pts, t);
+        Polygone(e, pts, t.Valeur());
         debut = fin;
         t.Avance(pas);
     }
