@@ -21,15 +21,6 @@ namespace {
 
 constexpr double DegRad = Litteraux::DegRad;
 
-// The mark's point: ParaCoord against (PointX, PointY), LitRotation, the
-// frame's offsets added. In Surface units.
-QPointF LitPoint(Etat& e, const QString& l) {
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    return {VersSurfaceX(e, x), VersSurfaceY(e, y)};
-}
-
 // The common end: the command's style undone, the pen on the mark's point,
 // the current point updated, something drawn.
 void Termine(Etat& e, QPointF p) {
@@ -51,7 +42,7 @@ double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
 void Signe(Etat& e, bool croix) {
     if (!e.Surf) return;
     const QString l = e.LigneCourante;
-    const QPointF p = LitPoint(e, l);
+    const QPointF p = LitPointCommande(e, l);
     const double s = ParaVal0(e, l, 3);
     double k = 1;
     if (!croix) {
@@ -72,7 +63,7 @@ void Percage(Etat& e, bool enX) {
     Surface* s = e.Surf;
     if (!s) return;
     const QString l = e.LigneCourante;
-    const QPointF p = LitPoint(e, l);
+    const QPointF p = LitPointCommande(e, l);
     const double r = ParaVal0(e, l, 3) / 2;
     const int couleur = CouleurParametre(e, ParaN(e, l, 4));
     EpaisLocal(e, ParaN(e, l, 5));

@@ -236,6 +236,13 @@ void LitRotation(Etat& e, const QString& texte, double& x, double& y) {
 double VersSurfaceX(const Etat& e, double x) { return x + e.Repere.OrigineX + e.Repere.CTx; }
 double VersSurfaceY(const Etat& e, double y) { return y + e.Repere.OrigineY + e.Repere.CTy; }
 
+QPointF LitPointCommande(Etat& e, const QString& l) {
+    double x = 0, y = 0;
+    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
+    LitRotation(e, ParaN(e, l, 2), x, y);
+    return {VersSurfaceX(e, x), VersSurfaceY(e, y)};
+}
+
 float MmParPointCible(const Etat& e) {
     return EstImprimante(e) ? e.Repere.MmParPointI : e.Repere.MmParPixelE;
 }

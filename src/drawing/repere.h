@@ -45,6 +45,10 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
 void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur);
 void DessinePlus(Etat& e, double x, double y, double s, double a, int couleur, double k);
 void MajPointCourant(Etat& e, double angle);
+// The point of a command, parameters 1 and 2 of `l`: read with `ParaCoord`
+// against (PointX, PointY), turned by `LitRotation` (which keeps the command's
+// rotation), the origin and the temporary centre added. In Surface units.
+QPointF LitPointCommande(Etat& e, const QString& l);
 // Surface point of a user point: the origin and the temporary centre added.
 double VersSurfaceX(const Etat& e, double x);
 double VersSurfaceY(const Etat& e, double y);

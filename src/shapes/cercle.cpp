@@ -366,12 +366,10 @@ void Cercle(Etat& e, const QString& mot, const QString& l) {
     c.remplie = motH.startsWith(QLatin1String("CERCLEP"));
     c.inverse = motH.endsWith(u'I');
     // Centre: the coordinate pair of Part 2.1, turned, origins added.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
+    const QPointF centre = LitPointCommande(e, l);
     const double rotation = e.Repere.RotationCmd;
-    c.el.cx = VersSurfaceX(e, x);
-    c.el.cy = VersSurfaceY(e, y);
+    c.el.cx = centre.x();
+    c.el.cy = centre.y();
     // Radius and ellipse coefficient.
     c.rayon = float(ParaVal0(e, l, 3));
     if (c.rayon == 0) {

@@ -516,10 +516,8 @@ void CmdTexte(Etat& e) {
     // 1.
     PlusDeDepart(e);
     // 2.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, rp.PointX, rp.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    const double X0 = VersSurfaceX(e, x), Y0 = VersSurfaceY(e, y);
+    const QPointF p0 = LitPointCommande(e, l);
+    const double X0 = p0.x(), Y0 = p0.y();
     // 3.
     const int couleur = CouleurParametre(e, ParaN(e, l, 3));
     // 4.
@@ -599,10 +597,8 @@ void CmdTexteC(Etat& e) {
     // 1.
     PlusDeDepart(e);
     // 2.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, rp.PointX, rp.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    const double X0 = VersSurfaceX(e, x), Y0 = VersSurfaceY(e, y);
+    const QPointF p0 = LitPointCommande(e, l);
+    const double X0 = p0.x(), Y0 = p0.y();
     // 3.
     double R = ParaVal0(e, l, 3);
     double E = 1.0;
