@@ -470,12 +470,7 @@ void Form1::Debut(const QString& ligneCommande) {
         // Unset languages that the dialog left unset default to the first one.
         for (QString* l : {&Config.Langue, &Config.LangueMenu, &Config.LangueAide, &Config.LangueMasq})
             if (DecalageDeLangue(*l) < 0) *l = NomDeLangue(0);
-        s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
-        s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
-        s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
-        s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
-        AppliqueLangues();
-        s_.config->LanguesValidees(regl);
+        EnregistreLangues();
     }
     // 8.
     ChargeCommandesExternes(regl);
@@ -880,14 +875,18 @@ void Form1::Mnu_Langue_Click() {
     ValeursConfig v = Config;
     if (!s_.boites->Langues(this, v)) return;
     Config = v;
+    EnregistreLangues();
+    AfficheMenus();
+    EcritCaption();
+}
+
+void Form1::EnregistreLangues() {
     s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
     s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
     s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
     s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
     AppliqueLangues();
     s_.config->LanguesValidees(regl);
-    AfficheMenus();
-    EcritCaption();
 }
 
 void Form1::Mnu_AProposDe_Click() { AProposDe(this, regl.LangueMenus, Version); }
