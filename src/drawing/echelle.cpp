@@ -25,7 +25,6 @@ constexpr double DeuxPi = DeuxPiEchelle;
 
 double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
 
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
 
 // Into 0 to 6.283185 by adding or subtracting the full turn once.
 double DansUnTour(double a) {
@@ -124,7 +123,7 @@ void DroiteCommune(Etat& e, bool verticale) {
     // 3.
     s.R = ParaVal0(e, l, 3);
     const int couleur = CouleurParametre(e, ParaN(e, l, -4));
-    s.TraceEchelle = !EstN(ParaN(e, l, 4));
+    s.TraceEchelle = !EstCouleurN(ParaN(e, l, 4));
     // 4.
     if (s.TraceEchelle) {
         if (verticale)
@@ -276,7 +275,7 @@ void CmdArc(Etat& e) {
     s.RotRad = s.Rot * DegRad;
     s.R = s.Rg = ParaVal0(e, l, 3);
     const int couleur = CouleurParametre(e, ParaN(e, l, -4));
-    s.TraceEchelle = !EstN(ParaN(e, l, 4));
+    s.TraceEchelle = !EstCouleurN(ParaN(e, l, 4));
     // 2. A zero end can't make the two equal.
     if (a1 == 0) a1 = Signe(a2) * 0.000001;
     if (a2 == 0) a2 = Signe(a1) * 0.000001;
@@ -353,7 +352,7 @@ void CmdDecal(Etat& e) {
     EcritVarNum(e, e.NiveauCourant, QStringLiteral("%DECAL"), s.D);
     // 2. The cross colour.
     const QString reste = ParaN(e, l, -2);
-    if (EstN(ParaN(e, l, 2))) {
+    if (EstCouleurN(ParaN(e, l, 2))) {
         s.CouleurDecal.reset();
         return;
     }

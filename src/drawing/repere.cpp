@@ -55,8 +55,6 @@ bool AngleDonne(Etat& e, const QString& texte, double& angle) {
     return true;
 }
 
-// A colour parameter that may be "N" (no cross).
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
 
 QString FormatPointZeroDiese(double v) {
     // The original's Format(v, ".0#"): at least one decimal, at most two, no
@@ -107,7 +105,7 @@ void Centre(Etat& e, bool ecran, bool imprimante) {
     r.CTx = r.CTy = 0;
     r.CTxNonTourne = r.CTyNonTourne = 0;
     const QString p3 = ParaN(e, l, 3);
-    if (!EstN(p3)) {
+    if (!EstCouleurN(p3)) {
         DessinePlus(e, r.OrigineX, r.OrigineY, 1, 0, CouleurParametre(e, p3), 1);
         e.EtatOrdre |= 64;
     }
@@ -421,7 +419,7 @@ void CmdCT(Etat& e) {
         EcritVarNum(e, 1, QStringLiteral("%CTy"), r.CTy);
     }
     const QString p3 = ParaN(e, l, 3);
-    if (!Trim(l).isEmpty() && !EstN(p3)) {
+    if (!Trim(l).isEmpty() && !EstCouleurN(p3)) {
         DessinePlus(e, r.OrigineX + r.CTx, r.OrigineY + r.CTy, 1, 0, CouleurParametre(e, p3), 1);
         e.EtatOrdre |= 64;
     }

@@ -21,7 +21,6 @@ namespace {
 constexpr double DegRad = DegRadEchelle;
 constexpr double Pi = PiEchelle;
 
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
 
 // Direction of the deviation A (radians) on the circle of radius r about the
 // drawn centre: the formula of `PosEchelle` when r isn't 0, pi - A otherwise.
@@ -74,7 +73,7 @@ void Sect(Etat& e, bool plein) {
     const double d1 = ParaVal0(e, l, 3);
     const double d2 = ParaVal(e, l, 4).value_or(d1);
     const int couleur = CouleurParametre(e, ParaN(e, l, -5));
-    const bool trace = !EstN(ParaN(e, l, 5));
+    const bool trace = !EstCouleurN(ParaN(e, l, 5));
     // The form is settled before the command's own style is taken, so that a
     // scale without a form fails with the style untouched.
     FormeEchelleCourante(e);

@@ -118,6 +118,10 @@ int CouleurParametre(Etat& e, const QString& parametre) {
     return LitCouleur(e, parametre).value_or(e.Styles.CouleurDefaut);
 }
 
+bool EstCouleurN(const QString& parametre) {
+    return Trim(parametre).toUpper() == QLatin1String("N");
+}
+
 int LargeurTrait(Etat& e, double t, bool mm) {
     const EtatRepere& r = e.Repere;
     const bool imprimante = e.Surf && e.Surf->EstImprimante();
