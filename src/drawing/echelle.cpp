@@ -23,9 +23,6 @@ constexpr double DegRad = DegRadEchelle;
 constexpr double Pi = PiEchelle;
 constexpr double DeuxPi = DeuxPiEchelle;
 
-double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
-
-
 // Into 0 to 6.283185 by adding or subtracting the full turn once.
 double DansUnTour(double a) {
     if (a < 0) return a + DeuxPi;
@@ -277,8 +274,8 @@ void CmdArc(Etat& e) {
     const int couleur = CouleurParametre(e, ParaN(e, l, -4));
     s.TraceEchelle = !EstCouleurN(ParaN(e, l, 4));
     // 2. A zero end can't make the two equal.
-    if (a1 == 0) a1 = Signe(a2) * 0.000001;
-    if (a2 == 0) a2 = Signe(a1) * 0.000001;
+    if (a1 == 0) a1 = Sgn(a2) * 0.000001;
+    if (a2 == 0) a2 = Sgn(a1) * 0.000001;
     s.a1 = a1;
     s.a2 = a2;
     const double cx = rp.OrigineX + rp.CTx, cy = rp.OrigineY + rp.CTy;
@@ -292,7 +289,7 @@ void CmdArc(Etat& e) {
     } else {
         // 4. Clamp of wide scales.
         if (std::abs(a1 - a2) > 200 && std::abs(s.D) > 0.5 * std::abs(s.R))
-            s.D = Signe(s.D) * 0.5 * std::abs(s.R);
+            s.D = Sgn(s.D) * 0.5 * std::abs(s.R);
         const double D = s.D, R = s.R;
         s.RpDebut = DistDecal(D, R, a1);
         s.RpFin = DistDecal(D, R, a2);

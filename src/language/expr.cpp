@@ -223,7 +223,7 @@ std::optional<double> Fonction3(Etat& e, const QString& nom, double x) {
     if (nom == u"SIN") return std::sin(x * DegRad);
     if (nom == u"COS") return std::cos(x * DegRad);
     if (nom == u"TAN") return std::tan(x * DegRad);
-    if (nom == u"SGN") return double((x > 0) - (x < 0));
+    if (nom == u"SGN") return vb::Sgn(x);
     if (nom == u"FIX") return std::trunc(x);
     if (nom == u"ALE") return double(Rnd(e, EnFloat(x)));
     return std::nullopt;

@@ -22,8 +22,6 @@ namespace {
 constexpr double DegRad = Litteraux::DegRad;
 constexpr double Pi = Litteraux::Pi;
 
-double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
-
 // The last parameter: the rectangle's angle in degrees and the letter of the
 // point it turns about. The letter stands behind the second separator or a
 // blank ("30§2", "30 2"), or is a final "C" ("30C"); without one it is C.
@@ -249,8 +247,8 @@ void Cadre(Etat& e, const QString& mot) {
     if (arrondi) {
         const QString p5 = ParaN(e, l, 5);
         double r = ParaVal0(e, p5, 1);
-        if (std::abs(r) > std::abs(x2 - x1) / 2) r = Signe(r) * std::abs(x2 - x1) / 2;
-        if (std::abs(r) > std::abs(y2 - y1) / 2) r = Signe(r) * std::abs(y2 - y1) / 2;
+        if (std::abs(r) > std::abs(x2 - x1) / 2) r = Sgn(r) * std::abs(x2 - x1) / 2;
+        if (std::abs(r) > std::abs(y2 - y1) / 2) r = Sgn(r) * std::abs(y2 - y1) / 2;
         f.r = r;
         f.diagonale = Trim(SousPara(e, p5, 2)).toUpper().startsWith(u'D');
     }
