@@ -11,6 +11,7 @@
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/interprete.h"
 #include "language/nombre.h"
@@ -38,8 +39,9 @@ using namespace vb;
 
 namespace {
 
-constexpr float DegRad = 0.017453293f;
-constexpr double Pi = 3.14159265358979;
+constexpr float DegRad = float(Litteraux::DegRad);
+static_assert(DegRad == 0.017453293f);
+constexpr double Pi = Litteraux::Pi;
 
 // Half away from zero, as the original's Format.
 QString Fixe(double v, int decimales) {
@@ -468,12 +470,7 @@ void Form1::Debut(const QString& ligneCommande) {
         // Unset languages that the dialog left unset default to the first one.
         for (QString* l : {&Config.Langue, &Config.LangueMenu, &Config.LangueAide, &Config.LangueMasq})
             if (DecalageDeLangue(*l) < 0) *l = NomDeLangue(0);
-        s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
-        s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
-        s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
-        s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
-        AppliqueLangues();
-        s_.config->LanguesValidees(regl);
+        EnregistreLangues();
     }
     // 8.
     ChargeCommandesExternes(regl);
@@ -878,14 +875,18 @@ void Form1::Mnu_Langue_Click() {
     ValeursConfig v = Config;
     if (!s_.boites->Langues(this, v)) return;
     Config = v;
+    EnregistreLangues();
+    AfficheMenus();
+    EcritCaption();
+}
+
+void Form1::EnregistreLangues() {
     s_.config->EcritConfig(QStringLiteral("Langue ="), u' ' + Config.Langue);
     s_.config->EcritConfig(QStringLiteral("LangueMenu ="), u' ' + Config.LangueMenu);
     s_.config->EcritConfig(QStringLiteral("LangueAide ="), u' ' + Config.LangueAide);
     s_.config->EcritConfig(QStringLiteral("LangueMasq ="), u' ' + Config.LangueMasq);
     AppliqueLangues();
     s_.config->LanguesValidees(regl);
-    AfficheMenus();
-    EcritCaption();
 }
 
 void Form1::Mnu_AProposDe_Click() { AProposDe(this, regl.LangueMenus, Version); }

@@ -162,6 +162,9 @@ private:
     void Debut(const QString& ligneCommande);
     void ConstruitMenus();
     void AppliqueLangues();
+    // The OK of the language dialog Form3 (Part 4.5): the four keys written,
+    // the languages applied, the template copied.
+    void EnregistreLangues();
     void TailleCarCode(double taille);
     bool ToucheFenetre(QKeyEvent* ev); // true when swallowed
     void DebutRun();

@@ -1,6 +1,7 @@
 #include "app/hote_fenetre.h"
 
 #include "app/boites.h"
+#include "app/core/hote_memoire.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
@@ -8,7 +9,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QElapsedTimer>
-#include <QProcess>
 
 Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons boutons) {
     return f_.s_.boites->Message(&f_, titre, texte, boutons, Icone::Aucune);
@@ -64,9 +64,5 @@ void HoteFenetre::DebutExecution() { f_.DebutRun(); }
 void HoteFenetre::FinExecution() { f_.FinRun(); }
 
 bool HoteFenetre::Lance(const QString& commande, bool attendre) {
-    QStringList args = QProcess::splitCommand(commande);
-    if (args.isEmpty()) return false;
-    const QString prog = args.takeFirst();
-    if (attendre) return QProcess::execute(prog, args) >= 0;
-    return QProcess::startDetached(prog, args);
+    return LanceCommande(commande, attendre);
 }

@@ -23,10 +23,6 @@ constexpr double DegRad = DegRadEchelle;
 constexpr double Pi = PiEchelle;
 constexpr double DeuxPi = DeuxPiEchelle;
 
-double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
-
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
-
 // Into 0 to 6.283185 by adding or subtracting the full turn once.
 double DansUnTour(double a) {
     if (a < 0) return a + DeuxPi;
@@ -124,7 +120,7 @@ void DroiteCommune(Etat& e, bool verticale) {
     // 3.
     s.R = ParaVal0(e, l, 3);
     const int couleur = CouleurParametre(e, ParaN(e, l, -4));
-    s.TraceEchelle = !EstN(ParaN(e, l, 4));
+    s.TraceEchelle = !EstCouleurN(ParaN(e, l, 4));
     // 4.
     if (s.TraceEchelle) {
         if (verticale)
@@ -276,10 +272,10 @@ void CmdArc(Etat& e) {
     s.RotRad = s.Rot * DegRad;
     s.R = s.Rg = ParaVal0(e, l, 3);
     const int couleur = CouleurParametre(e, ParaN(e, l, -4));
-    s.TraceEchelle = !EstN(ParaN(e, l, 4));
+    s.TraceEchelle = !EstCouleurN(ParaN(e, l, 4));
     // 2. A zero end can't make the two equal.
-    if (a1 == 0) a1 = Signe(a2) * 0.000001;
-    if (a2 == 0) a2 = Signe(a1) * 0.000001;
+    if (a1 == 0) a1 = Sgn(a2) * 0.000001;
+    if (a2 == 0) a2 = Sgn(a1) * 0.000001;
     s.a1 = a1;
     s.a2 = a2;
     const double cx = rp.OrigineX + rp.CTx, cy = rp.OrigineY + rp.CTy;
@@ -293,7 +289,7 @@ void CmdArc(Etat& e) {
     } else {
         // 4. Clamp of wide scales.
         if (std::abs(a1 - a2) > 200 && std::abs(s.D) > 0.5 * std::abs(s.R))
-            s.D = Signe(s.D) * 0.5 * std::abs(s.R);
+            s.D = Sgn(s.D) * 0.5 * std::abs(s.R);
         const double D = s.D, R = s.R;
         s.RpDebut = DistDecal(D, R, a1);
         s.RpFin = DistDecal(D, R, a2);
@@ -353,7 +349,7 @@ void CmdDecal(Etat& e) {
     EcritVarNum(e, e.NiveauCourant, QStringLiteral("%DECAL"), s.D);
     // 2. The cross colour.
     const QString reste = ParaN(e, l, -2);
-    if (EstN(ParaN(e, l, 2))) {
+    if (EstCouleurN(ParaN(e, l, 2))) {
         s.CouleurDecal.reset();
         return;
     }

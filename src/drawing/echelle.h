@@ -3,15 +3,17 @@
 // mapping `PosEchelle` from a position to a point, shared by Parts 2.4, 2.5, 2.6.
 #pragma once
 
+#include "language/constantes.h"
+
 #include <QString>
 
 struct Etat;
 
 // The constants of the scale code (Part 2.3): degrees to radians, pi, and the
-// deliberately shorter full turn.
-constexpr double DegRadEchelle = 0.017453293;
-constexpr double PiEchelle = 3.14159265358979;
-constexpr double DeuxPiEchelle = 6.283185;
+// deliberately shorter full turn, the program's literals.
+constexpr double DegRadEchelle = Litteraux::DegRad;
+constexpr double PiEchelle = Litteraux::Pi;
+constexpr double DeuxPiEchelle = Litteraux::TourComplet;
 
 // The form of the current scale, in the order of the tests of `PosEchelle`.
 enum class FormeEchelle { Arc, Droite, DroiteV };

@@ -34,17 +34,6 @@ double ValeurSousPara(Etat& e, const QString& parametre, int n) {
     return ParaVal0(e, Trim(SousPara(e, parametre, n)), 1);
 }
 
-// A Surface point turned by the scale's rotation about the frame's 0,0, as
-// TraitRot turns the ends of a line.
-void TourneEchelle(const Etat& e, double& x, double& y) {
-    const double r = -e.Ech.Rot * DegRad;
-    if (r == 0) return;
-    const double cx = e.Repere.OrigineX + e.Repere.CTx, cy = e.Repere.OrigineY + e.Repere.CTy;
-    const double dx = x - cx, dy = y - cy;
-    x = cx + dx * std::cos(r) + dy * std::sin(r);
-    y = cy - dx * std::sin(r) + dy * std::cos(r);
-}
-
 // The first and last values of the log loop, Grad step 3.
 void BorneLog(const std::optional<double>& v, float defaut, int decDefaut, float& mant,
               int& dec) {
@@ -318,7 +307,7 @@ void CmdGrad(Etat& e) {
         TraitRot(e, base.x, base.y, bout.x, bout.y, e.Ech.Rot, couleur);
         e.Grad.BoutX = bout.x;
         e.Grad.BoutY = bout.y;
-        TourneEchelle(e, e.Grad.BoutX, e.Grad.BoutY);
+        TourneAutourCentre(e, e.Ech.Rot, e.Grad.BoutX, e.Grad.BoutY);
     });
     // 7.
     EpaisRestaure(e);
@@ -361,7 +350,7 @@ void CmdGrad1(Etat& e) {
             if (g.L != 0) TraitRot(e, base.x, base.y, pointe.x, pointe.y, e.Ech.Rot, couleur);
             g.BoutX = pointe.x;
             g.BoutY = pointe.y;
-            TourneEchelle(e, g.BoutX, g.BoutY);
+            TourneAutourCentre(e, e.Ech.Rot, g.BoutX, g.BoutY);
             bout = true;
         }
         SautePara(e, texte, 4);

@@ -4,6 +4,7 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -18,16 +19,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the program's pi/180
-
-// The mark's point: ParaCoord against (PointX, PointY), LitRotation, the
-// frame's offsets added. In Surface units.
-QPointF LitPoint(Etat& e, const QString& l) {
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    return {VersSurfaceX(e, x), VersSurfaceY(e, y)};
-}
+constexpr double DegRad = Litteraux::DegRad;
 
 // The common end: the command's style undone, the pen on the mark's point,
 // the current point updated, something drawn.
@@ -50,7 +42,7 @@ double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
 void Signe(Etat& e, bool croix) {
     if (!e.Surf) return;
     const QString l = e.LigneCourante;
-    const QPointF p = LitPoint(e, l);
+    const QPointF p = LitPointCommande(e, l);
     const double s = ParaVal0(e, l, 3);
     double k = 1;
     if (!croix) {
@@ -71,7 +63,7 @@ void Percage(Etat& e, bool enX) {
     Surface* s = e.Surf;
     if (!s) return;
     const QString l = e.LigneCourante;
-    const QPointF p = LitPoint(e, l);
+    const QPointF p = LitPointCommande(e, l);
     const double r = ParaVal0(e, l, 3) / 2;
     const int couleur = CouleurParametre(e, ParaN(e, l, 4));
     EpaisLocal(e, ParaN(e, l, 5));
@@ -108,19 +100,9 @@ void Pointe(Etat& e, bool pleine) {
     const QPointF b1(pointe.x() - L * std::cos(a1), pointe.y() - L * std::sin(a1));
     const QPointF b2(pointe.x() - L * std::cos(a2), pointe.y() - L * std::sin(a2));
     if (L != 0 && pleine && couleur != -1) {
-        const double m = s->EstImprimante() ? rp.MmParPointI : rp.MmParPixelE;
-        auto pixel = [&](QPointF q) {
-            return QPointF(std::nearbyint(rp.FacteurX * q.x() / m),
-                           std::nearbyint(rp.FacteurY * (s->ScaleTop - q.y()) / m));
-        };
-        s->ForeColor = couleur;
-        s->FillColor = couleur;
-        s->FillStyle = 0;
-        if (!rp.StyloInitialise) {
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
-            rp.StyloInitialise = true;
-        }
-        s->Polygon({pixel(pointe), pixel(b1), pixel(b2)});
+        auto pixel = [&](QPointF q) { return PixelDevice(e, q.x(), q.y()); };
+        InitialiseStylo(e, couleur);
+        PolygoneRempli(e, {pixel(pointe), pixel(b1), pixel(b2)}, couleur);
         s->FillStyle = 1;
     }
     if (L != 0) {

@@ -5,6 +5,7 @@
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/commandes.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -21,7 +22,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the program's pi/180 (Overview, Conventions)
+constexpr double DegRad = Litteraux::DegRad;
 
 bool EstImprimante(const Etat& e) { return e.Surf && e.Surf->EstImprimante(); }
 
@@ -54,8 +55,6 @@ bool AngleDonne(Etat& e, const QString& texte, double& angle) {
     return true;
 }
 
-// A colour parameter that may be "N" (no cross).
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
 
 QString FormatPointZeroDiese(double v) {
     // The original's Format(v, ".0#"): at least one decimal, at most two, no
@@ -106,7 +105,7 @@ void Centre(Etat& e, bool ecran, bool imprimante) {
     r.CTx = r.CTy = 0;
     r.CTxNonTourne = r.CTyNonTourne = 0;
     const QString p3 = ParaN(e, l, 3);
-    if (!EstN(p3)) {
+    if (!EstCouleurN(p3)) {
         DessinePlus(e, r.OrigineX, r.OrigineY, 1, 0, CouleurParametre(e, p3), 1);
         e.EtatOrdre |= 64;
     }
@@ -192,6 +191,36 @@ void Tourne(double rotation, double& x, double& y) {
     y = yn;
 }
 
+bool TourneAutourCentre(const Etat& e, double rotation, double& x, double& y) {
+    const double r = -rotation * DegRad;
+    if (r == 0) return false;
+    const double cx = e.Repere.OrigineX + e.Repere.CTx, cy = e.Repere.OrigineY + e.Repere.CTy;
+    const double dx = x - cx, dy = y - cy;
+    x = cx + dx * std::cos(r) + dy * std::sin(r);
+    y = cy - dx * std::sin(r) + dy * std::cos(r);
+    return true;
+}
+
+void PolygoneRempli(Etat& e, const QVector<QPointF>& pixels, int couleur) {
+    Surface* s = e.Surf;
+    if (!s) return;
+    s->ForeColor = couleur;
+    s->FillColor = couleur;
+    s->FillStyle = 0;
+    s->Polygon(pixels);
+}
+
+void PSetHorsPage(Etat& e, int couleur) {
+    Surface* s = e.Surf;
+    if (s) s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
+}
+
+void InitialiseStylo(Etat& e, int couleur) {
+    if (e.Repere.StyloInitialise) return;
+    PSetHorsPage(e, couleur);
+    e.Repere.StyloInitialise = true;
+}
+
 void LitRotation(Etat& e, const QString& texte, double& x, double& y) {
     EtatRepere& r = e.Repere;
     double angle = 0;
@@ -205,23 +234,34 @@ void LitRotation(Etat& e, const QString& texte, double& x, double& y) {
 double VersSurfaceX(const Etat& e, double x) { return x + e.Repere.OrigineX + e.Repere.CTx; }
 double VersSurfaceY(const Etat& e, double y) { return y + e.Repere.OrigineY + e.Repere.CTy; }
 
+QPointF LitPointCommande(Etat& e, const QString& l) {
+    double x = 0, y = 0;
+    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
+    LitRotation(e, ParaN(e, l, 2), x, y);
+    return {VersSurfaceX(e, x), VersSurfaceY(e, y)};
+}
+
+float MmParPointCible(const Etat& e) {
+    return EstImprimante(e) ? e.Repere.MmParPointI : e.Repere.MmParPixelE;
+}
+
+QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi) {
+    const EtatRepere& r = e.Repere;
+    const double m = MmParPointCible(e);
+    const double H = e.Surf ? e.Surf->ScaleTop : 0;
+    const QPointF p(r.FacteurX * x / m, r.FacteurY * (H - y) / m);
+    if (!arrondi) return p;
+    return {std::nearbyint(p.x()), std::nearbyint(p.y())};
+}
+
 void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotation, int couleur) {
     EtatRepere& rp = e.Repere;
     EtatStyles& st = e.Styles;
     Surface* s = e.Surf;
     if (!s) return;
     // 1. Turn both ends about the frame's centre.
-    const double r = -rotation * DegRad;
-    if (r != 0) {
-        const double cx = rp.OrigineX + rp.CTx, cy = rp.OrigineY + rp.CTy;
-        auto tourne = [&](double& x, double& y) {
-            const double dx = x - cx, dy = y - cy;
-            x = cx + dx * std::cos(r) + dy * std::sin(r);
-            y = cy - dx * std::sin(r) + dy * std::cos(r);
-        };
-        tourne(x1, y1);
-        tourne(x2, y2);
-    }
+    TourneAutourCentre(e, rotation, x1, y1);
+    TourneAutourCentre(e, rotation, x2, y2);
     // A point handed to the line primitive is a 32-bit float.
     x1 = float(x1); y1 = float(y1); x2 = float(x2); y2 = float(y2);
     const bool tirets = st.TiretL1 > 0;
@@ -242,11 +282,8 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
     const int largeur = s->DrawWidth;
     if (st.BoutCarre) {
         s->DrawWidth = 1;
-        if (!rp.StyloInitialise) {
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
-            rp.StyloInitialise = true;
-        }
-        const double m = s->EstImprimante() ? rp.MmParPointI : rp.MmParPixelE;
+        InitialiseStylo(e, couleur);
+        const double m = MmParPointCible(e);
         const double dx = x2 - x1, dy = y2 - y1, L = std::hypot(dx, dy);
         rp.DemiLargeurX = L > 0 ? 0.5 * largeur * m * dy / (L * rp.FacteurX) : 0;
         rp.DemiLargeurY = L > 0 ? 0.5 * largeur * m * dx / (L * rp.FacteurY) : 0;
@@ -277,19 +314,10 @@ void Segment(Etat& e, double x1, double y1, double x2, double y2, int couleur) {
         return;
     }
     // 3. Square ends: a filled polygon in device pixels, and a thin line.
-    const EtatRepere& r = e.Repere;
-    const double hx = r.DemiLargeurX, hy = r.DemiLargeurY;
-    const double m = s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    const double H = s->ScaleTop;
-    auto pixel = [&](double x, double y) {
-        return QPointF(std::nearbyint(r.FacteurX * x / m), std::nearbyint(r.FacteurY * (H - y) / m));
-    };
-    const QVector<QPointF> coins = {pixel(x1 + hx, y1 - hy), pixel(x1 - hx, y1 + hy),
-                                    pixel(x2 - hx, y2 + hy), pixel(x2 + hx, y2 - hy)};
-    s->ForeColor = couleur;
-    s->FillColor = couleur;
-    s->FillStyle = 0;
-    s->Polygon(coins);
+    const double hx = e.Repere.DemiLargeurX, hy = e.Repere.DemiLargeurY;
+    const QVector<QPointF> coins = {PixelDevice(e, x1 + hx, y1 - hy), PixelDevice(e, x1 - hx, y1 + hy),
+                                    PixelDevice(e, x2 - hx, y2 + hy), PixelDevice(e, x2 + hx, y2 - hy)};
+    PolygoneRempli(e, coins, couleur);
     s->Line(x1, y1, x2, y2, couleur);
     s->CurrentX = x2;
     s->CurrentY = y2;
@@ -311,16 +339,13 @@ void DessinePlus(Etat& e, double x, double y, double s, double a, int couleur, d
 void MajPointCourant(Etat& e, double angle) {
     EtatRepere& r = e.Repere;
     if (!e.Surf) return;
-    const double X = e.Surf->CurrentX - r.OrigineX - r.CTx;
-    const double Y = e.Surf->CurrentY - r.OrigineY - r.CTy;
-    if (angle == 0) {
-        r.PointX = float(X);
-        r.PointY = float(Y);
-        return;
-    }
-    const double a = -angle * DegRad;
-    r.PointX = float(X * std::cos(a) + Y * std::sin(a));
-    r.PointY = float(-X * std::sin(a) + Y * std::cos(a));
+    double X = e.Surf->CurrentX - r.OrigineX - r.CTx;
+    double Y = e.Surf->CurrentY - r.OrigineY - r.CTy;
+    // Back to the unturned frame of the command: the turn of LitRotation by
+    // the opposite angle.
+    Tourne(-angle, X, Y);
+    r.PointX = float(X);
+    r.PointY = float(Y);
 }
 
 void ErreurOrdre(Etat& e) {
@@ -394,7 +419,7 @@ void CmdCT(Etat& e) {
         EcritVarNum(e, 1, QStringLiteral("%CTy"), r.CTy);
     }
     const QString p3 = ParaN(e, l, 3);
-    if (!Trim(l).isEmpty() && !EstN(p3)) {
+    if (!Trim(l).isEmpty() && !EstCouleurN(p3)) {
         DessinePlus(e, r.OrigineX + r.CTx, r.OrigineY + r.CTy, 1, 0, CouleurParametre(e, p3), 1);
         e.EtatOrdre |= 64;
     }

@@ -21,7 +21,6 @@ namespace {
 constexpr double DegRad = DegRadEchelle;
 constexpr double Pi = PiEchelle;
 
-bool EstN(const QString& p) { return Trim(p).toUpper() == QLatin1String("N"); }
 
 // Direction of the deviation A (radians) on the circle of radius r about the
 // drawn centre: the formula of `PosEchelle` when r isn't 0, pi - A otherwise.
@@ -58,11 +57,9 @@ QPointF PointDroitDistance(const Etat& e, FormeEchelle f, double v, double d) {
 // A Surface point turned by the scale's rotation about the frame's 0,0, as
 // TraitRot turns the ends of a line.
 QPointF TourneEchelle(const Etat& e, QPointF p) {
-    const double r = -e.Ech.Rot * DegRad;
-    if (r == 0) return p;
-    const double cx = e.Repere.OrigineX + e.Repere.CTx, cy = e.Repere.OrigineY + e.Repere.CTy;
-    const double dx = p.x() - cx, dy = p.y() - cy;
-    return {cx + dx * std::cos(r) + dy * std::sin(r), cy - dx * std::sin(r) + dy * std::cos(r)};
+    double x = p.x(), y = p.y();
+    TourneAutourCentre(e, e.Ech.Rot, x, y);
+    return {x, y};
 }
 
 void Sect(Etat& e, bool plein) {
@@ -76,7 +73,7 @@ void Sect(Etat& e, bool plein) {
     const double d1 = ParaVal0(e, l, 3);
     const double d2 = ParaVal(e, l, 4).value_or(d1);
     const int couleur = CouleurParametre(e, ParaN(e, l, -5));
-    const bool trace = !EstN(ParaN(e, l, 5));
+    const bool trace = !EstCouleurN(ParaN(e, l, 5));
     // The form is settled before the command's own style is taken, so that a
     // scale without a form fails with the style untouched.
     FormeEchelleCourante(e);
@@ -98,11 +95,8 @@ void Sect(Etat& e, bool plein) {
                 const QPointF t = TourneEchelle(e, p);
                 pixels.append(PixelDevice(e, t.x(), t.y()));
             }
-            s->FillStyle = 0;
-            s->ForeColor = couleur;
-            s->FillColor = couleur;
-            s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
-            s->Polygon(pixels);
+            PSetHorsPage(e, couleur);
+            PolygoneRempli(e, pixels, couleur);
             s->FillStyle = 1;
         }
     }
@@ -149,16 +143,6 @@ QVector<QPointF> ContourSect(Etat& e, double p1, bool brut1, double p2, bool bru
     // 4. The outline closes.
     pts.append(pts.first());
     return pts;
-}
-
-QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi) {
-    const EtatRepere& r = e.Repere;
-    const Surface* s = e.Surf;
-    const double m = s && s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    const double H = s ? s->ScaleTop : 0;
-    const QPointF p(r.FacteurX * x / m, r.FacteurY * (H - y) / m);
-    if (!arrondi) return p;
-    return {std::nearbyint(p.x()), std::nearbyint(p.y())};
 }
 
 void CmdSect(Etat& e) { Sect(e, false); }

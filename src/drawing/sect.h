@@ -16,10 +16,3 @@ void CmdSectP(Etat& e);
 // along an arc edge (4 on the straight forms).
 QVector<QPointF> ContourSect(Etat& e, double p1, bool brut1, double p2, bool brut2, double d1,
                              double d2, int& n);
-
-// A `Surface` point in device pixels, as the fills through `hDC` take them
-// (Part 2.1: px = FacteurX x / m, py = FacteurY (H - y) / m, rounded to whole
-// pixels; m is `MmParPointI` on the printer, `MmParPixelE` on screen). Shared
-// with the shapes of subsystem 3 (`PointsPixel`). With `arrondi` false, the
-// exact position before the rounding.
-QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi = true);

@@ -118,11 +118,15 @@ int CouleurParametre(Etat& e, const QString& parametre) {
     return LitCouleur(e, parametre).value_or(e.Styles.CouleurDefaut);
 }
 
+bool EstCouleurN(const QString& parametre) {
+    return Trim(parametre).toUpper() == QLatin1String("N");
+}
+
 int LargeurTrait(Etat& e, double t, bool mm) {
     const EtatRepere& r = e.Repere;
     const bool imprimante = e.Surf && e.Surf->EstImprimante();
     double w;
-    if (mm) w = t * r.FacteurZ / (imprimante ? r.MmParPointI : r.MmParPixelE);
+    if (mm) w = t * r.FacteurZ / MmParPointCible(e);
     else w = imprimante ? t * r.FacteurZ : t * r.FacteurZ / r.PointsParPixel;
     // Never thinner than one device pixel.
     return Arrondi16(std::max(w, 1.0));
@@ -221,8 +225,7 @@ namespace {
 // EpaisT with no parameter at level 1: the line shows the thickness (Part 2.2).
 void RecritEpaisseur(Etat& e) {
     EtatStyles& s = e.Styles;
-    const bool imprimante = e.Surf && e.Surf->EstImprimante();
-    const double mmParPoint = imprimante ? e.Repere.MmParPointI : e.Repere.MmParPixelE;
+    const double mmParPoint = MmParPointCible(e);
     const QLocale c = QLocale::c();
     // " ###" and "###.##" formats, decimal commas replaced by points.
     const QString pixels = u' ' + c.toString(std::nearbyint(s.EpaisCourante), 'f', 0);

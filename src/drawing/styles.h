@@ -13,6 +13,9 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte);
 // The colour of a command's parameter: an empty (trimmed) parameter means
 // `CouleurDefaut`; an unknown word gives none, drawn as the default.
 int CouleurParametre(Etat& e, const QString& parametre);
+// A parameter that is the colour N itself, blanks and case aside: the
+// commands that then draw nothing (the origin's cross, the scale, Sect).
+bool EstCouleurN(const QString& parametre);
 // The thickness rule of Part 2.1: `DrawWidth` in device pixels of a thickness
 // t in printer dots, or in millimetres.
 int LargeurTrait(Etat& e, double t, bool mm);

@@ -1,4 +1,5 @@
 #include "drawing/surface.h"
+#include "language/constantes.h"
 
 #include <QFontMetricsF>
 
@@ -135,18 +136,28 @@ void Surface::PolygonUnites(const QVector<QPointF>& points) {
     Polygon(px);
 }
 
-QFont Surface::PoliceQt() const {
-    QFont f(Font.Name);
-    f.setPointSizeF(Font.Size > 0 ? Font.Size : 1);
-    f.setBold(Font.Bold);
-    f.setItalic(Font.Italic);
-    f.setUnderline(Font.Underline);
-    f.setStrikeOut(Font.Strikethrough);
-    // Unhinted outlines: the same advances on every target and resolution.
+namespace {
+// A QFont of a name, a size in points (at least 1 when not above 0) and the
+// styles, as unhinted outlines: the same advances on every target and
+// resolution.
+QFont PoliceContours(const QString& nom, double points, bool gras, bool italique, bool souligne,
+                     bool barre) {
+    QFont f(nom);
+    f.setPointSizeF(points > 0 ? points : 1);
+    f.setBold(gras);
+    f.setItalic(italique);
+    f.setUnderline(souligne);
+    f.setStrikeOut(barre);
     f.setHintingPreference(QFont::PreferNoHinting);
     f.setStyleStrategy(QFont::StyleStrategy(QFont::ForceOutline | QFont::PreferQuality));
     f.setKerning(false);
     return f;
+}
+} // namespace
+
+QFont Surface::PoliceQt() const {
+    return PoliceContours(Font.Name, Font.Size, Font.Bold, Font.Italic, Font.Underline,
+                          Font.Strikethrough);
 }
 
 QFontMetricsF Surface::MesureEtalon(const QFont& f, double& k) const {
@@ -185,7 +196,7 @@ void Surface::TextOut(double x, double y, double angle, const QString& texte, bo
     QPointF p = VersPixel(x, y);
     if (haut) {
         const MetriquesPolice m = Metriques();
-        const double a = angle * 0.017453293;
+        const double a = angle * Litteraux::DegRad;
         // Down the text's normal (pixel y grows downward) by the ascent.
         p += QPointF(m.Ascent * std::sin(a), m.Ascent * std::cos(a));
     }
@@ -234,17 +245,8 @@ void Surface::NewPage() {
 // --- Part 3.3: the device's text calls.
 
 QFont Surface::PoliceQtDevice(const PoliceDevice& p) const {
-    QFont f(p.Name);
     const double pt = p.HauteurPx * 72.0 * mmParPixel_ / 25.4;
-    f.setPointSizeF(pt > 0 ? pt : 1);
-    f.setBold(p.Bold);
-    f.setItalic(p.Italic);
-    f.setUnderline(p.Underline);
-    f.setStrikeOut(p.Strikethrough);
-    f.setHintingPreference(QFont::PreferNoHinting);
-    f.setStyleStrategy(QFont::StyleStrategy(QFont::ForceOutline | QFont::PreferQuality));
-    f.setKerning(false);
-    return f;
+    return PoliceContours(p.Name, pt, p.Bold, p.Italic, p.Underline, p.Strikethrough);
 }
 
 std::optional<PoliceDevice> Surface::SelectFont(std::optional<PoliceDevice> police) {
@@ -261,7 +263,7 @@ void Surface::EcritTexteDevice(QPointF p, const QString& texte) {
         // text's normal (device y grows downward).
         double k = 1;
         const double asc = MesureEtalon(f, k).ascent() * k;
-        const double a = angle * 0.017453293;
+        const double a = angle * Litteraux::DegRad;
         p += QPointF(asc * std::sin(a), asc * std::cos(a));
     }
     OpSurface op;

@@ -37,6 +37,8 @@ void SurfacePeinte::EndDoc() {
     painter_.reset();
 }
 
+// The platform's wide pens: round ends and round joins, for lines, circles
+// and polygons alike.
 QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
     QPen pen(c);
     pen.setWidthF(std::max(1, w));
@@ -109,12 +111,10 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
     if (!painter_) return;
-    QPen pen(c);
-    pen.setWidthF(std::max(1, w));
-    // The platform's wide pens join round: a sharp corner of a band of a
-    // gradient stays under the shape's outline instead of spiking out of it.
-    pen.setJoinStyle(Qt::RoundJoin);
-    painter_->setPen(pen);
+    // The platform's pen, which joins round: a sharp corner of a band of a
+    // gradient stays under the shape's outline of the same width instead of
+    // spiking out of it (a miter join would poke past it).
+    painter_->setPen(Stylo(c, w));
     painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
     painter_->drawPolygon(pts.constData(), int(pts.size()));
 }

@@ -8,6 +8,7 @@
 // end of the text is simply not an operator.
 #include "language/expr.h"
 
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/nombre.h"
@@ -19,8 +20,8 @@
 
 namespace {
 
-constexpr double DegRad = 0.017453293;   // degrees to radians (Overview, Conventions)
-constexpr double Pi = 3.14159265358979;
+constexpr double DegRad = Litteraux::DegRad;
+constexpr double Pi = Litteraux::Pi;
 constexpr int TaillePile = 50;            // the stack of groups holds 51 positions, 0 to 50
 // The smallest 64-bit value that a 32-bit float can't hold (it rounds to infinity).
 constexpr double LimiteFloat = 0x1.ffffffp+127;
@@ -222,7 +223,7 @@ std::optional<double> Fonction3(Etat& e, const QString& nom, double x) {
     if (nom == u"SIN") return std::sin(x * DegRad);
     if (nom == u"COS") return std::cos(x * DegRad);
     if (nom == u"TAN") return std::tan(x * DegRad);
-    if (nom == u"SGN") return double((x > 0) - (x < 0));
+    if (nom == u"SGN") return vb::Sgn(x);
     if (nom == u"FIX") return std::trunc(x);
     if (nom == u"ALE") return double(Rnd(e, EnFloat(x)));
     return std::nullopt;

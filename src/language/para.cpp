@@ -1,6 +1,7 @@
 // Part 1.2: source preparation and the parameter readers.
 #include "language/para.h"
 
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -127,8 +128,8 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
         QString dir = Left(a, Len(a) - 1);
         const double direction = Valeur(e, dir);
         const double longueur = Valeur(e, b);
-        x = refX + longueur * std::cos(direction * 0.017453293) * fx;
-        y = refY + longueur * std::sin(direction * 0.017453293) * fy;
+        x = refX + longueur * std::cos(direction * Litteraux::DegRad) * fx;
+        y = refY + longueur * std::sin(direction * Litteraux::DegRad) * fy;
         return;
     }
     if (a.contains(u'°')) throw ErreurProvoquee("° dans x");

@@ -1,4 +1,5 @@
-// The string primitives of the original language, 1-based, in one place.
+// The string primitives of the original language, 1-based, in one place, and
+// its Sgn.
 // The spec counts positions from 1 (Part 1.1, Conventions); every routine that
 // follows the spec's positions uses these instead of QString's 0-based calls.
 #pragma once
@@ -65,6 +66,9 @@ inline QString Replace(const QString& s, const QString& de, const QString& par) 
     QString r = s;
     return de.isEmpty() ? r : r.replace(de, par);
 }
+
+// Sgn(v): 1, -1 or 0 (also for -0 and NaN).
+inline double Sgn(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
 
 // The CR LF pair that ends every line of a command text (design.md section 5).
 inline const QString& CrLf() {

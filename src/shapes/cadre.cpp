@@ -1,17 +1,17 @@
 // Part 3.2: frames.
 #include "shapes/cadre.h"
+#include "shapes/cercle.h"
 #include "shapes/texte.h"
 
 #include "drawing/repere.h"
-#include "drawing/sect.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/etat.h"
 #include "language/para.h"
 #include "language/vb.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
 
@@ -19,10 +19,8 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293;
-constexpr double Pi = 3.14159265358979;
-
-double Signe(double v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
+constexpr double DegRad = Litteraux::DegRad;
+constexpr double Pi = Litteraux::Pi;
 
 // The last parameter: the rectangle's angle in degrees and the letter of the
 // point it turns about. The letter stands behind the second separator or a
@@ -169,11 +167,6 @@ private:
     QVector<QPointF> droite_, gauche_;
 };
 
-// The red, green and blue of a colour, as 32-bit floats.
-std::array<float, 3> Composantes(int c) {
-    return {float(c & 255), float((c / 256) & 255), float((c / 65536) & 255)};
-}
-
 // The points through AjoutePoint, then one Polygon of their pixels. With
 // `centre` (the frame's middle in device pixels, unrounded), the pixels of the
 // points are rounded toward it rather than to the nearest: a gradient band then
@@ -181,7 +174,6 @@ std::array<float, 3> Composantes(int c) {
 // of their common edge, whose points are the same.
 void Polygone(Etat& e, const QVector<QPointF>& pts, double cx, double cy, double angle,
               double rotation, int couleur, std::optional<QPointF> centre = {}) {
-    Surface* s = e.Surf;
     QVector<QPointF> pixels;
     pixels.reserve(pts.size());
     auto versCentre = [](double v, double c) { return v > c ? std::floor(v) : std::ceil(v); };
@@ -195,10 +187,7 @@ void Polygone(Etat& e, const QVector<QPointF>& pts, double cx, double cy, double
         }
         pixels.append(QPointF(e.Cadre.PointsPixel[i]));
     }
-    s->ForeColor = couleur;
-    s->FillColor = couleur;
-    s->FillStyle = 0;
-    s->Polygon(pixels);
+    PolygoneRempli(e, pixels, couleur);
 }
 
 } // namespace
@@ -258,27 +247,21 @@ void Cadre(Etat& e, const QString& mot) {
     if (arrondi) {
         const QString p5 = ParaN(e, l, 5);
         double r = ParaVal0(e, p5, 1);
-        if (std::abs(r) > std::abs(x2 - x1) / 2) r = Signe(r) * std::abs(x2 - x1) / 2;
-        if (std::abs(r) > std::abs(y2 - y1) / 2) r = Signe(r) * std::abs(y2 - y1) / 2;
+        if (std::abs(r) > std::abs(x2 - x1) / 2) r = Sgn(r) * std::abs(x2 - x1) / 2;
+        if (std::abs(r) > std::abs(y2 - y1) / 2) r = Sgn(r) * std::abs(y2 - y1) / 2;
         f.r = r;
         f.diagonale = Trim(SousPara(e, p5, 2)).toUpper().startsWith(u'D');
     }
-    // The arc's step as in Part 3.1: about one point per unit of length, ten
-    // times finer for small arcs on paper.
+    // The arc's step of Part 3.1. This Part's own guard (not in the spec):
+    // a FacteurPolice of 0 or below counts as 1.
     if (f.r != 0) {
-        const double rho = std::abs(f.r);
-        const double fp = std::sqrt(e.Txt.FacteurPolice > 0 ? double(e.Txt.FacteurPolice) : 1.0);
-        const bool imprimante = e.Surf && e.Surf->EstImprimante();
-        f.pas = (imprimante && rho < 10 ? 0.1 : 1.0) / (fp * rho);
+        const double fp = e.Txt.FacteurPolice > 0 ? double(e.Txt.FacteurPolice) : 1.0;
+        f.pas = PasArc(e, f.r, fp);
     }
     // 6. Colour and the gradient's final colour.
     const QString pc = ParaN(e, l, nCouleur);
     const int couleur = CouleurParametre(e, pc);
-    std::optional<int> couleur2;
-    if (InStr(pc, e.Separateur2) > 0) {
-        const std::optional<int> c2 = LitCouleur(e, Trim(Piece(pc, 2, e.Separateur2)));
-        if (c2 && *c2 != -1) couleur2 = c2;
-    }
+    const std::optional<int> couleur2 = CouleurFinale(e, pc);
     // 7.
     EpaisLocal(e, ParaN(e, l, nCouleur + 1));
     // 8.
@@ -295,11 +278,10 @@ void Cadre(Etat& e, const QString& mot) {
         if (plein) {
             MarquePage(e, e.Surf->ForeColor);
             if (couleur2) {
-                const auto c1 = Composantes(couleur), c2 = Composantes(*couleur2);
-                const float dr = c2[0] - c1[0], dg = c2[1] - c1[1], db = c2[2] - c1[2];
-                const int n = int(std::max({std::abs(dr), std::abs(dg), std::abs(db)})) + 1;
-                const float sr = dr / n, sg = dg / n, sb = db / n;
-                float r = c1[0], g = c1[1], b = c1[2];
+                // The bands and colour steps of Part 3.1, without `Bandes`.
+                Teinte pas;
+                const int n = NombreBandes(couleur, *couleur2, 0, pas);
+                Teinte t(couleur);
                 const Bandes bandes(f);
                 const double haut = bandes.Haut(), bas = bandes.Bas();
                 const double h = (haut - bas) / n;
@@ -310,12 +292,9 @@ void Cadre(Etat& e, const QString& mot) {
                     PixelDevice(e, VersSurfaceX(e, m.x()), VersSurfaceY(e, m.y()), false);
                 for (int i = 0; i < n; ++i) {
                     const double y0 = haut - i * h, y1b = i + 1 == n ? bas : haut - (i + 1) * h;
-                    const int c = RGB(int(std::nearbyint(r)), int(std::nearbyint(g)),
-                                      int(std::nearbyint(b)));
-                    Polygone(e, bandes.Bande(y0, y1b), cx, cy, angle, rotation, c, milieu);
-                    r += sr;
-                    g += sg;
-                    b += sb;
+                    Polygone(e, bandes.Bande(y0, y1b), cx, cy, angle, rotation, t.Valeur(),
+                             milieu);
+                    t.Avance(pas);
                 }
             } else {
                 Polygone(e, contour, cx, cy, angle, rotation, couleur);

@@ -1,3 +1,5 @@
+#include <cstdio>
+#include <cstdlib>
 // Part 3.1: circles, ellipses, arcs and sectors, plain or filled, with the
 // linear and conic gradients; and the dashed arc `ArcPointille`.
 #include "shapes/cercle.h"
@@ -6,6 +8,7 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -21,10 +24,10 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293;           // the program's pi/180
+constexpr double DegRad = Litteraux::DegRad;
 constexpr double DegRadEllipse = 0.0174532925;   // the one of AngleEllipse
-constexpr double TourComplet = 6.283185;         // a full turn, as the program has it
-constexpr double Pi = 3.14159265358979;
+constexpr double TourComplet = Litteraux::TourComplet;
+constexpr double Pi = Litteraux::Pi;
 constexpr int MaxPointsPixel = 1000;             // size of `PointsPixel`
 
 // The ellipse of a command: centre in Surface units, semi-axes, and its turn
@@ -73,14 +76,6 @@ Arc Normalise(double debut, double fin) {
     return a;
 }
 
-// The angular step h: about one point per unit of length, ten times finer for
-// the small arcs on paper.
-double Pas(const Etat& e, double rayon) {
-    const double base = std::sqrt(double(e.Txt.FacteurPolice)) * std::abs(rayon);
-    const bool fin = e.Surf && e.Surf->EstImprimante() && std::abs(rayon) < 10;
-    return (fin ? 0.1 : 1.0) / base;
-}
-
 // The sample angles of an arc: from debut in steps of h while not above fin,
 // then once more at exactly fin. The count N is a 16-bit integer.
 void Angles(double debut, double fin, double h, std::vector<double>& ts) {
@@ -119,33 +114,14 @@ void Joint(Etat& e, const QVector<QPointF>& pts, int couleur, bool inverse) {
 }
 
 
-// A Surface point in device pixels (Part 2.1), rounded to whole pixels.
-QPointF Pixel(const Etat& e, QPointF p) {
-    const EtatRepere& r = e.Repere;
-    const Surface* s = e.Surf;
-    const double m = s->EstImprimante() ? r.MmParPointI : r.MmParPixelE;
-    return QPointF(std::nearbyint(r.FacteurX * p.x() / m),
-                   std::nearbyint(r.FacteurY * (s->ScaleTop - p.y()) / m));
-}
-
-// `Polygon` through `PointsPixel`, with the colours and FillStyle in force.
-void Polygone(Etat& e, const QVector<QPointF>& pts) {
+// The outline through `PointsPixel` (at most 1000 points), filled in one colour.
+void Polygone(Etat& e, const QVector<QPointF>& pts, int couleur) {
     if (pts.size() > MaxPointsPixel) throw ErreurExecution("Indice hors limites");
     QVector<QPointF>& px = e.Cercle.PointsPixel;
     px.clear();
-    for (const QPointF& p : pts) px.append(Pixel(e, p));
-    e.Surf->Polygon(px);
+    for (const QPointF& p : pts) px.append(PixelDevice(e, p.x(), p.y()));
+    PolygoneRempli(e, px, couleur);
 }
-
-// A colour split into its components, kept as 32-bit floats (step 5).
-struct Teinte {
-    float r = 0, g = 0, b = 0;
-    explicit Teinte(int c = 0)
-        : r(float(c & 255)), g(float((c / 256) & 255)), b(float((c / 65536) & 255)) {}
-    int Valeur() const {
-        return RGB(int(std::nearbyint(r)), int(std::nearbyint(g)), int(std::nearbyint(b)));
-    }
-};
 
 // What a command read (Reading and normalising).
 struct Commande {
@@ -156,7 +132,7 @@ struct Commande {
     float coef = 1;
     double debut = 0, fin = 0; // radians, negative for a radius line
     int couleur = 0;
-    std::optional<int> couleur2;
+    std::optional<int> couleur2; // none: no gradient
     bool conique = false;
     int bandes = 0;
 };
@@ -173,16 +149,13 @@ void Simple(Etat& e, const Commande& c, bool remplir) {
         return;
     }
     QVector<QPointF>& pts = e.Cercle.Points;
-    PointsArc(c.el, Normalise(c.debut, c.fin), Pas(e, c.rayon), pts);
+    PointsArc(c.el, Normalise(c.debut, c.fin), PasArc(e, c.rayon), pts);
     if (!remplir) {
         Joint(e, pts, c.couleur, c.inverse);
         return;
     }
     MarquePage(e, e.Surf->ForeColor);
-    s->FillStyle = 0;
-    s->ForeColor = c.couleur;
-    s->FillColor = c.couleur;
-    Polygone(e, pts);
+    Polygone(e, pts, c.couleur);
     s->FillStyle = 1;
 }
 
@@ -300,41 +273,22 @@ QVector<QPointF> Tranche(const QVector<QPointF>& poly, double bas, double haut) 
     return r;
 }
 
-// Number of bands and the colour step of both gradient kinds.
-int NombreBandes(const Commande& c, Teinte& pas) {
-    const Teinte a(c.couleur), b(*c.couleur2);
-    const float dR = b.r - a.r, dG = b.g - a.g, dB = b.b - a.b;
-    int n = int(std::max({std::abs(dR), std::abs(dG), std::abs(dB)})) + 1;
-    if (c.bandes > 0) n = c.bandes;
-    pas.r = dR / n;
-    pas.g = dG / n;
-    pas.b = dB / n;
-    return n;
-}
-
-void Bande(Etat& e, const QVector<QPointF>& pts, const Teinte& t) {
-    Surface* s = e.Surf;
-    s->ForeColor = t.Valeur();
-    s->FillColor = t.Valeur();
-    Polygone(e, pts);
-}
-
 // Linear gradient: slices of equal height, top to bottom, in the ellipse's
 // own frame.
 void GradientLineaire(Etat& e, const Commande& c) {
     Teinte pas;
-    const int n = NombreBandes(c, pas);
+    const int n = NombreBandes(c.couleur, *c.couleur2, c.bandes, pas);
     Teinte t(c.couleur);
     const bool plein = GradientPlein(c);
     const Arc a = plein ? Arc() : Normalise(c.debut, c.fin);
-    const Aire aire = AireLocale(c.el, a, plein, Pas(e, c.rayon));
+    const Aire aire = AireLocale(c.el, a, plein, PasArc(e, c.rayon));
     const double hauteur = 2 * c.el.demiY / n;
     QVector<QPointF> pts;
     auto dessine = [&](const QVector<QPointF>& tr) {
         if (tr.size() < 3) return;
         pts.clear();
         for (const QPointF& p : tr) pts.append(Flottant(c.el.VersSurface(p)));
-        Bande(e, pts, t);
+        Polygone(e, pts, t.Valeur());
     };
     for (int k = 0; k < n; ++k) {
         double haut = k == 0 ? c.el.demiY : c.el.demiY - k * hauteur;
@@ -349,19 +303,17 @@ void GradientLineaire(Etat& e, const Commande& c) {
         } else {
             dessine(tranche);
         }
-        t.r += pas.r;
-        t.g += pas.g;
-        t.b += pas.b;
+        t.Avance(pas);
     }
 }
 
 // Conic gradient: wedges about the centre, from start to end.
 void GradientConique(Etat& e, const Commande& c) {
     Teinte pas;
-    const int n = NombreBandes(c, pas);
+    const int n = NombreBandes(c.couleur, *c.couleur2, c.bandes, pas);
     Teinte t(c.couleur);
     const Arc a = GradientPlein(c) ? Arc() : Normalise(c.debut, c.fin);
-    const double h = Pas(e, c.rayon);
+    const double h = PasArc(e, c.rayon);
     const double largeur = (a.fin - a.debut) / n;
     const QPointF centre = Flottant({c.el.cx, c.el.cy});
     QVector<QPointF> pts;
@@ -370,12 +322,11 @@ void GradientConique(Etat& e, const Commande& c) {
         const double fin = debut + largeur;
         pts = {centre};
         for (double u = debut; u <= fin; u += h) pts.append(Flottant(c.el.Point(u)));
+        if (getenv("DBG")) fprintf(stderr, "%a %a %a %a %a %a\n", debut, fin, h, pts[1].x(), c.el.Point(debut).x(), c.el.cosR);
         pts.append(Flottant(c.el.Point(fin)));
-        Bande(e, pts, t);
+        Polygone(e, pts, t.Valeur());
         debut = fin;
-        t.r += pas.r;
-        t.g += pas.g;
-        t.b += pas.b;
+        t.Avance(pas);
     }
 }
 
@@ -383,7 +334,7 @@ void GradientConique(Etat& e, const Commande& c) {
 void Dessine(Etat& e, const Commande& c) {
     Surface* s = e.Surf;
     if (c.couleur == -1) return; // N: nothing drawn, the cursor still moves
-    const bool degrade = c.remplie && c.couleur2 && *c.couleur2 != -1;
+    const bool degrade = c.remplie && c.couleur2.has_value();
     if (c.remplie && c.conique && c.couleur2) {
         MarquePage(e, e.Surf->ForeColor);
         s->FillStyle = 0;
@@ -415,12 +366,10 @@ void Cercle(Etat& e, const QString& mot, const QString& l) {
     c.remplie = motH.startsWith(QLatin1String("CERCLEP"));
     c.inverse = motH.endsWith(u'I');
     // Centre: the coordinate pair of Part 2.1, turned, origins added.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, e.Repere.PointX, e.Repere.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
+    const QPointF centre = LitPointCommande(e, l);
     const double rotation = e.Repere.RotationCmd;
-    c.el.cx = VersSurfaceX(e, x);
-    c.el.cy = VersSurfaceY(e, y);
+    c.el.cx = centre.x();
+    c.el.cy = centre.y();
     // Radius and ellipse coefficient.
     c.rayon = float(ParaVal0(e, l, 3));
     if (c.rayon == 0) {
@@ -445,16 +394,14 @@ void Cercle(Etat& e, const QString& mot, const QString& l) {
     // Colours: colour[§colour2[§[C][NbBandes]]].
     const QString p6 = ParaN(e, l, 6);
     c.couleur = CouleurParametre(e, p6);
-    if (InStr(p6, e.Separateur2) > 0) {
-        c.couleur2 = LitCouleur(e, Piece(p6, 2, e.Separateur2));
-        if (c.couleur2 && *c.couleur2 != -1) {
-            QString reste = Trim(Piece(p6, 3, e.Separateur2));
-            if (reste.left(1).toUpper() == QLatin1String("C")) {
-                c.conique = true;
-                reste = Mid(reste, 2);
-            }
-            c.bandes = Entier16(std::llround(std::nearbyint(EvalExpr(e, reste).value_or(0))));
+    c.couleur2 = CouleurFinale(e, p6);
+    if (c.couleur2) {
+        QString reste = Trim(Piece(p6, 3, e.Separateur2));
+        if (reste.left(1).toUpper() == QLatin1String("C")) {
+            c.conique = true;
+            reste = Mid(reste, 2);
         }
+        c.bandes = Entier16(std::llround(std::nearbyint(EvalExpr(e, reste).value_or(0))));
     }
     // Semi-axes: Coef is height over width, the larger one is the radius.
     c.el.demiX = c.coef > 1 ? float(c.rayon / c.coef) : c.rayon;
@@ -481,6 +428,47 @@ void Cercle(Etat& e, const QString& mot, const QString& l) {
     s->CurrentX = p.x();
     s->CurrentY = p.y();
     MajPointCourant(e, rotation);
+}
+
+double PasArc(const Etat& e, double rayon) {
+    return PasArc(e, rayon, double(e.Txt.FacteurPolice));
+}
+
+double PasArc(const Etat& e, double rayon, double facteurPolice) {
+    const double base = std::sqrt(facteurPolice) * std::abs(rayon);
+    const bool fin = e.Surf && e.Surf->EstImprimante() && std::abs(rayon) < 10;
+    return (fin ? 0.1 : 1.0) / base;
+}
+
+Teinte::Teinte(int c)
+    : r(float(c & 255)), g(float((c / 256) & 255)), b(float((c / 65536) & 255)) {}
+
+int Teinte::Valeur() const {
+    return RGB(int(std::nearbyint(r)), int(std::nearbyint(g)), int(std::nearbyint(b)));
+}
+
+void Teinte::Avance(const Teinte& pas) {
+    r += pas.r;
+    g += pas.g;
+    b += pas.b;
+}
+
+std::optional<int> CouleurFinale(Etat& e, const QString& parametre) {
+    if (InStr(parametre, e.Separateur2) == 0) return std::nullopt;
+    const std::optional<int> c = LitCouleur(e, Piece(parametre, 2, e.Separateur2));
+    if (!c || *c == -1) return std::nullopt;
+    return c;
+}
+
+int NombreBandes(int couleur, int couleur2, int bandes, Teinte& pas) {
+    const Teinte a(couleur), b(couleur2);
+    const float dR = b.r - a.r, dG = b.g - a.g, dB = b.b - a.b;
+    int n = int(std::max({std::abs(dR), std::abs(dG), std::abs(dB)})) + 1;
+    if (bandes > 0) n = bandes;
+    pas.r = dR / n;
+    pas.g = dG / n;
+    pas.b = dB / n;
+    return n;
 }
 
 void ArcPointille(Etat& e, double cx, double cy, double rayon, double debut, double fin,

@@ -5,6 +5,7 @@
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
+#include "language/constantes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -23,7 +24,7 @@ using namespace vb;
 
 namespace {
 
-constexpr double DegRad = 0.017453293; // the degree to radian factor of this Part
+constexpr double DegRad = Litteraux::DegRad;
 constexpr double DegRad64 = 0.0174532925; // the same, as TexteC writes it
 
 bool Contient(const QString& t, char c) { return t.contains(QLatin1Char(c)); }
@@ -287,16 +288,16 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte) {
 }
 
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd) {
-    const EtatRepere& r = e.Repere;
-    const double hauteur = e.Surf ? e.Surf->ScaleTop : 0;
-    xd = x * r.FacteurX / r.MmParPointI;
-    yd = (hauteur - y) * r.FacteurY / r.MmParPointI;
+    // The conversion of Part 2.1, unrounded: TextOutA takes whole pixels.
+    const QPointF d = PixelDevice(e, x, y, false);
+    xd = d.x();
+    yd = d.y();
 }
 
 void MarquePage(Etat& e, int couleur) {
     Surface* s = e.Surf;
     if (!s || !s->EstImprimante() || e.Txt.PageMarquee) return;
-    s->PSet(s->ScaleLeft - 1000, s->ScaleTop + 1000, couleur);
+    PSetHorsPage(e, couleur);
     e.Txt.PageMarquee = true;
 }
 
@@ -311,13 +312,9 @@ void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
     // 2.
     s->SetTextAlign(24);
     MetriquesTexte(e);
-    // 3.
+    // 3. The turn of Part 2.1 about the frame's centre.
     const double r = -rot * DegRad;
-    if (r != 0) {
-        const double ox = e.Repere.OrigineX + e.Repere.CTx, oy = e.Repere.OrigineY + e.Repere.CTy;
-        const double dx = t.X - ox, dy = t.Y - oy;
-        t.X = ox + dx * std::cos(r) + dy * std::sin(r);
-        t.Y = oy - dx * std::sin(r) + dy * std::cos(r);
+    if (TourneAutourCentre(e, rot, t.X, t.Y)) {
         s->CurrentX = t.X;
         s->CurrentY = t.Y;
     }
@@ -519,10 +516,8 @@ void CmdTexte(Etat& e) {
     // 1.
     PlusDeDepart(e);
     // 2.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, rp.PointX, rp.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    const double X0 = VersSurfaceX(e, x), Y0 = VersSurfaceY(e, y);
+    const QPointF p0 = LitPointCommande(e, l);
+    const double X0 = p0.x(), Y0 = p0.y();
     // 3.
     const int couleur = CouleurParametre(e, ParaN(e, l, 3));
     // 4.
@@ -602,10 +597,8 @@ void CmdTexteC(Etat& e) {
     // 1.
     PlusDeDepart(e);
     // 2.
-    double x = 0, y = 0;
-    ParaCoord(e, x, y, l, 1, rp.PointX, rp.PointY);
-    LitRotation(e, ParaN(e, l, 2), x, y);
-    const double X0 = VersSurfaceX(e, x), Y0 = VersSurfaceY(e, y);
+    const QPointF p0 = LitPointCommande(e, l);
+    const double X0 = p0.x(), Y0 = p0.y();
     // 3.
     double R = ParaVal0(e, l, 3);
     double E = 1.0;

@@ -24,7 +24,8 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte);
 void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
                 const QString& lettres, double rot);
 
-// Device coordinates of a Surface point on the printer (Part 3.3).
+// Device coordinates of a Surface point on the printer (Part 3.3): the
+// `PixelDevice` of Part 2.1, not rounded.
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd);
 // The page mark: on the printer, a PSet off the sheet, once per page, before
 // the first direct device call (text, and the polygons of the shapes).

@@ -47,6 +47,10 @@ int HoteMemoire::LigneDe(int position) const {
 }
 
 bool HoteMemoire::Lance(const QString& commande, bool attendre) {
+    return LanceCommande(commande, attendre);
+}
+
+bool LanceCommande(const QString& commande, bool attendre) {
     QStringList args = QProcess::splitCommand(commande);
     if (args.isEmpty()) return false;
     const QString prog = args.takeFirst();

@@ -8,6 +8,11 @@
 #include <QStringList>
 #include <QVector>
 
+// `Shell#$` on this platform (Part 1.7), for both hosts: the command line is
+// split into a program and its arguments and started; with attendre, waited
+// for. False when it could not start.
+bool LanceCommande(const QString& commande, bool attendre);
+
 struct MessageEnregistre {
     QString titre, texte;
     Boutons boutons = Boutons::Ok;
