@@ -195,19 +195,6 @@ void ParcourtSerie(Etat& e, FormeEchelle f, const ActionSerie& action) {
     }
 }
 
-namespace {
-
-// Restores the list variable of Grad1 whatever way the group ends.
-struct GardeListe {
-    Etat& e;
-    ~GardeListe() {
-        e.VarListeCourante.clear();
-        e.ItemListeCourant.clear();
-    }
-};
-
-} // namespace
-
 void Mantisse(float v, float& mantisse, int& decade) {
     float m = v;
     int d = 0;
@@ -314,17 +301,21 @@ void CmdGrad(Etat& e) {
     MajPointCourant(e, -e.Ech.Rot);
 }
 
-void CmdGrad1(Etat& e) {
-    EtatGrad& g = e.Grad;
-    // 1.
-    VerifieEchelle(e);
-    e.EtatOrdre |= 64;
-    const int largeur = e.Surf ? e.Surf->DrawWidth : 1;
-    bool bout = false;
-    // 2.
-    QString texte = e.LigneCourante;
+namespace {
+
+// Restores the list variable whatever way a round ends.
+struct GardeListe {
+    Etat& e;
+    ~GardeListe() {
+        e.VarListeCourante.clear();
+        e.ItemListeCourant.clear();
+    }
+};
+
+} // namespace
+
+void ParcourtGroupes(Etat& e, QString texte, const ActionGroupe& action) {
     while (!Trim(texte).isEmpty()) {
-        // 3.
         QString nom;
         const QStringList liste = ListePosition(e, ParaBrut(e, texte, 1), nom);
         const int tours = liste.isEmpty() ? 1 : int(liste.size());
@@ -334,27 +325,40 @@ void CmdGrad1(Etat& e) {
                 e.VarListeCourante = nom;
                 e.ItemListeCourant = liste[i];
             }
-            // 4.
             bool brute = false;
             const double pos = LitPosition(e, texte, 1, brute);
-            g.L = ParaVal0(e, texte, 2) * e.Ech.CoteGrad;
-            g.AngTick = ValeurSousPara(e, ParaN(e, texte, 2), 2) * DegRad;
-            EpaisLocal(e, ParaN(e, texte, 3));
-            const int couleur = CouleurParametre(e, ParaN(e, texte, -4));
-            // 5.
-            const FormeEchelle f = FormeEchelleCourante(e);
-            const double v = ValeurEchelle(e, f, pos, brute);
-            PointEchelle base, pointe;
-            ExtremitesTick(e, f, v, g.L, g.AngTick, base, pointe);
-            // 6. A tick of length 0 is not drawn; its place is still computed.
-            if (g.L != 0) TraitRot(e, base.x, base.y, pointe.x, pointe.y, e.Ech.Rot, couleur);
-            g.BoutX = pointe.x;
-            g.BoutY = pointe.y;
-            TourneAutourCentre(e, e.Ech.Rot, g.BoutX, g.BoutY);
-            bout = true;
+            action(e, texte, i, pos, brute);
         }
         SautePara(e, texte, 4);
     }
+}
+
+void CmdGrad1(Etat& e) {
+    EtatGrad& g = e.Grad;
+    // 1.
+    VerifieEchelle(e);
+    e.EtatOrdre |= 64;
+    const int largeur = e.Surf ? e.Surf->DrawWidth : 1;
+    bool bout = false;
+    // 2.
+    ParcourtGroupes(e, e.LigneCourante, [&](Etat& e, const QString& texte, int, double pos, bool brute) {
+        // 4.
+        g.L = ParaVal0(e, texte, 2) * e.Ech.CoteGrad;
+        g.AngTick = ValeurSousPara(e, ParaN(e, texte, 2), 2) * DegRad;
+        EpaisLocal(e, ParaN(e, texte, 3));
+        const int couleur = CouleurParametre(e, ParaN(e, texte, -4));
+        // 5.
+        const FormeEchelle f = FormeEchelleCourante(e);
+        const double v = ValeurEchelle(e, f, pos, brute);
+        PointEchelle base, pointe;
+        ExtremitesTick(e, f, v, g.L, g.AngTick, base, pointe);
+        // 6. A tick of length 0 is not drawn; its place is still computed.
+        if (g.L != 0) TraitRot(e, base.x, base.y, pointe.x, pointe.y, e.Ech.Rot, couleur);
+        g.BoutX = pointe.x;
+        g.BoutY = pointe.y;
+        TourneAutourCentre(e, e.Ech.Rot, g.BoutX, g.BoutY);
+        bout = true;
+    });
     // 7.
     if (e.Surf) e.Surf->DrawWidth = largeur;
     EpaisRestaure(e);

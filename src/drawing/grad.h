@@ -39,5 +39,12 @@ QStringList ListePosition(Etat& e, const QString& parametre1, QString& nom);
 // A position parameter: its number, and whether its text ends in "°".
 double LitPosition(Etat& e, const QString& texte, int n, bool& brute);
 
+// The groups of four parameters of `Grad1` and `Val1` (Parts 2.4, 2.5): each
+// group once, or once for each item of the list variable of its position
+// (Part 1.3's list stepping). `action` gets the group's text (its position
+// is parameter 1), the round i (0-based), the position and its "°" flag.
+using ActionGroupe = std::function<void(Etat&, const QString& groupe, int i, double pos, bool brute)>;
+void ParcourtGroupes(Etat& e, QString texte, const ActionGroupe& action);
+
 void CmdGrad(Etat& e);
 void CmdGrad1(Etat& e);

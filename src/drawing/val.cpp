@@ -225,15 +225,6 @@ void Val(Etat& e, Genre genre) {
     MajPointCourant(e, -e.Ech.Rot);
 }
 
-// Restores the list variable whatever way a round ends.
-struct GardeListe {
-    Etat& e;
-    ~GardeListe() {
-        e.VarListeCourante.clear();
-        e.ItemListeCourant.clear();
-    }
-};
-
 // The text of a Val1 group for round i (0-based), step 5.
 QString TexteVal1(Etat& e, QString t, int i) {
     const QString s2 = e.Separateur2;
@@ -269,30 +260,16 @@ void Val1(Etat& e, Genre genre) {
     QString texte = e.LigneCourante;
     texte.replace(s2 + QStringLiteral("txt"), s2 + QStringLiteral("TXT"), Qt::CaseInsensitive);
     if (genre != Genre::Simple) PremierParametre(e, texte);
-    // 3.
-    while (!Trim(texte).isEmpty()) {
-        // 4.
-        QString nom;
-        const QStringList liste = ListePosition(e, ParaBrut(e, texte, 1), nom);
-        const int tours = liste.isEmpty() ? 1 : int(liste.size());
-        for (int i = 0; i < tours; ++i) {
-            GardeListe garde{e};
-            if (!liste.isEmpty()) {
-                e.VarListeCourante = nom;
-                e.ItemListeCourant = liste[i];
-            }
-            bool brute = false;
-            const double pos = LitPosition(e, texte, 1, brute);
-            // 5.
-            const QString t = TexteVal1(e, ParaN(e, texte, 2), i);
-            LitDistance(e, texte, 3);
-            const int couleur = CouleurParametre(e, ParaN(e, texte, -4));
-            // 6.
-            const FormeEchelle f = FormeEchelleCourante(e);
-            EcritValeur(e, f, genre, true, ValeurEchelle(e, f, pos, brute), t, couleur);
-        }
-        SautePara(e, texte, 4);
-    }
+    // 3., 4.
+    ParcourtGroupes(e, texte, [&](Etat& e, const QString& groupe, int i, double pos, bool brute) {
+        // 5.
+        const QString t = TexteVal1(e, ParaN(e, groupe, 2), i);
+        LitDistance(e, groupe, 3);
+        const int couleur = CouleurParametre(e, ParaN(e, groupe, -4));
+        // 6.
+        const FormeEchelle f = FormeEchelleCourante(e);
+        EcritValeur(e, f, genre, true, ValeurEchelle(e, f, pos, brute), t, couleur);
+    });
     // 7.
     MajPointCourant(e, -e.Ech.Rot);
 }
