@@ -1,5 +1,3 @@
-#include <cstdio>
-#include <cstdlib>
 // Part 3.1: circles, ellipses, arcs and sectors, plain or filled, with the
 // linear and conic gradients; and the dashed arc `ArcPointille`.
 #include "shapes/cercle.h"
@@ -322,7 +320,6 @@ void GradientConique(Etat& e, const Commande& c) {
         const double fin = debut + largeur;
         pts = {centre};
         for (double u = debut; u <= fin; u += h) pts.append(Flottant(c.el.Point(u)));
-        if (getenv("DBG")) fprintf(stderr, "%a %a %a %a %a %a\n", debut, fin, h, pts[1].x(), c.el.Point(debut).x(), c.el.cosR);
         pts.append(Flottant(c.el.Point(fin)));
         Polygone(e, pts, t.Valeur());
         debut = fin;
