@@ -108,3 +108,26 @@ TEST(Flux, ManyRoundsOfALoop) {
     EXPECT_TRUE(s->hote.Messages().isEmpty());
     EXPECT_EQ(Variable(*s, "%I"), QStringLiteral("5000"));
 }
+
+// Part 1.6: the depth limit fails the line (no text of its own), and the block
+// left open is reported once (string 127).
+TEST(Flux, ThirdNestedBlockFailsWithTheLineThenString127) {
+    auto s = Lance("If 1 = 1 Then\nIf 1 = 1 Then\nIf 1 = 1 Then\nCT = 1, 1\nEndIf\nEndIf\nEndIf\n");
+    ASSERT_EQ(s->hote.Messages().size(), 2);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(
+        QStringLiteral("Erreur dans la ligne : 3: If 1 = 1 Then\r\n\r\n%")))
+        << Messages(*s)[0].toStdString();
+    EXPECT_EQ(Messages(*s)[1], QStringLiteral("Erreur : If[T] sans Endif"));
+    EXPECT_TRUE(Lignes(*s).isEmpty()); // the CT inside never ran
+}
+
+TEST(Flux, ThenCercleRunsAsALineOfItsOwn) {
+    auto s = Lance("%X = 1\nIf %X>0 Then Cercle = 1,2,3\nIf %X<0 Then Cercle = 5,5,5\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    const auto c = Ops(*s, OpSurface::Cercle);
+    ASSERT_EQ(c.size(), 1);
+    EXPECT_MM(c[0].x1, 1);
+    EXPECT_MM(c[0].y1, 2);
+    EXPECT_MM(c[0].r, 3);
+    EXPECT_FALSE(c[0].debut.has_value());
+}

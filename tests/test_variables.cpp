@@ -39,7 +39,10 @@ TEST(Variables, LessThanStoresTheCharacters) {
 TEST(Variables, ValueReferringToItselfFails) {
     auto s = Lance("%A =< %A\nCT = %A, 1\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 2: ")));
+    // No text of its own (Part 1.3): the listing of variables follows the line.
+    EXPECT_TRUE(Messages(*s)[0].startsWith(
+        QStringLiteral("Erreur dans la ligne : 2: CT = %A, 1\r\n\r\n%")))
+        << Messages(*s)[0].toStdString();
 }
 
 TEST(Variables, ThirtyFourthVariableOfAMainProgramFails) {
@@ -47,7 +50,9 @@ TEST(Variables, ThirtyFourthVariableOfAMainProgramFails) {
     for (int i = 1; i <= 34; ++i) p += QStringLiteral("%V%1 = %1\n").arg(i);
     auto s = Lance(p);
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 34: ")));
+    EXPECT_TRUE(Messages(*s)[0].startsWith(
+        QStringLiteral("Erreur dans la ligne : 34: %V34 = 34\r\n\r\n%")))
+        << Messages(*s)[0].toStdString();
     EXPECT_EQ(s->etat.PileFic[1].NbVar, 33);
 }
 

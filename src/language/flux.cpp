@@ -218,11 +218,8 @@ bool FiltreSi(Etat& e) {
 
 void EntreeSi(Etat& e) {
     CtxFic& c = e.Ctx();
-    if (c.NivSi >= c.MaxSi) {
-        e.TexteErreur = QStringLiteral("If : niveau maximum %1 / max level %1").arg(c.MaxSi) +
-                        CrLf() + CrLf();
-        Echec("MaxSi");
-    }
+    // The depth limit fails the line with no text of its own (Part 1.6).
+    if (c.NivSi >= c.MaxSi) Echec("MaxSi");
     ++c.NivSi;
 }
 

@@ -90,10 +90,8 @@ int SlotPourCreation(Etat& e, int niveau, bool& avale) {
     avale = false;
     CtxFic& c = e.PileFic[niveau];
     if (niveau == 1) {
-        if (c.NbVar >= std::min(c.MaxVar, MaxVarAbsolu)) {
-            Echec(e, QStringLiteral("Nombre de variables > %1 / Too many variables").arg(c.MaxVar) +
-                         CrLf() + CrLf());
-        }
+        // A line failure with no text of its own (Part 1.3).
+        if (c.NbVar >= std::min(c.MaxVar, MaxVarAbsolu)) Echec(e, QString());
         return ++c.NbVar;
     }
     if (niveau >= 2) {
@@ -363,7 +361,7 @@ int RemplaceVar(Etat& e, QString& texte) {
                 const QString suite = Trim(Mid(texte, fin));
                 if ((!valeur.isEmpty() && Trim(valeur) == suite) ||
                     valeur.toUpper() == nom.toUpper())
-                    Echec(e, nom + QStringLiteral(" = ") + valeur + CrLf() + CrLf());
+                    Echec(e, QString()); // a line failure with no text of its own
             }
             int apres = fin;
             if (Mid(texte, fin, 1) == QLatin1String(" ")) {
