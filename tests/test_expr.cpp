@@ -3,6 +3,7 @@
 #include "language/etat.h"
 #include "language/expr.h"
 #include "language/vb.h"
+#include "outils.h"
 
 #include <gtest/gtest.h>
 
@@ -530,4 +531,18 @@ TEST(Prefixe, BelowAllLimitsOrNegativeUnchanged) {
     EXPECT_EQ(l.toStdString(), "");
     EXPECT_EQ(Prefixe(0, l), 0.0f);
     EXPECT_EQ(l.toStdString(), "");
+}
+
+// Part 1.4: a comma is no decimal point; in a command it ends the parameter.
+TEST(EvalExpr, CommaEndsTheParameterInACommand) {
+    // "1,5" is two parameters, not one and a half.
+    auto s = Lance("CT = 1,5\n%A == 1,5\n");
+    EXPECT_MM(s->etat.Repere.CTx, 1);
+    EXPECT_MM(s->etat.Repere.CTy, 5);
+    // The whole rest of a "==" line is one expression: there the comma fails the
+    // evaluator, which leaves no text of its own in the box.
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(
+        QStringLiteral("Erreur dans la ligne : 2: %A == 1,5\r\n\r\n%iRec\t= 1\t")))
+        << Messages(*s)[0].toStdString();
 }

@@ -641,3 +641,65 @@ TEST(Inclusion, LibraryCodedFilesHoldTheirPlainText) {
         EXPECT_TRUE(DescriptionExterne(*code, 2, 2).has_value());
     }
 }
+
+// Part 1.6: "Goto 12" in an included file jumps to the position of the
+// editor's 12th line, counted in the included text.
+TEST(Inclusion, GotoNumberInAnIncludedFileJumpsByTheEditorsLinePosition) {
+    Dossier d;
+    // Line 12 of the editor starts at character 34 (13 + 10 x 2 characters before it).
+    // Character 34 of a.dat is the start of its 4th line; a.dat has no 12th line.
+    d.Ecrit("a.dat", "Goto 12\n%IRE$-1a = 1\n'xxxxxxx\n%IRE$-1b = 2\n");
+    auto s = LanceDans(d, "Fichier = a\n\n\n\n\n\n\n\n\n\n\n' fin\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    EXPECT_EQ(Variable(*s, "%a"), QString()); // line 2 of a.dat was jumped over
+    EXPECT_EQ(Variable(*s, "%b"), QStringLiteral("2"));
+}
+
+TEST(Inclusion, PenDashesFontAndSeparatorsAreBackWhateverTheFileDid) {
+    Dossier d;
+    d.Ecrit("a.dat", "Police = Arial\nTailleP = 30 GIS\nEpaisT = 1mm§§0.5§0.25\nCouleur = Bleu\n"
+                     "Separateur = :, @\nTexte = 5: 5: : : dedans\nCT = 5: 5\n");
+    auto s = LanceDans(d, "Police = Courier New\nTailleP = 14 I\nEpaisT = 0.3mm\nCouleur = Rouge\n"
+                          "Separateur = ;, #\nFichier = a\nTexte = 1; 1; ; ; dehors\nCT = 1; 2\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    const QVector<OpSurface> t = Ops(*s, OpSurface::Texte);
+    ASSERT_EQ(t.size(), 2);
+    EXPECT_EQ(t[0].police, "Arial");
+    EXPECT_DOUBLE_EQ(t[0].taille, 30);
+    EXPECT_TRUE(t[0].gras && t[0].italique && t[0].souligne);
+    EXPECT_EQ(t[1].police, "Courier New");
+    EXPECT_NEAR(t[1].taille, 14, 1e-6);
+    EXPECT_FALSE(t[1].gras);
+    EXPECT_TRUE(t[1].italique);
+    EXPECT_FALSE(t[1].souligne);
+    EXPECT_EQ(t[1].couleur, RGB(255, 0, 0));
+    const QVector<OpSurface> l = Lignes(*s);
+    ASSERT_GT(l.size(), 4); // the file's cross is dashed: more than its 2 lines
+    EXPECT_EQ(l.first().largeur, 4);
+    EXPECT_EQ(l.first().couleur, RGB(0, 0, 255));
+    EXPECT_EQ(l[l.size() - 2].largeur, 1); // the caller's cross: 2 whole lines
+    EXPECT_MM(l.last().y1, 1);
+    EXPECT_MM(l.last().y2, 3);
+    EXPECT_EQ(l.last().largeur, 1);
+    EXPECT_EQ(l.last().couleur, RGB(255, 0, 0));
+    EXPECT_EQ(s->etat.Styles.TiretL1, 0);
+    EXPECT_EQ(s->etat.Styles.TiretL2, 0);
+    EXPECT_EQ(s->etat.Styles.TiretL3, 0);
+    EXPECT_EQ(s->etat.Separateur1, ";");
+    EXPECT_EQ(s->etat.Separateur2, "#");
+    EXPECT_MM(s->etat.Repere.CTx, 1);
+    EXPECT_MM(s->etat.Repere.CTy, 2);
+}
+
+// Part 1.1, end of a level step 3: string 127 once per level, however many
+// blocks are left open there.
+TEST(Inclusion, IfLeftOpenShowsString127OncePerLevel) {
+    Dossier d;
+    d.Ecrit("a.dat", "If 1 = 1 Then\nIf 2 = 2 Then\n%IRE$-1r = 1\n");
+    auto s = LanceDans(d, "If 1 = 1 Then\nFichier = a\n%suite = 1\n");
+    ASSERT_EQ(s->hote.Messages().size(), 2) << Messages(*s).join("|").toStdString();
+    EXPECT_EQ(Messages(*s)[0], QStringLiteral("Erreur : If[T] sans Endif"));
+    EXPECT_EQ(Messages(*s)[1], QStringLiteral("Erreur : If[T] sans Endif"));
+    EXPECT_EQ(Variable(*s, "%r"), QStringLiteral("1"));
+    EXPECT_EQ(Variable(*s, "%suite"), QStringLiteral("1"));
+}

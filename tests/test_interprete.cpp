@@ -154,3 +154,18 @@ TEST(Interprete, ArretDemandeEndsTheRunQuietly) {
     EXPECT_TRUE(hote.Messages().isEmpty());
     EXPECT_FALSE(s.etat.ExecutionEnCours);
 }
+
+TEST(Interprete, LoneUnderscoreAtTheEndIsAnUnfinishedContinuation) {
+    // Skipping the "_" would end the run quietly; as a continuation marker it
+    // leaves the text ending in a continuation: a failure of that line.
+    auto s = Lance("CT = 1, 1\n_");
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 2: \r\n\r\n")))
+        << Messages(*s)[0].toStdString();
+    EXPECT_EQ(Croix(*s), 1);
+    // In the middle of the text it joins the next line, which runs.
+    auto t = Lance("CT = 1, 1\n_\nCT = 3, 4\n");
+    EXPECT_TRUE(t->hote.Messages().isEmpty());
+    EXPECT_MM(t->etat.Repere.CTx, 3);
+    EXPECT_MM(t->etat.Repere.CTy, 4);
+}

@@ -238,3 +238,27 @@ TEST(Repere, QuestionMarkRewritesTheLineOrFillsVariables) {
     EXPECT_EQ(Variable(*t, "%X"), QStringLiteral("0"));
     EXPECT_EQ(Variable(*t, "%Y"), QStringLiteral("0"));
 }
+
+TEST(Repere, ThicknessZeroIsOnePixelEvenAfterAThickDefault) {
+    const char* prog = "EpaisT = 3mm\nTrait = 0, 0, 10, 0, 0\nTrait = 0, 0, 10, 0\n";
+    auto s = Lance(prog);
+    const auto l = Lignes(*s);
+    ASSERT_EQ(l.size(), 2);
+    EXPECT_EQ(l[0].largeur, 1);  // the command's own "0"
+    EXPECT_EQ(l[1].largeur, 11); // the default, 3 mm at 96 dpi
+    auto p = LanceImprimante(prog);
+    const auto lp = Lignes(*p);
+    ASSERT_EQ(lp.size(), 2);
+    EXPECT_EQ(lp[0].largeur, 1);
+    EXPECT_EQ(lp[1].largeur, 71); // 3 mm at 600 dpi
+    // The conversion itself, on both targets, in dots and in millimetres.
+    Session u{QString()};
+    Etat& e = u.etat;
+    e.Repere.FacteurZ = 1;
+    e.Surf = u.pane.get();
+    EXPECT_EQ(LargeurTrait(e, 0, false), 1);
+    EXPECT_EQ(LargeurTrait(e, 0, true), 1);
+    e.Surf = u.imprimante.get();
+    EXPECT_EQ(LargeurTrait(e, 0, false), 1);
+    EXPECT_EQ(LargeurTrait(e, 0, true), 1);
+}

@@ -4,9 +4,6 @@
 // test checks it twice: exactly against the Surface's own measure, and against
 // the Liberation Serif metrics (the face that serves "Times New Roman") with a
 // tolerance that another face would break.
-//
-// Tests named DISABLED_ need the expression evaluator of Part 1.4 (the stub in
-// this tree reads plain numbers only); enable them after the merge.
 #include "app/core/hote_memoire.h"
 #include "app/core/rendu.h"
 #include "drawing/repere.h"
@@ -73,6 +70,36 @@ TEST(Texte, EmptyTextWritesNothingButFontIsSetAndRestored) {
     EXPECT_EQ(s->pane->TextAlign(), 24);
 }
 
+// Empty text: the font of the format is still set (name, size) and the
+// alignments still move the point; all is given back after the command.
+TEST(Texte, EmptyTextStillSetsTheFontAndTheAlignments) {
+    // The font name sub-field is set: a missing face shows string 112.
+    auto s = Lance("Texte = 10, 50, , 20§Nimportequoi,\n");
+    EXPECT_EQ(Messages(*s), QStringList({QStringLiteral("Pas de police NIMPORTEQUOI")}));
+    EXPECT_TRUE(Textes(*s).isEmpty());
+    EXPECT_EQ(s->etat.EtatOrdre & 64, 0);
+    EXPECT_EQ(s->pane->Font.Name, QStringLiteral("Times New Roman"));
+    // The size is set: "#" moves the point one 20-point line down.
+    auto t = Lance("Texte = 10, 50, , 20#,\n");
+    EXPECT_TRUE(Textes(*t).isEmpty());
+    EXPECT_TRUE(Messages(*t).isEmpty());
+    EXPECT_DOUBLE_EQ(t->pane->Font.Size, 10); // given back
+    t->pane->Font.Size = 20;
+    const double hx20 = Hauteur(*t, "X");
+    EXPECT_NEAR(hx20, 20 * PointMm * EmCellule, ToleranceFonte);
+    EXPECT_MM(t->etat.Repere.PointX, 10);
+    EXPECT_MM(t->etat.Repere.PointY, 50 - hx20);
+    // The across alignment acts with the empty line's height (one cell).
+    auto y = Lance("Texte = 10, 50, , 20Y,\n");
+    EXPECT_TRUE(Textes(*y).isEmpty());
+    y->pane->Font.Size = 20;
+    double base = 0, milieu = 0;
+    Ratios(*y, base, milieu);
+    EXPECT_MM(y->etat.Repere.PointX, 10);
+    EXPECT_NEAR(y->etat.Repere.PointY, 50 - milieu * Hauteur(*y, ""), 1e-4);
+    EXPECT_EQ(y->pane->TextAlign(), 24);
+}
+
 TEST(Texte, TextEndingInCrGivesOneMoreEmptyLine) {
     auto s = Lance("Texte = 10, 50, , ,AB%CR\n");
     const auto t = Textes(*s);
@@ -121,7 +148,7 @@ TEST(Texte, RWithTrailingLettersEvaluatesTheNumber) {
     EXPECT_TRUE(t[2].gras);
 }
 
-// Needs the expression evaluator (Part 1.4): "3*15" is a product.
+// "3*15" is a product for the evaluator of Part 1.4.
 TEST(Texte, FactorInFrontAndStarBehindRIsAProductInTheAngle) {
     auto s = Lance("Texte = 0, 0, , *2R3*15,A\n");
     const auto t = Textes(*s);
