@@ -46,7 +46,6 @@ struct Muettes : BoitesQt {
 
 struct Fenetre {
     ConfigMemoire config;
-    FichiersDisque fichiers;
     Muettes boites;
     Form1 f;
     explicit Fenetre(const QString& texte) : f(Services()) {
@@ -63,7 +62,6 @@ struct Fenetre {
         config.Valeurs.FichierDat.clear();
         ServicesFenetre s;
         s.config = &config;
-        s.fichiers = &fichiers;
         s.boites = &boites;
         s.nomImprimante = [] { return QStringLiteral("bench"); };
         return s;

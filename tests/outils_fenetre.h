@@ -29,7 +29,7 @@
 
 // One box as the window asked it.
 struct BoiteVue {
-    QString genre; // "message", "saisie", "ouvrir", "enregistrer", "couleur", "langues"
+    QString genre; // "message", "saisie", "ouvrir", "enregistrer", "liste", "couleur", "langues"
     QString titre, texte;
     Boutons boutons = Boutons::Ok;
     Icone icone = Icone::Aucune;
@@ -42,6 +42,7 @@ public:
     std::deque<std::optional<QString>> saisies; // input boxes; default: cancel
     std::deque<QString> ouvertures;           // Open dialog; default: cancel
     std::deque<QString> enregistrements;      // Save dialogs; default: cancel
+    std::deque<QStringList> listes;           // Alt-L's dialog; default: cancel
     std::optional<QColor> couleur;
     std::function<void(ValeursConfig&)> langues; // Form3; default: closed
 
@@ -77,6 +78,15 @@ public:
         enregistrements.pop_front();
         return r;
     }
+    QStringList FichiersListe(QWidget*, const QString& dossier, const QString& filtre,
+                              bool plusieurs) override {
+        vues.push_back({QStringLiteral("liste"), dossier,
+                        filtre + (plusieurs ? QStringLiteral("|plusieurs") : QString())});
+        if (listes.empty()) return {};
+        const QStringList r = listes.front();
+        listes.pop_front();
+        return r;
+    }
     std::optional<QColor> Couleur(QWidget*) override {
         vues.push_back({QStringLiteral("couleur"), {}, {}});
         return couleur;
@@ -106,7 +116,6 @@ public:
 struct Banc {
     QTemporaryDir programme, travail;
     ConfigMemoire config;
-    FichiersDisque fichiers;
     BoitesTest boites;
     QString imprimante = QStringLiteral("Imprimante de test");
     std::unique_ptr<Form1> f;
@@ -128,7 +137,6 @@ struct Banc {
     ServicesFenetre Services() {
         ServicesFenetre s;
         s.config = &config;
-        s.fichiers = &fichiers;
         s.boites = &boites;
         s.nomImprimante = [this] { return imprimante; };
         s.dossierProgramme = programme.path();

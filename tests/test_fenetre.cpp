@@ -102,12 +102,12 @@ TEST(Fenetre, MenusTakeTheirCaptionsFromTheStringTable) {
     EXPECT_FALSE(f.Mnu_Aide->isVisible());
     // The entries of later Parts stay visible and disabled.
     for (QAction* a : {f.Mnu_Masque, f.Mnu_Dessin, f.Mnu_Imprimer, f.Mnu_OuvrirMeter, f.Mnu_Defaire,
-                       f.Mnu_Rechercher, f.Mnu_Patchs, f.Mnu_Polices}) {
+                       f.Mnu_Rechercher, f.Mnu_Polices}) {
         EXPECT_TRUE(a->isVisible()) << a->objectName().toStdString();
         EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
     }
     for (QAction* a : {f.Mnu_Ouvrir, f.Mnu_Visualiser, f.Mnu_Zoom, f.Mnu_RefCurseur, f.Mnu_TaillCar,
-                       f.Mnu_Couleur, f.Mnu_ExportPdf})
+                       f.Mnu_Couleur, f.Mnu_ExportPdf, f.Mnu_Patchs, f.Mnu_Liste_Fic})
         EXPECT_TRUE(a->isEnabled()) << a->objectName().toStdString();
 }
 
@@ -896,4 +896,133 @@ TEST(Fenetre, LanguageMenuRewritesTheCaptions) {
     EXPECT_EQ(f.Mnu_Fichier->title(), LoadResString(810));
     EXPECT_EQ(f.Text1->toolTip(), LoadResString(930));
     EXPECT_TRUE(b.config.Ecritures.contains(QStringLiteral("LangueMenu = Deutsch")));
+}
+
+// --- Part 4.2 through the window: the commands of src/app/core/fichiers
+
+TEST(Fenetre, SaveOfAMeterImportOpensSaveAs) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1\r\n"));
+    const QString mtr = b.Fichier(QStringLiteral("cadran.mtr"), QStringLiteral("MTR DATA"));
+    f.FichierCourant = mtr; // as the Meter import leaves it (Part 4.8)
+    f.NomCourant = mtr;
+    const QString dat = b.travail.path() + QStringLiteral("/cadran.dat");
+    b.boites.enregistrements = {dat};
+    f.Mnu_EnregistrerS_Click();
+    ASSERT_EQ(b.boites.Nombre(QStringLiteral("enregistrer")), 1);
+    EXPECT_EQ(b.boites.vues.back().titre, mtr); // initial name: NomCourant
+    QFile m(mtr);
+    ASSERT_TRUE(m.open(QIODevice::ReadOnly));
+    EXPECT_EQ(m.readAll(), QByteArray("MTR DATA"));
+    QFile d(dat);
+    ASSERT_TRUE(d.open(QIODevice::ReadOnly));
+    EXPECT_EQ(d.readAll(), QByteArray("CT = 1, 1\r\n"));
+    EXPECT_EQ(f.NomCourant, dat);
+    EXPECT_FALSE(f.Modifie());
+}
+
+TEST(Fenetre, OneLineWithoutLineEndLoadsWithCrLfAndSaveKeepsIt) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1"));
+    EXPECT_EQ(f.RTB1->TexteCrLf(), QStringLiteral("CT = 1, 1\r\n"));
+    EXPECT_EQ(f.RTB1->document()->blockCount() - 1, 1);
+    f.Mnu_EnregistrerS_Click();
+    QFile fi(f.FichierCourant);
+    ASSERT_TRUE(fi.open(QIODevice::ReadOnly));
+    EXPECT_EQ(fi.readAll(), QByteArray("CT = 1, 1\r\n"));
+}
+
+// A Windows-1252 file (the original's files) is saved back in Windows-1252.
+TEST(Fenetre, Windows1252FileIsSavedBackInItsEncoding) {
+    Banc b;
+    const QString chemin = b.travail.path() + QStringLiteral("/ancien.dat");
+    {
+        QFile fi(chemin);
+        ASSERT_TRUE(fi.open(QIODevice::WriteOnly));
+        fi.write(QByteArray("Texte = 1, 1, , , \xe9t\xe9\r\n"));
+    }
+    Form1& f = b.Fenetre();
+    f.Demarrer(chemin);
+    EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Texte = 1, 1, , , été"));
+    f.RTB1->InsereTexte(QStringLiteral("' à\r\n"));
+    f.Mnu_EnregistrerS_Click();
+    QFile fi(chemin);
+    ASSERT_TRUE(fi.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(fi.readAll().contains(QByteArray("' \xe0\r\n")));
+}
+
+// A failed save shows the system's error in a box; caption and Modifie are
+// updated all the same (Part 4.2, Failure handling). (The old file kept
+// intact: Fichiers.SaveIntoReadOnlyFolderKeepsOldFileAndReportsError.)
+TEST(Fenetre, FailedSaveShowsTheSystemsError) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1\r\n"));
+    f.FichierCourant = b.travail.path() + QStringLiteral("/absent/essai.dat");
+    f.RTB1->InsereTexte(QStringLiteral("CT = 2, 2\r\n"));
+    ASSERT_TRUE(f.Modifie());
+    f.Mnu_EnregistrerS_Click();
+    ASSERT_EQ(b.boites.Messages().size(), 1);
+    EXPECT_FALSE(b.boites.Messages()[0].isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(f.FichierCourant));
+    EXPECT_FALSE(f.Modifie());
+}
+
+// Alt-L (Part 4.2): one file gives its path at the caret; with Ctrl several
+// files give the folder then each name, joined by the first separator.
+TEST(Fenetre, FileListInsertsThePathsAtTheCaretWithoutARun) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("Fichier = \r\n"));
+    const int runs = f.NombreExecutions;
+    QTextCursor c(f.RTB1->document());
+    c.movePosition(QTextCursor::EndOfBlock);
+    f.RTB1->setTextCursor(c);
+    b.boites.listes = {{QStringLiteral("/dossier/trou.dat")}};
+    f.Mnu_Liste_Fic->trigger();
+    EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Fichier = /dossier/trou.dat"));
+    ASSERT_EQ(b.boites.Nombre(QStringLiteral("liste")), 1);
+    EXPECT_TRUE(b.boites.vues.back().texte.startsWith(LoadResString(106) + QStringLiteral(" (*.*)")));
+    EXPECT_EQ(f.NombreExecutions, runs); // the text is not run
+    // Cancel inserts nothing.
+    f.Mnu_Liste_Fic->trigger();
+    EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Fichier = /dossier/trou.dat"));
+}
+
+TEST(Fenetre, VersionChangeOpensForm3PresetFromTheFile) {
+    Banc b;
+    b.config.Valeurs.Langue = QStringLiteral("Deutsch");
+    b.config.Valeurs.LangueMenu = QStringLiteral("English");
+    b.config.Valeurs.LangueAide = QStringLiteral("Castellano");
+    b.config.Valeurs.LangueMasq = QStringLiteral("English");
+    b.config.Valeurs.PremiereLigne = QStringLiteral("'Fichier de configuration du Programme Mirel V2.05");
+    ValeursConfig vu;
+    b.boites.langues = [&vu](ValeursConfig& v) { vu = v; };
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1\r\n"));
+    EXPECT_EQ(b.boites.Nombre(QStringLiteral("langues")), 1);
+    EXPECT_EQ(vu.Langue, QStringLiteral("Deutsch"));
+    EXPECT_EQ(vu.LangueMenu, QStringLiteral("English"));
+    EXPECT_EQ(vu.LangueAide, QStringLiteral("Castellano"));
+    EXPECT_EQ(vu.LangueMasq, QStringLiteral("English"));
+    EXPECT_TRUE(b.config.Ecritures.contains(QStringLiteral("Langue = Deutsch")));
+    EXPECT_EQ(f.regl.LangueMessages, 800);
+}
+
+// Part 4.5: 16 and 0 ask again; a valid number sets its patch and is written.
+TEST(Fenetre, PatchMenuAsksForANumber) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CT = 1, 1\r\n"));
+    ASSERT_TRUE(f.Mnu_Patchs->isEnabled());
+    b.boites.saisies = {QStringLiteral("16"), QStringLiteral("0"), QStringLiteral("2")};
+    f.Mnu_Patchs->trigger();
+    EXPECT_EQ(b.boites.Nombre(QStringLiteral("saisie")), 3);
+    EXPECT_EQ(b.boites.vues.back().texte.section(u'|', 0, 0),
+              LoadResString(121) + QStringLiteral("\n\n") + LoadResString(122));
+    EXPECT_TRUE(b.config.Ecritures.contains(QStringLiteral("Patchs = 2")));
+    EXPECT_EQ(f.regl.Patchs, 2);
+    // "-2" clears it again; an empty answer leaves.
+    b.boites.saisies = {QStringLiteral("-2")};
+    f.Mnu_Patchs->trigger();
+    EXPECT_EQ(f.regl.Patchs, 0);
+    b.boites.saisies = {QStringLiteral("")};
+    f.Mnu_Patchs->trigger();
+    EXPECT_EQ(f.regl.Patchs, 0);
 }

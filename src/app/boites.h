@@ -7,6 +7,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -28,6 +29,10 @@ public:
     // The Save as dialog with overwrite prompt; empty when cancelled.
     virtual QString FichierEnregistrer(QWidget* parent, const QString& nomInitial,
                                        const QString& filtre, const QString& suffixe) = 0;
+    // Alt-L's dialog (Part 4.2): one existing file, or several when
+    // `plusieurs`; empty when cancelled.
+    virtual QStringList FichiersListe(QWidget* parent, const QString& dossier, const QString& filtre,
+                                      bool plusieurs) = 0;
     // The colour dialog; none when cancelled.
     virtual std::optional<QColor> Couleur(QWidget* parent) = 0;
     // `Form3`, the language dialog: edits the four language names; false on close.
@@ -43,6 +48,8 @@ public:
     QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) override;
     QString FichierEnregistrer(QWidget* parent, const QString& nomInitial, const QString& filtre,
                                const QString& suffixe) override;
+    QStringList FichiersListe(QWidget* parent, const QString& dossier, const QString& filtre,
+                              bool plusieurs) override;
     std::optional<QColor> Couleur(QWidget* parent) override;
     bool Langues(QWidget* parent, ValeursConfig& v) override;
 };

@@ -322,6 +322,13 @@ QString BoitesQt::FichierEnregistrer(QWidget* parent, const QString& nomInitial,
     return d.selectedFiles().first();
 }
 
+QStringList BoitesQt::FichiersListe(QWidget* parent, const QString& dossier, const QString& filtre,
+                                    bool plusieurs) {
+    if (plusieurs) return QFileDialog::getOpenFileNames(parent, QString(), dossier, filtre);
+    const QString f = QFileDialog::getOpenFileName(parent, QString(), dossier, filtre);
+    return f.isEmpty() ? QStringList() : QStringList{f};
+}
+
 std::optional<QColor> BoitesQt::Couleur(QWidget* parent) {
     const QColor c = QColorDialog::getColor(Qt::black, parent);
     if (!c.isValid()) return std::nullopt;

@@ -58,11 +58,6 @@ QString UnTab(QString t) {
     return t;
 }
 
-QString Dossier(const QString& chemin) {
-    QString d = QFileInfo(chemin).absolutePath();
-    if (!d.endsWith(u'/')) d += u'/';
-    return d;
-}
 
 // The export entries are beyond the spec: no string table rows; one caption
 // per language section.
@@ -125,10 +120,6 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     if (!s_.config) {
         configPropre_ = std::make_unique<ConfigMemoire>();
         s_.config = configPropre_.get();
-    }
-    if (!s_.fichiers) {
-        fichiersPropres_ = std::make_unique<FichiersDisque>();
-        s_.fichiers = fichiersPropres_.get();
     }
     if (!s_.boites) {
         boitesPropres_ = std::make_unique<BoitesQt>();
@@ -294,13 +285,13 @@ void Form1::ConstruitMenus() {
     Mnu_TaillCar = action(Mnu_Options, "Mnu_TaillCar", &Form1::Mnu_TaillCar_Click);
     Mnu_CentreCurseur = action(Mnu_Options, "Mnu_CentreCurseur", &Form1::Mnu_CentreCurseur_Click);
     Mnu_Options->addSeparator();
-    Mnu_Patchs = action(Mnu_Options, "Mnu_Patchs", nullptr, false); // Part 4.5
+    Mnu_Patchs = action(Mnu_Options, "Mnu_Patchs", &Form1::Mnu_Patchs_Click);
     Mnu_Langue = action(Mnu_Options, "Mnu_Langue", &Form1::Mnu_Langue_Click);
     Mnu_Setup = action(Mnu_Options, "Mnu_Setup", nullptr, false);   // subsystem 5
     Mnu_Options->addSeparator();
     Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
     Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // Part 4.6
-    Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", nullptr, false); // Part 4.2
+    Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", [this] { Mnu_Liste_Fic_Click(); });
 
     Mnu_Help = mb->addMenu(QString());
     Mnu_Help->setObjectName(QStringLiteral("Mnu_Help"));
@@ -460,8 +451,8 @@ void Form1::Debut(const QString& ligneCommande) {
     // 7. The version of line 1, then the four languages.
     const int p = int(Config.PremiereLigne.indexOf(QStringLiteral("Mirel V")));
     const bool versionOk = p >= 0 && Config.PremiereLigne.mid(p + 7).trimmed() == Version.trimmed();
-    if (!versionOk) Config.Langue.clear();
-    if (DecalageDeLangue(Config.Langue) < 0 || DecalageDeLangue(Config.LangueMenu) < 0 ||
+    // A new version opens Form3 preset with the file's languages (Part 4.5).
+    if (!versionOk || DecalageDeLangue(Config.Langue) < 0 || DecalageDeLangue(Config.LangueMenu) < 0 ||
         DecalageDeLangue(Config.LangueAide) < 0 || DecalageDeLangue(Config.LangueMasq) < 0) {
         ValeursConfig v = Config;
         QApplication::setOverrideCursor(Qt::ArrowCursor);
@@ -490,15 +481,10 @@ void Form1::Debut(const QString& ligneCommande) {
     // 11.
     bool charge = false;
     if (!nom.isEmpty() && QFileInfo(nom).isFile()) {
-        QString texte, erreur;
-        if (s_.fichiers->LitFic(nom, texte, erreur)) {
-            DossierFichier = Dossier(nom);
-            QDir::setCurrent(DossierFichier);
-            LitFic(texte);
-            FichierCourant = QFileInfo(nom).absoluteFilePath();
-            NomCourant = FichierCourant;
-            charge = true;
-        }
+        const QString chemin = QFileInfo(nom).absoluteFilePath();
+        charge = CommandeFichier([&chemin](EtatFichiers& ef, FenetreFichiers& p) {
+            return ChargeFichier(ef, p, chemin, false); // its run comes at step 12
+        });
     }
     if (!charge) Mnu_Ouvrir_Click();
     EcritCaption();
@@ -513,11 +499,9 @@ void Form1::AppliqueLangues() {
     regl.LangueMasque = decalage(Config.LangueMasq);
 }
 
-void Form1::LitFic(const QString& texte) {
-    e.Repere.ZoomE = 1;
-    e.Repere.ZoomDepart = 1;
-    RTB1->ChargeTexte(texte);
-    e.Repere.ZoomDepart = s_.fichiers->ZoomDepart(texte);
+void Form1::LitFic(const TexteLu& lu) {
+    RTB1->ChargeTexte(lu.Texte);
+    e.Repere.ZoomDepart = lu.ZoomDepart;
     e.Repere.ZoomE = e.Repere.ZoomDepart;
     RTB1->MajLigne();
 }
@@ -889,126 +873,111 @@ void Form1::EnregistreLangues() {
     s_.config->LanguesValidees(regl);
 }
 
+// The patch box of Part 4.5: asks until the answer is valid or empty.
+void Form1::Mnu_Patchs_Click() {
+    int patchs = regl.Patchs;
+    auto demande = [this](const QString& invite) {
+        return s_.boites->Saisie(this, TitreBoite, invite, QString()).value_or(QString());
+    };
+    auto ecrit = [this](const QString& valeur) {
+        s_.config->EcritConfig(QStringLiteral("Patchs ="), u' ' + valeur);
+    };
+    if (::Mnu_Patchs(patchs, demande, TableChaines::Standard(), regl.LangueMessages, ecrit))
+        regl.Patchs = Config.Patchs = patchs;
+}
+
 void Form1::Mnu_AProposDe_Click() { AProposDe(this, regl.LangueMenus, Version); }
 
-// --- files (Part 4.2 through the FichierService)
+// --- files: the commands of Part 4.2 (src/app/core/fichiers) on this window
+
+// What those commands ask of the window: its boxes and file dialogs, the
+// editor's text, the caption, the busy state, a run, the undo reset.
+class Form1::PontFichiers : public FenetreFichiers {
+public:
+    explicit PontFichiers(Form1& fenetre) : f(fenetre) {}
+    Reponse Message(const QString& texte, Boutons b) override {
+        const Icone i = b == Boutons::OuiNonAnnuler ? Icone::Question : Icone::Exclamation;
+        return f.s_.boites->Message(&f, TitreBoite, texte, b, i);
+    }
+    QString DialogueOuvrir(const QString& dossier, const QString& filtre) override {
+        return f.s_.boites->FichierOuvrir(&f, dossier, FiltreQt(filtre));
+    }
+    QString DialogueEnregistrer(const QString& nomInitial, const QString& filtre,
+                                const QString& extension) override {
+        return f.s_.boites->FichierEnregistrer(&f, nomInitial, FiltreQt(filtre), extension);
+    }
+    QStringList DialogueListe(const QString& filtre, bool plusieurs) override {
+        return f.s_.boites->FichiersListe(&f, f.DossierFichier, FiltreQt(filtre), plusieurs);
+    }
+    QString TexteEditeur() const override { return f.RTB1->TexteCrLf(); }
+    void ChargeTexte(const TexteLu& lu) override { f.LitFic(lu); }
+    void VideEditeur() override { f.RTB1->ChargeTexte(QString()); }
+    void EcritLegende(const QString& nomCourant) override {
+        f.NomCourant = nomCourant;
+        f.EcritCaption();
+    }
+    void Occupe(bool oui) override { f.Occupe(oui); }
+    void Visualiser() override { f.Visualiser(); }
+    void DebutAnnulation() override {
+        f.UndoSlot = f.UndoNb = 1;
+        f.RedoNb = 0;
+        f.MajText4();
+    }
+
+private:
+    Form1& f;
+};
+
+bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichiers&)>& commande) {
+    fichiers_.NomCourant = NomCourant;
+    fichiers_.FichierCourant = FichierCourant;
+    fichiers_.DossierFichier = DossierFichier;
+    fichiers_.Modifie = Modifie();
+    PontFichiers pont(*this);
+    const bool r = commande(fichiers_, pont);
+    NomCourant = fichiers_.NomCourant;
+    FichierCourant = fichiers_.FichierCourant;
+    DossierFichier = fichiers_.DossierFichier;
+    SetModifie(fichiers_.Modifie);
+    EcritCaption();
+    return r;
+}
 
 bool Form1::DemandeSauvegarde() {
-    const Reponse r = s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(118),
-                                         Boutons::OuiNonAnnuler, Icone::Question);
-    if (r == Reponse::Annuler) return false;
-    if (r == Reponse::Oui) Mnu_EnregistrerS_Click();
-    return true;
+    return CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
+        return ::DemandeSauvegarde(ef, regl, p);
+    });
 }
 
 void Form1::Mnu_Ouvrir_Click() {
     if (e.ExecutionEnCours) return;
-    if (!RTB1->document()->isEmpty() && Modifie() && !DemandeSauvegarde()) return;
-    const QString filtre = Chaine(105) + QStringLiteral(" (*.dat);;") + Chaine(106) + QStringLiteral(" (*)");
-    const QString nom = s_.boites->FichierOuvrir(this, DossierFichier, filtre);
-    if (nom.isEmpty()) {
-        if (RTB1->document()->isEmpty()) Mnu_Nouveau_Click();
-        return;
-    }
-    if (s_.fichiers->NomRefuse(nom)) {
-        s_.boites->Message(this, QStringLiteral("Mirel"),
-                           nom + QStringLiteral("\r\nN'est pas un fichier Mirel\r\nIs not a Mirel file"
-                                                "\r\nIst keine Mirel Datei."),
-                           Boutons::Ok, Icone::Exclamation);
-        return;
-    }
-    QString texte, erreur;
-    if (!s_.fichiers->LitFic(nom, texte, erreur)) {
-        s_.boites->Message(this, QStringLiteral("Mirel"), nom + QStringLiteral("\r\n") + erreur,
-                           Boutons::Ok, Icone::Exclamation);
-        return;
-    }
-    DossierFichier = Dossier(nom);
-    QDir::setCurrent(DossierFichier);
-    LitFic(texte);
-    NomCourant = QFileInfo(nom).absoluteFilePath();
-    EcritCaption();
-    Visualiser();
-    FichierCourant = NomCourant;
-    SetModifie(false);
-    UndoSlot = UndoNb = 1;
-    RedoNb = 0;
-    MajText4();
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Ouvrir(ef, regl, p); });
 }
 
 void Form1::Mnu_Nouveau_Click() {
     if (e.ExecutionEnCours) return;
-    if (!RTB1->document()->isEmpty() && Modifie() && !DemandeSauvegarde()) return;
-    RTB1->ChargeTexte(QString());
-    const QString modele = s_.fichiers->Modele(regl, LoadResString(8 + regl.LangueMessages));
-    QString texte, erreur;
-    if (!modele.isEmpty() && s_.fichiers->LitFic(modele, texte, erreur)) LitFic(texte);
-    QTextCursor c(RTB1->document());
-    RTB1->setTextCursor(c);
-    NomCourant.clear();
-    EcritCaption();
-    Visualiser();
-    FichierCourant.clear();
-    SetModifie(false);
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Nouveau(ef, regl, p); });
 }
 
 void Form1::Mnu_EnregistrerS_Click() {
-    if (FichierCourant.isEmpty() || FichierCourant.toUpper().endsWith(QLatin1String(".MTR"))) {
-        Mnu_Enregistrer_Click();
-        return;
-    }
-    QString erreur;
-    if (!s_.fichiers->Ecrit(FichierCourant, RTB1->TexteCrLf(), erreur))
-        s_.boites->Message(this, QStringLiteral("Mirel"), erreur, Boutons::Ok, Icone::Critique);
-    EcritCaption();
-    SetModifie(false);
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
+        return ::Mnu_EnregistrerS(ef, regl, p);
+    });
 }
 
 void Form1::Mnu_Enregistrer_Click() {
-    const QString ancien = NomCourant;
-    const QString filtre = Chaine(105) + QStringLiteral(" (*.dat);;") + Chaine(106) + QStringLiteral(" (*)");
-    QString nom = s_.boites->FichierEnregistrer(this, NomCourant, filtre, QStringLiteral("dat"));
-    if (nom.isEmpty()) {
-        NomCourant = ancien;
-        return;
-    }
-    // Two dots or more in the name: what follows the last one goes.
-    const QString fichier = QFileInfo(nom).fileName();
-    if (fichier.count(u'.') >= 2) nom.truncate(nom.lastIndexOf(u'.'));
-    if (EstExportCode(nom)) {
-        ExporteCode(nom);
-        return;
-    }
-    QString erreur;
-    if (!s_.fichiers->Ecrit(nom, RTB1->TexteCrLf(), erreur))
-        s_.boites->Message(this, QStringLiteral("Mirel"), erreur, Boutons::Ok, Icone::Critique);
-    NomCourant = nom;
-    FichierCourant = nom;
-    EcritCaption();
-    SetModifie(false);
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
+        return ::Mnu_Enregistrer(ef, regl, p);
+    });
 }
 
-// The coded export of Part 4.2 (".JPG#"), through the service of fichiers.h.
-void Form1::ExporteCode(const QString& nom) {
-    struct Pont : FenetreFichiers {
-        Form1& f;
-        explicit Pont(Form1& fenetre) : f(fenetre) {}
-        Reponse Message(const QString& texte, Boutons b) override {
-            return f.s_.boites->Message(&f, QStringLiteral("Mirel"), texte, b, Icone::Exclamation);
-        }
-        QString DialogueOuvrir(const QString&, const QString&) override { return {}; }
-        QString DialogueEnregistrer(const QString&, const QString&, const QString&) override { return {}; }
-        QString TexteEditeur() const override { return f.RTB1->TexteCrLf(); }
-        void ChargeTexte(const TexteLu&) override {}
-        void VideEditeur() override {}
-        void EcritLegende(const QString& nomCourant) override {
-            f.NomCourant = nomCourant;
-            f.EcritCaption();
-        }
-    } pont(*this);
-    EtatFichiers etat;
-    etat.NomCourant = NomCourant;
-    ExportCode(etat, pont, nom);
+// Alt-L: the names chosen go in at the caret as selected text; nothing runs.
+void Form1::Mnu_Liste_Fic_Click() {
+    if (e.ExecutionEnCours) return;
+    const bool ctrl = QApplication::keyboardModifiers() & Qt::ControlModifier;
+    PontFichiers pont(*this);
+    const QString t = ::Mnu_Liste_Fic(regl, pont, e.Separateur1, ctrl);
+    if (!t.isEmpty()) RTB1->InsereTexte(t);
 }
 
 void Form1::Exporte(const QString& extension) {
@@ -1129,14 +1098,9 @@ void Form1::closeEvent(QCloseEvent* ev) {
         return;
     }
     if (Demarre) {
-        if (!RTB1->document()->isEmpty() && Modifie()) {
-            const Reponse r = s_.boites->Message(this, QStringLiteral("Mirel"), Chaine(118),
-                                                 Boutons::OuiNonAnnuler, Icone::Question);
-            if (r == Reponse::Annuler) {
-                ev->ignore();
-                return;
-            }
-            if (r == Reponse::Oui) Mnu_EnregistrerS_Click();
+        if (!DemandeSauvegarde()) {
+            ev->ignore();
+            return;
         }
         s_.config->EcritConfig(QStringLiteral("FichierDat ="), FichierCourant);
         s_.config->EcritConfig(QStringLiteral("DoubleClic ="),

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "app/boites.h"
+#include "app/core/fichiers.h"
 #include "app/services.h"
 #include "language/etat.h"
 
@@ -24,12 +25,11 @@ class QAction;
 class QLabel;
 class QMenu;
 
-// What the window is built on: the services of Parts 4.2 and 4.5, the boxes,
-// the printer lookup and the two folders. Null services get the stand-ins of
-// services.h; null boxes the real widgets.
+// What the window is built on: the configuration of Part 4.5, the boxes, the
+// printer lookup and the two folders. A null configuration gets the in-memory
+// stand-in of services.h; null boxes the real widgets.
 struct ServicesFenetre {
     ServiceConfig* config = nullptr;
-    FichierService* fichiers = nullptr;
     Boites* boites = nullptr;
     // The printer's device name (start-up step 1); empty when none is configured.
     std::function<QString()> nomImprimante;
@@ -122,7 +122,7 @@ public:
     bool AppliqueRefCur(const QString& champ); // Form5's OK
     void RefCurOrigine();           // Ctrl-F8
     void ZoomDepartRun();           // Ctrl-F7
-    void LitFic(const QString& texte); // the editor half of LitFic (Part 4.2)
+    void LitFic(const TexteLu& lu);    // the editor half of LitFic (Part 4.2)
     QString TexteCaption() const;
     // The Surface point under a pane pixel (the last run's mapping).
     QPointF VersSurface(QPointF pixel) const;
@@ -138,7 +138,8 @@ public slots:
     void Mnu_Nouveau_Click();
     void Mnu_EnregistrerS_Click();
     void Mnu_Enregistrer_Click();
-    void ExporteCode(const QString& nom);
+    void Mnu_Liste_Fic_Click();
+    void Mnu_Patchs_Click();
     void Mnu_Quitter_Click();
     void Mnu_Zoom_Click();
     void Mnu_RefCurseur_Click();
@@ -171,6 +172,10 @@ private:
     void FinRun();
     void Occupe(bool oui);
     bool DemandeSauvegarde();       // string 118; false on Cancel
+    // Runs a command of Part 4.2 (src/app/core/fichiers) on this window: its
+    // names and `Modifie` go in and come back.
+    class PontFichiers;
+    bool CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichiers&)>& commande);
     void Reglee(QLabel* l, const QColor& fond, const QColor& texte);
     void MajText4();
     QString Chaine(int n) const;    // messages' language
@@ -178,9 +183,9 @@ private:
 
     ServicesFenetre s_;
     std::unique_ptr<ServiceConfig> configPropre_;
-    std::unique_ptr<FichierService> fichiersPropres_;
     std::unique_ptr<Boites> boitesPropres_;
     std::unique_ptr<HoteFenetre> hote_;
+    EtatFichiers fichiers_;         // the encoding of the current file, the export's draw
     bool fermetureDemandee_ = false;
     bool filtreExecution_ = false;
 };

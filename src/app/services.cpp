@@ -92,28 +92,3 @@ void ConfigFichier::LanguesValidees(const Reglages& r) {
     (void)r;
 }
 
-// --- FichiersDisque
-
-bool FichiersDisque::LitFic(const QString& chemin, QString& texte, QString& erreur) {
-    const std::optional<TexteLu> lu = ::LitFic(chemin, &erreur);
-    if (!lu) return false;
-    texte = lu->Texte;
-    encodages_.insert(QFileInfo(chemin).absoluteFilePath(), lu->Enc);
-    return true;
-}
-
-bool FichiersDisque::Ecrit(const QString& chemin, const QString& texte, QString& erreur) {
-    // Saved back in the encoding it was read in; a new file in UTF-8.
-    Encodage enc = encodages_.value(QFileInfo(chemin).absoluteFilePath(), Encodage::Utf8);
-    const bool ok = EcritTexteCommande(chemin, texte, enc, &erreur);
-    if (ok) encodages_.insert(QFileInfo(chemin).absoluteFilePath(), enc);
-    return ok;
-}
-
-QString FichiersDisque::Modele(const Reglages& r, const QString& code) {
-    return CheminModele(r.DossierTravail, r.DossierCfg, r.DossierProgramme, code);
-}
-
-bool FichiersDisque::NomRefuse(const QString& chemin) { return EstDesinstalleur(chemin); }
-
-float FichiersDisque::ZoomDepart(const QString& texte) { return ZoomIniDe(texte); }

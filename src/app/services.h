@@ -1,9 +1,9 @@
-// The services the window needs from Parts 4.5 (configuration) and 4.2
-// (command files), behind small interfaces of the window's own.
+// The configuration service the window needs from Part 4.5, behind a small
+// interface of the window's own. (Command files, Part 4.2, are the commands of
+// src/app/core/fichiers, which the window runs through `Form1::PontFichiers`.)
 //
-// `ConfigFichier` and `FichiersDisque` are the real ones, over the services of
-// src/app/core/config.* and fichiers.*. `ConfigMemoire` keeps the keys in
-// memory, for the tests and the benchmarks.
+// `ConfigFichier` is the real one, over src/app/core/config.*. `ConfigMemoire`
+// keeps the keys in memory, for the tests and the benchmarks.
 #pragma once
 
 #include "app/core/config.h"
@@ -41,21 +41,6 @@ public:
     virtual void LanguesValidees(const Reglages&) {}
 };
 
-class FichierService {
-public:
-    virtual ~FichierService() = default;
-    // The text of a command file, lines ended by CR LF (the reading half of `LitFic`).
-    virtual bool LitFic(const QString& chemin, QString& texte, QString& erreur) = 0;
-    // Save: the editor's plain text over the file (Part 4.2, Save).
-    virtual bool Ecrit(const QString& chemin, const QString& texte, QString& erreur) = 0;
-    // New: the path of the first template found (Part 4.2, New), or empty.
-    // `code` is string 8 of the messages' language ("fr", "en"...).
-    virtual QString Modele(const Reglages& r, const QString& code) = 0;
-    // Open step 2: an uninstaller's data file ("UNINS00?.DAT") is refused.
-    virtual bool NomRefuse(const QString& chemin) = 0;
-    // `LitFic`'s last step: the first uncommented ZoomIni value, 1 when none.
-    virtual float ZoomDepart(const QString& texte) = 0;
-};
 
 // In-memory configuration: nothing is read from or written to disk. The
 // languages start from the system locale (French, German, Spanish, else English).
@@ -83,19 +68,6 @@ private:
     Config config_;
 };
 
-// Command files (Part 4.2): `LitFic` (UTF-8 or Windows-1252), saved back in
-// the encoding they were read in through a temporary file, templates.
-class FichiersDisque : public FichierService {
-public:
-    bool LitFic(const QString& chemin, QString& texte, QString& erreur) override;
-    bool Ecrit(const QString& chemin, const QString& texte, QString& erreur) override;
-    QString Modele(const Reglages& r, const QString& code) override;
-    bool NomRefuse(const QString& chemin) override;
-    float ZoomDepart(const QString& texte) override;
-
-private:
-    QHash<QString, Encodage> encodages_; // of each file read, for its save
-};
 
 // The name of a language section (entry 5) to its offset 0, 400, 800, 1200;
 // -1 when no offered section knows it (Part 4.5).

@@ -197,10 +197,8 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     QApplication::setApplicationName(QStringLiteral("Mirel"));
     // The real settings and command files of Parts 4.5 and 4.2.
     ConfigFichier config;
-    FichiersDisque fichiers;
     ServicesFenetre services;
     services.config = &config;
-    services.fichiers = &fichiers;
     Form1 f(services);
     if (!f.Demarrer(reste.join(u' '))) return 1;
     int statut = 0;

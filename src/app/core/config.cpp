@@ -408,6 +408,14 @@ SaisiePatch AppliqueSaisiePatch(const QString& saisie, int& patchs) {
 bool Mnu_Patchs(int& patchs, const std::function<QString(const QString& invite)>& demande,
                 const TableChaines& table, int decalage, const EmplacementConfig& lieu,
                 const QString& version) {
+    return Mnu_Patchs(patchs, demande, table, decalage, [&](const QString& valeur) {
+        EcritConfig(lieu, CleCfg::Patchs, valeur, version);
+    });
+}
+
+bool Mnu_Patchs(int& patchs, const std::function<QString(const QString& invite)>& demande,
+                const TableChaines& table, int decalage,
+                const std::function<void(const QString& valeur)>& ecrit) {
     for (;;) {
         const QString s = demande(InvitePatchs(patchs, table, decalage));
         int p = patchs;
@@ -416,7 +424,7 @@ bool Mnu_Patchs(int& patchs, const std::function<QString(const QString& invite)>
         case SaisiePatch::Redemander: continue;
         case SaisiePatch::Appliquee:
             patchs = p;
-            EcritConfig(lieu, CleCfg::Patchs, QString::number(patchs), version);
+            ecrit(QString::number(patchs));
             return true;
         }
     }

@@ -205,6 +205,11 @@ inline bool PatchActif(int patchs, int n) { return n >= 1 && n <= 16 && (patchs 
 // `Mnu_Patchs`: asks through `demande` (the input box; returns "" on cancel)
 // until an answer is valid or empty; a valid one updates `patchs` and writes
 // "Patchs = ". Returns whether something changed.
+// `ecrit` writes the value of the key (the window's configuration service).
+bool Mnu_Patchs(int& patchs, const std::function<QString(const QString& invite)>& demande,
+                const TableChaines& table, int decalage,
+                const std::function<void(const QString& valeur)>& ecrit);
+// The same, writing "Mirel.cfg" of `lieu`.
 bool Mnu_Patchs(int& patchs, const std::function<QString(const QString& invite)>& demande,
                 const TableChaines& table, int decalage, const EmplacementConfig& lieu,
                 const QString& version);
