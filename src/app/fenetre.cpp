@@ -303,7 +303,6 @@ void Form1::ConstruitMenus() {
     Mnu_Help->addSeparator();
     Mnu_AProposDe = action(Mnu_Help, "Mnu_AProposDe", &Form1::Mnu_AProposDe_Click);
     Mnu_Non_Doc = action(Mnu_Help, "Mnu_Non_Doc", nullptr, false);
-    Mnu_Non_Doc->setVisible(false);
     AfficheMenus();
 }
 
@@ -351,10 +350,17 @@ void Form1::AfficheMenus() {
     Mnu_Liste_Fic->setText(ChaineMenu(83));
     Mnu_Help->setTitle(ChaineMenu(70));
     // The help menu of Part 4.5: one entry when mask and menus share a language.
-    const bool meme = regl.LangueMasque == regl.LangueMenus;
-    Mnu_Aide25->setText(ChaineMenu(meme ? 71 : 87));
+    // (The entries stay disabled until the help viewer exists.)
+    ChoixLangues choix{};
+    choix[CadreMessages] = regl.LangueMessages / PasLangue + 1;
+    choix[CadreMenus] = regl.LangueMenus / PasLangue + 1;
+    choix[CadreAide] = regl.LangueAide / PasLangue + 1;
+    choix[CadreMasque] = regl.LangueMasque / PasLangue + 1;
+    const EtatMenuAide aide = MenuAide(choix, TableChaines::Standard(), regl.DossierProgramme);
+    Mnu_Aide25->setText(aide.LegendeAide25);
     Mnu_Aide->setText(ChaineMenu(71));
-    Mnu_Aide->setVisible(!meme);
+    Mnu_Aide->setVisible(aide.AideVisible);
+    Mnu_Non_Doc->setVisible(aide.NonDocVisible);
     Mnu_AideMot->setText(ChaineMenu(81));
     Mnu_ResumeSyntaxes->setText(ChaineMenu(84));
     Mnu_MAJ_Aide->setText(ChaineMenu(88));
