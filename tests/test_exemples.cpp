@@ -70,8 +70,8 @@ bool Rouge(const QImage& im, double x, double y, double r) {
 struct Point { double x, y; };
 const std::map<QString, std::vector<Point>>& Places() {
     static const std::map<QString, std::vector<Point>> p = {
-        // Pivot at (105, 120); arc of radius 60, the "5" centred at radius 71.
-        {"voltmetre.dat", {{105, 120}, {105, 180}, {105, 191}, {105 - 71 * 0.766, 120 + 71 * 0.643}}},
+        // Pivot at (105, 95); arc of radius 60, the "5" centred at radius 71.
+        {"voltmetre.dat", {{105, 95}, {105, 155}, {105, 166}, {105 - 71 * 0.766, 95 + 71 * 0.643}}},
         // Pivot at (105, 110); the decentred arc's top at 48.08 above it.
         {"vumetre.dat", {{105, 110}, {105, 158.08}}},
         // Pivot at (105, 120); arc of radius 65; "1kΩ" at radius 75 on top.
