@@ -1,5 +1,6 @@
 // Part 4.1: the editor RTB1 and its line colouring (Part 1.2's keyword
 // normalising included).
+#include "app/core/aide.h"
 #include "outils_fenetre.h"
 
 #include <QClipboard>
@@ -316,17 +317,17 @@ TEST(Editeur, SyntaxKeyOfALine) {
     EXPECT_EQ(Editeur::MotSyntaxe(QStringLiteral("2, 3"), true), QStringLiteral("SUITE"));
     EXPECT_EQ(Editeur::MotSyntaxe(QStringLiteral("Arc = 1, 2, 3"), false), QStringLiteral("ARC"));
     EXPECT_EQ(Editeur::MotSyntaxe(QStringLiteral("Goto fin"), false), QStringLiteral("GOTO"));
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("COM")), 201);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("SUITE")), 202);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("ARC")), 203);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("VALR")), 236);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("%A")), 248);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("REFCUR")), 209);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("PRINTA")), 264);
-    EXPECT_EQ(Editeur::RangSyntaxe(QStringLiteral("TRUC")), 241);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("COM")), 201);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("SUITE")), 202);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("ARC")), 203);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("VALR")), 236);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("%A")), 248);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("REFCUR")), 209);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("PRINTA")), 264);
+    EXPECT_EQ(RangSyntaxe(QStringLiteral("TRUC")), 241);
     // Every row names its keyword (French section).
     for (const char* m : {"ARC", "CADRE", "TEXTE", "TRAIT", "GOTO", "ANGROT", "COTE", "ENDIF"}) {
-        const QString row = LoadResString(Editeur::RangSyntaxe(QString::fromLatin1(m)));
+        const QString row = LoadResString(RangSyntaxe(QString::fromLatin1(m)));
         EXPECT_TRUE(row.toUpper().contains(QString::fromLatin1(m))) << m << " " << row.toStdString();
     }
 }

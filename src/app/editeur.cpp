@@ -486,26 +486,3 @@ QString Editeur::MotSyntaxeCaret() const {
     return MotSyntaxe(b.text(), suite);
 }
 
-int Editeur::RangSyntaxe(const QString& mot) {
-    if (mot.startsWith(u'%')) return 248;
-    struct Rang { int n; const char* mots; };
-    static const Rang rangs[] = {
-        {201, "COM"}, {202, "SUITE"}, {203, "ARC"}, {204, "CADRE CADREP"}, {205, "CADREA CADREAP"},
-        {206, "CENTREE CENTREEI"}, {207, "CENTREI"}, {208, "CERCLE CERCLEI CERCLEP CERCLEPI"},
-        {209, "REFCUR"}, {210, "COULEUR"}, {211, "CT"}, {212, "DECAL"}, {213, "DEMILUNE DEMILUNEP"},
-        {214, "DROITE"}, {215, "DROITEV"}, {216, "EPAIST"}, {217, "EXPOSANT"},
-        {218, "BEZIER BEZIERP"}, {219, "FICHIER"}, {220, "FLECHE FLECHEP"}, {221, "FORMATI"},
-        {222, "GRAD"}, {223, "GRAD1"}, {224, "INVERSION"}, {225, "PERCER PERCERX"},
-        {226, "PLUS +"}, {227, "POLICE"}, {228, "POLY POLYP"}, {229, "SECT SECTP"},
-        {230, "SEPARATEUR"}, {231, "STOP !"}, {232, "TAILLEP"}, {233, "TEXTE"}, {234, "TEXTEC"},
-        {235, "TRAIT"}, {236, "VAL VALR VALD"}, {237, "VAL1 VAL1R VAL1D"}, {238, "VOYANT"},
-        {239, "X"}, {240, "?"}, {242, "BEZIER_AGR"}, {243, "QA QA1 QA2 QA12"}, {244, "IMAGE"},
-        {245, "ZOOMINI ZOOMINII"}, {246, "PALCOUL PALCOUL2 PALCOUL3"}, {247, "IF"}, {249, "GOTO"},
-        {250, "LISTEVAR"}, {251, "INPUT"}, {252, "OPEN"}, {253, "LVAR"}, {254, "NPAGE"},
-        {255, "CHAIN"}, {256, "PLOT PLOTP PLOTS"}, {257, "ANGROT"}, {258, "POLYR POLYRP"},
-        {259, "COTE"}, {260, "IFT"}, {261, "ELSE ELSEIF ELSEIFT"}, {262, "ENDIF"}, {263, "OPENA"},
-        {264, "PRINTA"}};
-    for (const Rang& r : rangs)
-        if (QString::fromLatin1(r.mots).split(u' ').contains(mot)) return r.n;
-    return 241; // the unknown command
-}

@@ -74,7 +74,6 @@ public:
     // and the row of its one-line syntax, 201 to 264.
     QString MotSyntaxeCaret() const;
     static QString MotSyntaxe(const QString& ligne, bool apresSuite);
-    static int RangSyntaxe(const QString& mot);
 
     static const QColor Noir, Bleu, Vert, Rouge;
 

@@ -1,9 +1,11 @@
 #include "app/fenetre.h"
 
+#include "app/core/aide.h"
 #include "app/core/fichiers.h"
 
 #include "app/core/externes.h"
 #include "app/core/rendu.h"
+#include "app/aide_fenetre.h"
 #include "app/dialogues.h"
 #include "app/editeur.h"
 #include "app/hote_fenetre.h"
@@ -175,6 +177,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     connect(RTB1, &Editeur::ligneChangee, this,
             [this](int l, int n) { Text1->setText(QStringLiteral("L %1/%2").arg(l).arg(n)); });
     connect(RTB1, &Editeur::bulleSyntaxe, this, &Form1::BulleSyntaxe);
+    connect(RTB1, &Editeur::resumeSyntaxes, this, [this] { Aide(CommandeAide::ResumeSyntaxes); });
     connect(RTB1, &Editeur::arret, this, [this] { e.ArretDemande = true; });
     connect(RTB1, &Editeur::toucheRelachee, this, [this](int k, Qt::KeyboardModifiers) {
         if (k != Qt::Key_F2 && k != Qt::Key_Alt && form2->isVisible()) form2->hide();
@@ -295,10 +298,10 @@ void Form1::ConstruitMenus() {
 
     Mnu_Help = mb->addMenu(QString());
     Mnu_Help->setObjectName(QStringLiteral("Mnu_Help"));
-    Mnu_Aide25 = action(Mnu_Help, "Mnu_Aide25", nullptr, false);             // Part 4.5
-    Mnu_Aide = action(Mnu_Help, "Mnu_Aide", nullptr, false);                 // Part 4.5
-    Mnu_AideMot = action(Mnu_Help, "Mnu_AideMot", nullptr, false);           // Part 4.5
-    Mnu_ResumeSyntaxes = action(Mnu_Help, "Mnu_ResumeSyntaxes", nullptr, false); // Part 4.5
+    Mnu_Aide25 = action(Mnu_Help, "Mnu_Aide25", [this] { Aide(CommandeAide::Aide25); });
+    Mnu_Aide = action(Mnu_Help, "Mnu_Aide", [this] { Aide(CommandeAide::Aide); });
+    Mnu_AideMot = action(Mnu_Help, "Mnu_AideMot", [this] { Aide(CommandeAide::AideMot); });
+    Mnu_ResumeSyntaxes = action(Mnu_Help, "Mnu_ResumeSyntaxes", [this] { Aide(CommandeAide::ResumeSyntaxes); });
     Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", nullptr, false);         // Part 4.5
     Mnu_Help->addSeparator();
     Mnu_AProposDe = action(Mnu_Help, "Mnu_AProposDe", &Form1::Mnu_AProposDe_Click);
@@ -350,7 +353,6 @@ void Form1::AfficheMenus() {
     Mnu_Liste_Fic->setText(ChaineMenu(83));
     Mnu_Help->setTitle(ChaineMenu(70));
     // The help menu of Part 4.5: one entry when mask and menus share a language.
-    // (The entries stay disabled until the help viewer exists.)
     ChoixLangues choix{};
     choix[CadreMessages] = regl.LangueMessages / PasLangue + 1;
     choix[CadreMenus] = regl.LangueMenus / PasLangue + 1;
@@ -787,8 +789,20 @@ void Form1::RefCurOrigine() {
     RefCurRad = 0;
 }
 
+// The help commands of Part 4.5 on the generated pages of core/aide.
+// `Mnu_AideMot` opens at the topic of the word at the caret.
+void Form1::Aide(CommandeAide commande) {
+    QString mot;
+    if (commande == CommandeAide::AideMot) {
+        const QTextCursor c = RTB1->textCursor();
+        mot = MotAide(RTB1->toPlainText(), c.position(), c.selectedText(), e.Separateur1);
+    }
+    if (!aide_) aide_ = new FenetreAide(this);
+    aide_->Montre(PageDe(commande, regl, mot));
+}
+
 void Form1::BulleSyntaxe() {
-    const int n = Editeur::RangSyntaxe(RTB1->MotSyntaxeCaret());
+    const int n = RangSyntaxe(RTB1->MotSyntaxeCaret());
     const QString texte = LoadResString(n + regl.LangueMasque) + u'\n';
     const QRect cr = RTB1->cursorRect();
     const QPoint global = RTB1->viewport()->mapToGlobal(cr.bottomLeft() + QPoint(0, 2));

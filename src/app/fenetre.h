@@ -18,6 +18,7 @@
 #include <memory>
 
 class Editeur;
+class FenetreAide;
 class Form2;
 class HoteFenetre;
 class Pane;
@@ -119,6 +120,8 @@ public:
     void InsereCoordonnees();
     void BasculeAngleA();           // double click on Text3
     void BulleSyntaxe();            // Alt-F2
+    void Aide(CommandeAide commande); // the help menu and Shift-F2
+    FenetreAide* FenetreDAide() const { return aide_; }
     bool AppliqueRefCur(const QString& champ); // Form5's OK
     void RefCurOrigine();           // Ctrl-F8
     void ZoomDepartRun();           // Ctrl-F7
@@ -185,6 +188,7 @@ private:
     std::unique_ptr<ServiceConfig> configPropre_;
     std::unique_ptr<Boites> boitesPropres_;
     std::unique_ptr<HoteFenetre> hote_;
+    FenetreAide* aide_ = nullptr;   // the help viewer, made at its first use
     EtatFichiers fichiers_;         // the encoding of the current file, the export's draw
     bool fermetureDemandee_ = false;
     bool filtreExecution_ = false;

@@ -1,0 +1,24 @@
+#include "app/aide_fenetre.h"
+
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+FenetreAide::FenetreAide(QWidget* parent) : QWidget(parent, Qt::Window) {
+    setWindowTitle(QStringLiteral("Mirel"));
+    setObjectName(QStringLiteral("FenetreAide"));
+    navigateur_ = new QTextBrowser(this);
+    navigateur_->setOpenLinks(true);
+    auto* l = new QVBoxLayout(this);
+    l->setContentsMargins(0, 0, 0, 0);
+    l->addWidget(navigateur_);
+    resize(720, 640);
+}
+
+void FenetreAide::Montre(const PageAide& page) {
+    navigateur_->setHtml(page.Html);
+    AncreMontree = page.Ancre;
+    if (!page.Ancre.isEmpty()) navigateur_->scrollToAnchor(page.Ancre);
+    show();
+    raise();
+    activateWindow();
+}

@@ -1,0 +1,125 @@
+#include "app/core/aide.h"
+
+#include "language/chaines.h"
+#include "language/etat.h"
+
+namespace {
+
+// The topics of Part 4.5 in the order of the contents page.
+constexpr int Sujets[] = {2100, 2200, 2300, 2400, 2500, 2600, 2700, 2800, 2900, 3000, 3100, 3200, 5000};
+
+QString Echappe(const QString& t) { return t.toHtmlEscaped(); }
+
+// The topic of a syntax row: that of its first keyword ("COM" and "SUITE" are
+// general, 5000; the "%" row is 2500 as every word starting with "%").
+int SujetRangee(const RangeeSyntaxe& r) {
+    if (r.Syntaxe == 248) return 2500;
+    return SujetAide(QString::fromLatin1(r.Mots).section(u' ', 0, 0));
+}
+
+// A parameter description of Part 4.4: "title;param;param$sub...", then
+// after "\n@C LB\n" lines of notes. Parameters in a list, "$" shown as "§".
+QString HtmlDescription(const QString& description) {
+    const int n = int(description.indexOf(QStringLiteral("\n@C")));
+    const QString tete = n < 0 ? description : description.left(n);
+    QString notes;
+    if (n >= 0) {
+        const int debut = int(description.indexOf(u'\n', n + 1));
+        notes = debut < 0 ? QString() : description.mid(debut + 1);
+    }
+    const QStringList champs = tete.split(u';');
+    QString h = QStringLiteral("<p><b>") + Echappe(champs.value(0)) + QStringLiteral("</b></p>");
+    if (champs.size() > 1) {
+        h += QStringLiteral("<ol>");
+        for (int i = 1; i < champs.size(); ++i) {
+            QString p = champs[i];
+            p.replace(u'$', QStringLiteral(" § "));
+            h += QStringLiteral("<li>") + Echappe(p) + QStringLiteral("</li>");
+        }
+        h += QStringLiteral("</ol>");
+    }
+    if (!notes.isEmpty())
+        h += QStringLiteral("<p>") + Echappe(notes).replace(u'\n', QStringLiteral("<br>")) +
+             QStringLiteral("</p>");
+    return h;
+}
+
+QString Entete(const TableChaines& t, int d) {
+    return QStringLiteral("<html><body><h1>Mirel</h1><p><i>") + Echappe(t.Texte(6 + d)) +
+           QStringLiteral("</i></p>");
+}
+
+} // namespace
+
+const QVector<RangeeSyntaxe>& RangeesSyntaxe() {
+    static const QVector<RangeeSyntaxe> r = {
+        {201, 301, "COM"}, {202, 302, "SUITE"}, {203, 303, "ARC"}, {204, 304, "CADRE CADREP"},
+        {205, 305, "CADREA CADREAP"}, {206, 306, "CENTREE CENTREEI"}, {207, 307, "CENTREI"},
+        {208, 308, "CERCLE CERCLEI CERCLEP CERCLEPI"}, {209, 363, "REFCUR"}, {210, 310, "COULEUR"},
+        {211, 311, "CT"}, {212, 312, "DECAL"}, {213, 313, "DEMILUNE DEMILUNEP"}, {214, 314, "DROITE"},
+        {215, 315, "DROITEV"}, {216, 316, "EPAIST"}, {217, 317, "EXPOSANT"},
+        {218, 364, "BEZIER BEZIERP"}, {219, 319, "FICHIER"}, {220, 320, "FLECHE FLECHEP"},
+        {221, 321, "FORMATI"}, {222, 322, "GRAD"}, {223, 323, "GRAD1"}, {224, 324, "INVERSION"},
+        {225, 325, "PERCER PERCERX"}, {226, 326, "PLUS +"}, {227, 327, "POLICE"},
+        {228, 328, "POLY POLYP"}, {229, 329, "SECT SECTP"}, {230, 330, "SEPARATEUR"},
+        {231, 331, "STOP !"}, {232, 332, "TAILLEP"}, {233, 333, "TEXTE"}, {234, 334, "TEXTEC"},
+        {235, 335, "TRAIT"}, {236, 336, "VAL VALR VALD"}, {237, 337, "VAL1 VAL1R VAL1D"},
+        {238, 338, "VOYANT"}, {239, 339, "X"}, {240, 340, "?"}, {242, 365, "BEZIER_AGR"},
+        {243, 343, "QA QA1 QA2 QA12"}, {244, 344, "IMAGE"}, {245, 345, "ZOOMINI ZOOMINII"},
+        {246, 346, "PALCOUL PALCOUL2 PALCOUL3"}, {247, 347, "IF"}, {248, 348, "%"},
+        {249, 349, "GOTO"}, {250, 350, "LISTEVAR"}, {251, 351, "INPUT"}, {252, 352, "OPEN"},
+        {253, 353, "LVAR"}, {254, 354, "NPAGE"}, {255, 355, "CHAIN"}, {256, 356, "PLOT PLOTP PLOTS"},
+        {257, 366, "ANGROT"}, {258, 367, "POLYR POLYRP"}, {259, 368, "COTE"}, {260, 360, "IFT"},
+        {261, 361, "ELSE ELSEIF ELSEIFT"}, {262, 362, "ENDIF"}, {263, 369, "OPENA"},
+        {264, 370, "PRINTA"}};
+    return r;
+}
+
+int RangSyntaxe(const QString& mot) {
+    if (mot.startsWith(u'%')) return 248;
+    for (const RangeeSyntaxe& r : RangeesSyntaxe())
+        if (QString::fromLatin1(r.Mots).split(u' ').contains(mot)) return r.Syntaxe;
+    return 241; // the unknown command
+}
+
+QString AncreSujet(int sujet) { return QStringLiteral("s") + QString::number(sujet); }
+
+QString PageContenu(const TableChaines& t, int d) {
+    QString h = Entete(t, d);
+    for (int sujet : Sujets) {
+        QStringList mots;
+        QString corps;
+        for (const RangeeSyntaxe& r : RangeesSyntaxe()) {
+            if (SujetRangee(r) != sujet) continue;
+            mots << QString::fromLatin1(r.Mots).split(u' ');
+            corps += QStringLiteral("<pre>") + Echappe(t.Texte(r.Syntaxe + d)) + QStringLiteral("</pre>") +
+                     HtmlDescription(t.Texte(r.Description + d));
+        }
+        if (corps.isEmpty()) continue;
+        h += QStringLiteral("<h2><a name=\"") + AncreSujet(sujet) + QStringLiteral("\"></a>") +
+             Echappe(mots.join(QStringLiteral(", "))) + QStringLiteral("</h2>") + corps + QStringLiteral("<hr>");
+    }
+    return h + QStringLiteral("</body></html>");
+}
+
+QString PageResume(const TableChaines& t, int d) {
+    QString h = Entete(t, d) + QStringLiteral("<table>");
+    for (const RangeeSyntaxe& r : RangeesSyntaxe())
+        h += QStringLiteral("<tr><td><a href=\"#") + AncreSujet(SujetRangee(r)) + QStringLiteral("\">") +
+             Echappe(QString::fromLatin1(r.Mots).section(u' ', 0, 0)) + QStringLiteral("</a></td><td><tt>") +
+             Echappe(t.Texte(r.Syntaxe + d)) + QStringLiteral("</tt></td></tr>");
+    // The contents follow, so that the links lead somewhere.
+    QString contenu = PageContenu(t, d);
+    contenu.remove(0, contenu.indexOf(QStringLiteral("<h2>")));
+    return h + QStringLiteral("</table><hr>") + contenu;
+}
+
+PageAide PageDe(CommandeAide commande, const Reglages& r, const QString& mot) {
+    const TableChaines& t = TableChaines::Standard();
+    switch (commande) {
+    case CommandeAide::Aide25: return {PageContenu(t, r.LangueMasque), {}};
+    case CommandeAide::ResumeSyntaxes: return {PageResume(t, r.LangueMenus), {}};
+    case CommandeAide::AideMot: return {PageContenu(t, r.LangueMenus), AncreSujet(SujetAide(mot))};
+    default: return {PageContenu(t, r.LangueMenus), {}};
+    }
+}
