@@ -59,7 +59,10 @@ TEST(Interprete, GotoWithEqualsInCommentIsACommandError) {
 TEST(Interprete, FacteursFailsInAMainProgram) {
     auto s = Lance("Facteurs = 2\nCT = 1, 1\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_EQ(Messages(*s)[0], QStringLiteral("Erreur de commande dans la ligne : 1: Facteurs = 2\r\n"));
+    // A failure of the line, deliberately (Part 1.1), not a command error.
+    EXPECT_EQ(s->hote.Messages()[0].titre, QStringLiteral("Mirel    (nb Var=0)"));
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 1: Facteurs = 2\r\n\r\n%iRec\t= 1")))
+        << Messages(*s)[0].toStdString();
     EXPECT_EQ(Croix(*s), 0); // the run ended there
 }
 
@@ -168,4 +171,14 @@ TEST(Interprete, LoneUnderscoreAtTheEndIsAnUnfinishedContinuation) {
     EXPECT_TRUE(t->hote.Messages().isEmpty());
     EXPECT_MM(t->etat.Repere.CTx, 3);
     EXPECT_MM(t->etat.Repere.CTy, 4);
+}
+
+// Part 1.1: after a run-time failure the handler ends the level; the steps of
+// a normal end (string 127 among them) don't follow.
+TEST(Interprete, FailureInsideABlockShowsOnlyItsOwnBox) {
+    auto s = Lance("If 1 = 1 Then\nCT = %Q, 1\nEndIf\n");
+    ASSERT_EQ(s->hote.Messages().size(), 1) << Messages(*s).join("|").toStdString();
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 2: CT = %Q, 1\r\n\r\n%Q : non initialisée")))
+        << Messages(*s)[0].toStdString();
+    EXPECT_FALSE(s->etat.ExecutionEnCours);
 }

@@ -155,3 +155,11 @@ TEST(MotsCles, CanonicalListAndAliases) {
     EXPECT_EQ(AliasEditeur("ROTANG"), QStringLiteral("AngRot"));
     EXPECT_EQ(AliasEditeur("SINON"), QStringLiteral("Else")); // over four letters: "ElseN"
 }
+
+// Part 1.2: a duplicate label fails at level entry, with no text of its own.
+TEST(Etiquettes, DuplicateLabelFailsWithTheLineOnly) {
+    auto s = Lance("fin:\nCT = 1, 1\nfin:\n");
+    ASSERT_EQ(s->hote.Messages().size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 3: fin:\r\n\r\n%iRec\t= 1")))
+        << Messages(*s)[0].toStdString();
+}

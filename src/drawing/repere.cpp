@@ -391,7 +391,8 @@ void CmdZoomIniI(Etat& e) { ZoomInitial(e, e.Repere.ZoomDepartI); }
 
 // Retired from main programs: a command error at level 1, skipped below it.
 void CmdFacteur(Etat& e) {
-    if (e.NiveauCourant == 1) throw ErreurCommande();
+    // At level 1 a failure of the line, deliberately (Part 1.1).
+    if (e.NiveauCourant == 1) throw ErreurProvoquee("Facteurs");
 }
 
 void CmdCentreE(Etat& e) { Centre(e, true, false); }

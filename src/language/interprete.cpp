@@ -314,6 +314,7 @@ void Interprete(Etat& e, int& niveau) {
     if (niveau == 1 && e.ExecutionEnCours) return;
     e.ExecutionEnCours = true;
     const int garde = e.NiveauCourant;
+    bool echec = false;
     try {
         EntreeNiveau(e, niveau);
         CtxFic& c = e.PileFic[niveau];
@@ -338,11 +339,16 @@ void Interprete(Etat& e, int& niveau) {
     } catch (const std::exception&) {
         e.NiveauCourant = niveau;
         Gestionnaire(e, niveau);
+        echec = true;
     }
     if (e.ArretDemande) FermeFichiers(e);
     e.FinNiveauDemandee = false;
     e.NiveauCourant = niveau;
-    FinNiveau(e, niveau);
+    // After a run-time failure the handler has ended the level: the steps of
+    // the end of a level (margins, read-out values, string 127) don't run
+    // (Part 1.1: no resumption; they follow only the five normal ends).
+    if (!echec) FinNiveau(e, niveau);
+    else if (niveau == 1) e.ExecutionEnCours = false;
     e.NiveauCourant = garde > 0 ? garde : niveau;
 }
 

@@ -222,9 +222,7 @@ void ScanEtiquettes(Etat& e, int niveau) {
                 int fin = InStr(debutLigne, texte, CrLf());
                 c.PosFin = Entier16(fin == 0 ? longueur + 1 : fin);
                 c.FinLigne = c.PosFin;
-                e.TexteErreur = nom + QStringLiteral(" : étiquette en double / duplicate label") +
-                                CrLf() + CrLf();
-                throw ErreurProvoquee("étiquette en double");
+                throw ErreurProvoquee("étiquette en double"); // no text of its own (Part 1.2)
             }
         }
         table.append({nom, premiereLigne + 1, debutLigne});
