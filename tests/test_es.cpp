@@ -130,3 +130,49 @@ TEST(Es, ListeVarCancelEndsTheLevel) {
     auto t = Lance("ListeVar\nCT = 1, 1\n");
     EXPECT_EQ(Lignes(*t).size(), 2);
 }
+
+// Part 1.7, common part of Open and OpenA: OpenA also sets the level's data
+// name, comment character "'" and number.
+TEST(Es, OpenATakesTheCommonPartWithOpen) {
+    QTemporaryDir d;
+    Ecrit(d, "d.txt", "'q\r\nlast\r\n");
+    auto s = LanceDans(d, "OpenA = o.txt\n%E = %EOF\nOpenA\nOpen = d.txt, 35\nOpenA = o.txt\nLVar = %L\n");
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    EXPECT_EQ(Variable(*s, "%E"), "0");
+    EXPECT_EQ(Variable(*s, "%L"), "last"); // "'" is the comment character again
+}
+
+// Open in an included file: the included file's folder when the name is
+// found neither as given nor beside the main file (no main file here).
+TEST(Es, OpenInAnIncludedFileLooksInItsFolder) {
+    QTemporaryDir d;
+    QDir(d.path()).mkdir("sub");
+    Ecrit(d, "sub/d.txt", "x\r\n");
+    Ecrit(d, "sub/inc.dat", "Open = d.txt\r\nLVar = %t\r\n%IRE$-1v = %t\r\n");
+    Session s(Programme("Fichier = " + d.filePath("sub/inc.dat") + "\n"));
+    s.Execute();
+    EXPECT_TRUE(s.hote.Messages().isEmpty()) << Messages(s).join("|").toStdString();
+    EXPECT_EQ(Variable(s, "%v"), "x");
+}
+
+// Options#$: the right word with a value below 1 changes nothing; a wrong
+// word puts the start value back.
+TEST(Es, OptionsBelowOneChangesNothing) {
+    auto s = Lance("Options#$ = Var,40,,OptMaxVar\nOptions#$ = Var,0,,OptMaxVar\n"
+                   "Options#$ = MaxIf,3,,OptMaxIf\nOptions#$ = MaxIf,0,,OptMaxIf\n");
+    EXPECT_EQ(s->etat.PileFic[1].MaxVar, 40);
+    EXPECT_EQ(s->etat.PileFic[1].MaxSi, 3);
+    auto t = Lance("Options#$ = Var,40,,OptMaxVar\nOptions#$ = Var,40,,Faux\n");
+    EXPECT_EQ(t->etat.PileFic[1].MaxVar, 33);
+}
+
+// Part 1.1: events run at OpenA; Part 1.7: a waiting Shell#$ pumps events
+// until its process has ended.
+TEST(Es, OpenAAndAWaitingShellLetEventsRun) {
+    QTemporaryDir d;
+    auto base = LanceDans(d, "CT = 1, 1\n");
+    auto o = LanceDans(d, "CT = 1, 1\nOpenA = p.txt\n");
+    EXPECT_GT(o->hote.Pompages, base->hote.Pompages);
+    auto sh = LanceDans(d, "CT = 1, 1\nShell#$ = sleep, JPG#, 1, 0.2\n");
+    EXPECT_GT(sh->hote.Pompages, base->hote.Pompages + 3);
+}

@@ -38,11 +38,9 @@ QString DossierDe(const QString& chemin) {
 QString NomFichierDonnees(Etat& e, bool lecture) {
     QString nom = Trim(ParaN(e, e.LigneCourante, 1));
     if (QFileInfo::exists(nom) || AUnDossier(nom)) return nom;
-    const QString principal = DossierDe(e.FichierPrincipal) + nom;
-    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(principal) || e.FichierPrincipal.isEmpty())
-        return e.FichierPrincipal.isEmpty() ? nom : principal;
-    const QString inclus = DossierDe(e.Ctx().Nom) + nom;
-    return QFileInfo::exists(inclus) ? inclus : principal;
+    const QString principal = DossierDe(e.FichierPrincipal) + nom; // the name alone without a main file
+    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(principal)) return principal;
+    return DossierDe(e.Ctx().Nom) + nom;
 }
 
 // One line of a data file, without its line end; UTF-8 when valid, else
@@ -92,6 +90,24 @@ QString Dossier(const QString& d) { return d.isEmpty() || d.endsWith(u'/') ? d :
 
 } // namespace
 
+namespace {
+
+// Steps 2 and 3 of the common part of Open and OpenA: the name, the comment
+// character, the file number of the level.
+void PartieCommune(Etat& e, const QString& nom) {
+    CtxFic& c = e.Ctx();
+    c.FicDonnees = nom;
+    const QString code = Trim(ParaN(e, e.LigneCourante, 2));
+    c.CarCommentaire = u'\'';
+    if (!code.isEmpty()) {
+        QString cc = code;
+        c.CarCommentaire = QChar(int(EvalExpr(e, cc).value_or(39)));
+    }
+    c.NumFicDonnees = std::max(e.NiveauCourant + 3, 4);
+}
+
+} // namespace
+
 void CmdOpen(Etat& e) {
     CtxFic& c = e.Ctx();
     if (Trim(e.LigneCourante).isEmpty()) {
@@ -101,19 +117,12 @@ void CmdOpen(Etat& e) {
     }
     FermeDonnees(c);
     const QString nom = NomFichierDonnees(e, true);
-    const QString code = Trim(ParaN(e, e.LigneCourante, 2));
-    c.CarCommentaire = u'\'';
-    if (!code.isEmpty()) {
-        QString cc = code;
-        c.CarCommentaire = QChar(int(EvalExpr(e, cc).value_or(39)));
-    }
-    c.NumFicDonnees = std::max(e.NiveauCourant + 3, 4);
+    PartieCommune(e, nom);
     e.FichierNonTrouve = true;
     e.NomFichierNonTrouve = nom;
     auto f = std::make_shared<QFile>(nom);
     if (!f->open(QIODevice::ReadOnly)) Echec("fichier non trouvé");
     e.FichierNonTrouve = false;
-    c.FicDonnees = nom;
     c.Donnees = f;
     if (f->atEnd()) FermeDonnees(c); // an empty file: %EOF reads 1
 }
@@ -155,6 +164,10 @@ void CmdLVar(Etat& e) {
 }
 
 void CmdOpenA(Etat& e) {
+    if (e.Host) e.Host->PompeEvenements(); // Part 1.1: events run at OpenA
+    // The common part with Open (Part 1.7): the level's data name, comment
+    // character and number are set, even though the data file stays open.
+    PartieCommune(e, Trim(e.LigneCourante).isEmpty() ? QString() : NomFichierDonnees(e, false));
     if (Trim(e.LigneCourante).isEmpty()) {
         if (e.FicPrintA) e.FicPrintA->close();
         e.FicPrintA.reset();
@@ -282,13 +295,18 @@ void CmdOptions(Etat& e) {
     const double v = deux.isEmpty() ? 0 : EvalExpr(e, deux).value_or(0);
     const QString mot = Trim(Piece(t, 4, e.Separateur1));
     CtxFic& c = e.Ctx();
+    // A wrong word puts the start value back; the right word with a value
+    // below 1 changes nothing.
     if (choix == QLatin1String("Var")) {
-        c.MaxVar = (mot == QLatin1String("OptMaxVar") && v >= 1) ? std::min(int(v), MaxVarAbsolu) : 33;
+        if (mot != QLatin1String("OptMaxVar")) c.MaxVar = 33;
+        else if (v >= 1) c.MaxVar = std::min(int(v), MaxVarAbsolu);
     } else if (choix == QLatin1String("MaxIf")) {
-        c.MaxSi = (mot == QLatin1String("OptMaxIf") && v >= 1) ? (v >= 5 ? 4 : int(v)) : 2;
+        if (mot != QLatin1String("OptMaxIf")) c.MaxSi = 2;
+        else if (v >= 1) c.MaxSi = v >= 5 ? 4 : int(v);
     } else if (choix == QLatin1String("Plot") || choix == QLatin1String("PlotP") ||
                choix == QLatin1String("PlotS")) {
-        c.MaxPlot = (mot == QLatin1String("OptMaxPlot") && v >= 1) ? int32_t(v * 1000) : 50100;
+        if (mot != QLatin1String("OptMaxPlot")) c.MaxPlot = 50100;
+        else if (v >= 1) c.MaxPlot = int32_t(v * 1000);
     }
 }
 

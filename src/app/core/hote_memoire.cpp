@@ -47,13 +47,19 @@ int HoteMemoire::LigneDe(int position) const {
 }
 
 bool HoteMemoire::Lance(const QString& commande, bool attendre) {
-    return LanceCommande(commande, attendre);
+    return LanceCommande(commande, attendre, [this] { PompeEvenements(); });
 }
 
-bool LanceCommande(const QString& commande, bool attendre) {
+bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe) {
     QStringList args = QProcess::splitCommand(commande);
     if (args.isEmpty()) return false;
     const QString prog = args.takeFirst();
-    if (attendre) return QProcess::execute(prog, args) >= 0;
-    return QProcess::startDetached(prog, args);
+    if (!attendre) return QProcess::startDetached(prog, args);
+    // Events are pumped until the process has ended (Part 1.7).
+    QProcess p;
+    p.start(prog, args);
+    if (!p.waitForStarted()) return false;
+    while (!p.waitForFinished(15))
+        if (pompe) pompe();
+    return true;
 }

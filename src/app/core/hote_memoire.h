@@ -8,10 +8,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 // `Shell#$` on this platform (Part 1.7), for both hosts: the command line is
 // split into a program and its arguments and started; with attendre, waited
-// for. False when it could not start.
-bool LanceCommande(const QString& commande, bool attendre);
+// for while `pompe` lets the host's events run. False when it could not start.
+bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe);
 
 struct MessageEnregistre {
     QString titre, texte;
@@ -33,6 +35,9 @@ public:
     QString PressePapier() const override { return pressePapier_; }
     void EcritPressePapier(const QString& texte) override { pressePapier_ = texte; }
     bool Lance(const QString& commande, bool attendre) override;
+    // Headless there are no events; the calls are counted (Part 1.1 names
+    // the commands that let events run).
+    void PompeEvenements() override { ++Pompages; }
 
     void SetTexte(const QString& t) { texte_ = t; }
     bool TexteModifie() const { return modifie_; }
@@ -43,6 +48,7 @@ public:
     QStringList Saisies;
     // The red marks of failing lines: 0-based start and length.
     QVector<QPair<int, int>> Marques;
+    int Pompages = 0;
 
 private:
     QString texte_;
