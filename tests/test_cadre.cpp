@@ -381,7 +381,9 @@ TEST(Cadre, StyleLocalRestaure) {
     for (int i = 4; i < 8; ++i) EXPECT_EQ(l[i].largeur, 1);
     // A dash pattern runs round the outline.
     auto s2 = Lance("Cadre = 0, 0, 10, 10, , 1§§2");
-    EXPECT_EQ(Lignes(*s2).size(), 10); // 40 mm in dashes of 2 and gaps of 2
+    // 40 mm in dashes of 2 and gaps of 2; a gap that ends exactly on a corner
+    // is taken again on the next side (Part 2.2): 3 + 2 + 2 + 2 dashes.
+    EXPECT_EQ(Lignes(*s2).size(), 9);
 }
 
 // Frames and bands on paper: a rendered PNG looked at pixel by pixel. The

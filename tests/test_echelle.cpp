@@ -352,3 +352,20 @@ TEST(Echelle, BornesEgalesEchouent) {
         EXPECT_EQ(Lignes(*s).size(), QString(prog).startsWith("Droite") ? 1 : 0);
     }
 }
+
+// RadMod keeps AngDebut, AngFin within 0 to 6.283185 (Part 2.3): Rot + 540 - a
+// below 0 gives an angle past 180 degrees, never a negative one (a radius line).
+TEST(Echelle, RadModToujoursDansUnTour) {
+    auto s = Lance("Arc = 0, 600, 50");
+    const auto c = Cercles(*s);
+    ASSERT_EQ(c.size(), 1);
+    ASSERT_TRUE(c[0].debut && c[0].fin);
+    EXPECT_NEAR(*c[0].debut, 30000 * K / 100, 1e-12); // RadMod(-60) = 300
+    EXPECT_NEAR(*c[0].fin, 18000 * K / 100, 1e-12);   // RadMod(540) = 180
+    auto s2 = Lance("Arc = 250, 290§-300, 50");
+    const auto c2 = Cercles(*s2);
+    ASSERT_EQ(c2.size(), 1);
+    ASSERT_TRUE(c2[0].debut && c2[0].fin);
+    EXPECT_NEAR(*c2[0].debut, 31000 * K / 100, 1e-12); // RadMod(-50) = 310
+    EXPECT_NEAR(*c2[0].fin, 35000 * K / 100, 1e-12);   // RadMod(-10) = 350
+}

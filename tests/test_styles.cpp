@@ -157,19 +157,27 @@ TEST(Styles, StyleSansL1FinitLesTirets) {
 // --- the dash pattern
 
 TEST(Styles, TiretsEnMillimetres) {
-    // L1 2, gap 1, L3 3, gap 1; the pattern runs on across the corner.
+    // L1 2, gap 1, L3 3, gap 1; the pattern runs on across the corner. A gap
+    // that ends exactly on a vertex ends the routine in its phase (Part 2.2,
+    // phase 1), so the next segment starts with a whole gap again.
     auto s = Lance("EpaisT = 1§§2§1§3\nTrait = 0,0,10,0,,,10,5,10,14");
     AttendPieces(*s, {{0, 0, 2, 0},
                       {3, 0, 6, 0},
                       {7, 0, 9, 0},
-                      // 9 to 10 is a gap ending on the corner; L3 follows
-                      {10, 0, 10, 3},
-                      {10, 4, 10, 5},   // L1 cut by the corner, 1 left
-                      {10, 5, 10, 6},   // the rest of L1
-                      {10, 7, 10, 10},  // L3
-                      {10, 11, 10, 13}}); // L1; a gap runs to the end
+                      // 9 to 10 is a gap ending on the corner; a gap again
+                      {10, 1, 10, 4},   // L3
+                      // 4 to 5 a gap ending on the corner; a gap again
+                      {10, 6, 10, 8},   // L1
+                      {10, 9, 10, 12},  // L3
+                      {10, 13, 10, 14}}); // L1 cut at the end, 1 left
     EXPECT_MM(s->etat.Styles.TiretFinX, 10);
     EXPECT_MM(s->etat.Styles.TiretFinY, 14);
+    EXPECT_MM(s->etat.Styles.TiretReste, 1);
+}
+
+TEST(Styles, TiretsEcartFiniSurLeSommetSeRepete) {
+    auto s = Lance("EpaisT = 1§§2§1§3\nTrait = 0,0,10,0\nTrait = 10,0,20,0");
+    AttendPieces(*s, {{0, 0, 2, 0}, {3, 0, 6, 0}, {7, 0, 9, 0}, {11, 0, 14, 0}, {15, 0, 17, 0}, {18, 0, 20, 0}});
 }
 
 TEST(Styles, TiretsL2EtL3AbsentsPrennentL1) {
@@ -209,4 +217,11 @@ TEST(Styles, TiretsDiagonale) {
 TEST(Styles, TiretLigneDeLongueurNulleUnSeulSegment) {
     auto s = Lance("EpaisT = 1§§2\nTrait = 3,3,3,3");
     AttendPieces(*s, {{3, 3, 3, 3}});
+}
+
+// Part 2.2: trimmed, upper-cased, cut; no second trim.
+TEST(Styles, CouleurSansSecondRognage) {
+    Session u{QString()};
+    EXPECT_EQ(LitCouleur(u.etat, QStringLiteral("ROUGE §BLEU")), std::nullopt);
+    EXPECT_EQ(LitCouleur(u.etat, QStringLiteral(" Rouge§Bleu")), 255);
 }

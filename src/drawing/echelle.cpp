@@ -168,8 +168,12 @@ double ArcSinus(double v) {
     return std::atan(v / std::sqrt(1 - v * v));
 }
 
+// Within 0 to 6.283185 (Part 2.3, AngDebut and AngFin): a negative angle
+// would mean a radius line to `Circle`.
 double RadMod(double v) {
-    return std::fmod(std::nearbyint(100 * v), 36000.0) * DegRad / 100;
+    double m = std::fmod(std::nearbyint(100 * v), 36000.0);
+    if (m < 0) m += 36000;
+    return m * DegRad / 100;
 }
 
 FormeEchelle FormeEchelleCourante(Etat& e) {

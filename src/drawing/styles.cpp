@@ -87,7 +87,7 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte) {
     i = InStr(t, e.Separateur2.toUpper());
     if (i == 0) i = InStr(t, QStringLiteral("/"));
     if (i > 0) t = Left(t, i - 1);
-    t = Trim(t);
+    // No second trim (Part 2.2): "ROUGE §BLEU" leaves "ROUGE ", which is no name.
     struct Nom { const char* nom; int valeur; };
     static const Nom noms[] = {
         {"NOIR", 0}, {"BLACK", 0}, {"ROUGE", 255}, {"RED", 255}, {"VERT", 65280},
@@ -284,6 +284,9 @@ void TraitTirete(Etat& e, double sx, double sy, double ex, double ey, int couleu
         sy = py;
         s.TiretReste = reste;
         if (reste != 0) break;
+        // A gap that ends exactly at E ends the routine in its phase, so the
+        // next segment starts with a whole gap again (Part 2.2, phase 1).
+        if ((phase == 1 || phase == 3) && estFin()) break;
         s.TiretPhase = (phase + 1) % 4;
         if (estFin()) break;
     }
