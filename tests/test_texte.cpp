@@ -957,3 +957,37 @@ TEST(Texte, OneSizeOnScreenPdfAndPng) {
     EXPECT_NEAR((d - g + 1) * 25.4 / 1200, encreEcran, 0.03);
     EXPECT_NEAR(g * 25.4 / 1200, gaucheEcran, 0.03);
 }
+
+// Part 3.3 steps 5 and 13: the lines below the first take the whole
+// upper-cased format field again, "#" behind; so "C§Times" gives the second
+// line the letters I and S of "TIMES".
+TEST(Texte, LaterLinesTakeTheWholeFormatFieldAgain) {
+    auto s = Lance("Texte = 10, 50, , C§Times,A%CRB\n");
+    const auto t = Textes(*s);
+    ASSERT_EQ(t.size(), 2);
+    EXPECT_FALSE(t[0].italique);
+    EXPECT_FALSE(t[0].souligne);
+    EXPECT_TRUE(t[1].italique);
+    EXPECT_TRUE(t[1].souligne);
+    EXPECT_FALSE(t[1].gras);
+    EXPECT_DOUBLE_EQ(t[1].angle, 0);
+}
+
+// The style rule tests the field as it stands: " 14" starts with a blank.
+TEST(Texte, StyleLettersNeedTheFieldItselfToStartWithTheSize) {
+    auto s = Lance("TailleP = 12G\nTexte = 0, 0, , 14,A\nTexte = 0, 10, ,14,A\n");
+    const auto t = Textes(*s);
+    ASSERT_EQ(t.size(), 2);
+    EXPECT_DOUBLE_EQ(t[0].taille, 14);
+    EXPECT_TRUE(t[0].gras);  // " 14": styles kept
+    EXPECT_FALSE(t[1].gras); // "14": styles set from the field
+}
+
+// TexteC step 6: a field that isn't empty (" " included) sets all three styles.
+TEST(Texte, TexteCBlankFormatFieldStillSetsTheStyles) {
+    auto s = Lance("TailleP = 12G\nTexteC = 0, 0, 20, 90, , ,AB\nTexteC = 0, 0, 20, 90, ,,AB\n");
+    const auto t = Textes(*s);
+    ASSERT_EQ(t.size(), 4);
+    EXPECT_FALSE(t[0].gras); // " " isn't empty
+    EXPECT_TRUE(t[2].gras);  // "" keeps the current style
+}

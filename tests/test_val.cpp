@@ -130,7 +130,7 @@ TEST(Val, PremAuDessusDeZeroGardeLesNombres) {
 
 // "$£" in a Val1 text appears as a comma and doesn't split the parameter.
 TEST(Val, DollarLivreDansVal1EstUneVirgule) {
-    auto s = Lance("Arc = 0, 180, 50\nVal1 = 50, 1$£5, 8, , 100, fin, 8");
+    auto s = Lance("Arc = 0, 180, 50\nVal1 = 50,1$£5, 8, , 100,fin, 8");
     EXPECT_TRUE(Messages(*s).isEmpty());
     EXPECT_EQ(Contenus(*s), QStringList({"1,5", "fin"}));
     const auto t = Textes(*s);
@@ -317,10 +317,11 @@ TEST(Val, FormatNombreScientifique) {
     EXPECT_EQ(FormatNombre(0.5, "#.##"), ".5");
 }
 
-// --- Val1
+// --- Val1 (texts written right behind the comma: a blank there would be
+// part of the text, Val.Val1TexteNonRogne)
 
 TEST(Val, Val1ListeDePositionsEtTextes) {
-    auto s = Lance("%L =< 0§50§100\nArc = 0, 180, 50\nVal1 = %L§%L, bas§milieu, 12");
+    auto s = Lance("%L =< 0§50§100\nArc = 0, 180, 50\nVal1 = %L§%L,bas§milieu, 12");
     EXPECT_EQ(Contenus(*s), QStringList({"bas", "milieu", "milieu"}));
     const auto t = Textes(*s);
     ExpectPoint(AncreCentree(*s, t[0]), Aiguille(0.000001, 62));
@@ -328,18 +329,18 @@ TEST(Val, Val1ListeDePositionsEtTextes) {
     ExpectPoint(AncreCentree(*s, t[2]), Aiguille(180, 62));
     EXPECT_TRUE(s->etat.VarListeCourante.isEmpty());
     // A list written in one variable with the first separator.
-    auto v = Lance("%T =< a,b,c\n%L =< 0§50§100\nArc = 0, 180, 50\nVal1 = %L§%L, %T, 12");
+    auto v = Lance("%T =< a,b,c\n%L =< 0§50§100\nArc = 0, 180, 50\nVal1 = %L§%L,%T, 12");
     EXPECT_EQ(Contenus(*v), QStringList({"a", "b", "c"}));
 }
 
 TEST(Val, Val1TxtEtDecimales) {
     LocaleFixee fr(QLocale(QLocale::French, QLocale::France));
-    auto s = Lance("Arc = 0, 180, 50\nVal1 = 50, 2.5§txt, 8, , 100, 2.5, 8");
+    auto s = Lance("Arc = 0, 180, 50\nVal1 = 50,2.5§txt, 8, , 100,2.5, 8");
     EXPECT_EQ(Contenus(*s), QStringList({"2,5", "2.5"}));
 }
 
 TEST(Val, Val1ExpressionsEtVariables) {
-    auto s = Lance("%A = 4\nArc = 0, 180, 50\nVal1 = 50, #%A*2# mA, 8, , 100°, %A, 8");
+    auto s = Lance("%A = 4\nArc = 0, 180, 50\nVal1 = 50,#%A*2# mA, 8, , 100°,%A, 8");
     EXPECT_EQ(Contenus(*s), QStringList({"8 mA", "4"}));
     // A deviation in degrees: 100° is at deviation 100.
     ExpectPoint(AncreCentree(*s, Textes(*s)[1]), Aiguille(100, 58));
@@ -438,4 +439,12 @@ TEST(Val, AngleDeDistanceSurDroites) {
     // On an arc the distance's angle has no part.
     auto a = Lance("Arc = 0, 180, 50\nVal = 1, 0, 10, 8§30");
     ExpectPoint(AncreCentree(*a, Textes(*a)[0]), Aiguille(0.000001, 58));
+}
+
+// Part 2.5 step 5 trims nothing: the text keeps its leading blank.
+TEST(Val, Val1TexteNonRogne) {
+    auto s = Lance("Arc = 0, 180, 50\nVal1 = 50, 10, 8");
+    EXPECT_EQ(Contenus(*s), QStringList({" 10"}));
+    auto t = Lance("Arc = 0, 180, 50\nVal1 = 50,10, 8");
+    EXPECT_EQ(Contenus(*t), QStringList({"10"}));
 }

@@ -228,9 +228,8 @@ void Val(Etat& e, Genre genre) {
 // The text of a Val1 group for round i (0-based), step 5.
 QString TexteVal1(Etat& e, QString t, int i) {
     const QString s2 = e.Separateur2;
-    // The parameter is taken trimmed, so that "Val1 = 50, 10, 8" is centred
-    // on "10" and a "§TXT" ending is found behind trailing blanks.
-    t = Trim(t);
+    // The parameter as it stands: "Val1 = 50, 10, 8" writes " 10" (Part 2.5
+    // step 5 trims nothing).
     t.replace(e.Separateur1, s2);
     ExprTexte(e, t);
     if (RemplaceVar(e, t) != 0) {

@@ -81,7 +81,7 @@ void StylesDe(Surface& s, const QString& champ) {
 // Texte: the style letters count when the field starts with one of
 // "*0123456789." or holds one of S, U, I, G, B.
 void StylesTexte(Surface& s, const QString& format) {
-    const QString f = LTrim(format);
+    const QString& f = format; // as it stands: " 14" starts with a blank
     const bool debut = !f.isEmpty() && QStringLiteral("*0123456789.").contains(f[0]);
     bool lettre = false;
     for (char c : {'S', 'U', 'I', 'G', 'B'}) lettre = lettre || Contient(f, c);
@@ -535,14 +535,14 @@ void CmdTexte(Etat& e) {
     reste.replace(QStringLiteral("\r\n"), QStringLiteral("\r"));
     reste.replace(u'\n', u'\r');
     reste.replace(QStringLiteral("$£"), QStringLiteral(","));
-    QString copie = Piece(champ, 1, s2); // the format letters, kept for the lines below
+    QString copie = champ; // the whole upper-cased field, the format of the lines below (step 13)
     // 6.
     if (couleur != -1 && !reste.isEmpty()) e.EtatOrdre |= 64;
     t.CouleurTexte = couleur;
     // 7.
     const PoliceSurface garde = s->Font;
     // 8.
-    QString format = copie;
+    QString format = Piece(champ, 1, s2); // line 1: the letters, sub-field 1
     PoliceDuFormat(e, Piece(champ, 2, s2));
     double S = 0;
     QString espacement = Trim(Piece(champ, 3, s2));
@@ -624,8 +624,9 @@ void CmdTexteC(Etat& e) {
     texte.replace(QStringLiteral("$£"), QStringLiteral(","));
     // 6.
     const PoliceSurface garde = s->Font;
+    const bool champVide = format.isEmpty(); // " " isn't empty (Part 3.3, TexteC step 6)
     TailleDepuisFormat(e, format);
-    if (!Trim(format).isEmpty()) StylesDe(*s, format);
+    if (!champVide) StylesDe(*s, format);
     // 7.
     if (couleur != -1) s->ForeColor = couleur;
     t.CouleurTexte = couleur;
