@@ -55,9 +55,11 @@ public:
         }
         return b == Boutons::OuiNon || b == Boutons::OuiNonAnnuler ? Reponse::Oui : Reponse::Ok;
     }
+    QString annulerVu; // the Cancel text of the last input box
     std::optional<QString> Saisie(QWidget*, const QString& titre, const QString& invite,
-                                  const QString& defaut) override {
+                                  const QString& defaut, const QString& annuler) override {
         vues.push_back({QStringLiteral("saisie"), titre, invite + u'|' + defaut});
+        annulerVu = annuler;
         if (saisies.empty()) return std::nullopt;
         auto r = saisies.front();
         saisies.pop_front();

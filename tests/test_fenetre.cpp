@@ -1026,3 +1026,96 @@ TEST(Fenetre, PatchMenuAsksForANumber) {
     f.Mnu_Patchs->trigger();
     EXPECT_EQ(f.regl.Patchs, 0);
 }
+
+// --- second reading of Parts 4.1, 4.2, 4.3
+
+// Open step 3: the runs look for included files and New for its template in
+// the opened file's folder.
+TEST(Fenetre, OpenMovesTheWorkingFolderOfTheRun) {
+    Banc b;
+    QTemporaryDir autre;
+    auto ecrit = [&](const QString& nom, const QByteArray& t) {
+        QFile fi(autre.filePath(nom));
+        fi.open(QIODevice::WriteOnly);
+        fi.write(t);
+    };
+    ecrit("lib.dat", "%IRE$#0vu = 1\r\n");
+    ecrit("Mirel.daN", "' other template\r\n");
+    ecrit("main.dat", "Fichier = lib\r\n%f = %File\r\n%p = %Path\r\n");
+    Form1& f = b.Demarre(QStringLiteral("' start\r\n"));
+    b.boites.ouvertures = {autre.filePath("main.dat")};
+    f.Mnu_Ouvrir_Click();
+    EXPECT_TRUE(b.boites.Messages().isEmpty()) << b.boites.Messages().join("|").toStdString();
+    EXPECT_EQ(f.e.PileFic[0].NbVar, 1);
+    // %File and %Path name the main file (Part 1.3).
+    EXPECT_EQ(f.e.PileFic[1].ValVar[1], QStringLiteral("main.dat"));
+    EXPECT_EQ(f.e.PileFic[1].ValVar[2], QDir(autre.path()).absolutePath() + u'/');
+    f.Mnu_Nouveau_Click();
+    EXPECT_EQ(f.RTB1->TexteCrLf(), QStringLiteral("' other template\r\n"));
+}
+
+// Part 4.1: the accelerators Alt-C and Alt-L reach their dialogs from the editor.
+TEST(Fenetre, AltCAndAltLReachTheirDialogs) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("Couleur = \r\n"));
+    QTextCursor c(f.RTB1->document()->findBlockByNumber(0));
+    c.movePosition(QTextCursor::EndOfBlock);
+    f.RTB1->setTextCursor(c);
+    b.boites.couleur = QColor(10, 20, 30);
+    QTest::keyClick(f.RTB1, Qt::Key_C, Qt::AltModifier);
+    EXPECT_EQ(b.boites.Nombre(QStringLiteral("couleur")), 1);
+    EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Couleur = RVB 10 20 30"));
+    QTest::keyClick(f.RTB1, Qt::Key_L, Qt::AltModifier);
+    EXPECT_EQ(b.boites.Nombre(QStringLiteral("liste")), 1);
+}
+
+// Start-up step 7: line 1 has only to contain "Mirel V" and the version.
+TEST(Fenetre, VersionFoundInsideLineOneOpensNoForm3) {
+    Banc b;
+    b.config.Valeurs.PremiereLigne = QStringLiteral("'Fichier de configuration du Programme Mirel V") +
+                                     TexteVersionProgramme() + QStringLiteral(" (copie)");
+    b.Demarre(QStringLiteral("CT = 1, 1\r\n"));
+    EXPECT_EQ(b.boites.Nombre(QStringLiteral("langues")), 0);
+}
+
+// The syntax tip reduces "If " and "Ift " only: an ElseIf line has no row.
+TEST(Fenetre, SyntaxTipOnAnElseIfLineIsTheUnknownRow) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("ElseIf %A = 1 Then\r\n"));
+    QTest::keyClick(f.RTB1, Qt::Key_F2, Qt::AltModifier);
+    EXPECT_EQ(f.form2->Texte(), LoadResString(241) + u'\n');
+}
+
+TEST(Fenetre, SyntaxTipIsTheTextPlusFivePixels) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("Arc = 30, 150, 60\r\n"));
+    QTest::keyClick(f.RTB1, Qt::Key_F2, Qt::AltModifier);
+    const QFontMetrics fm(QFont(QStringLiteral("Times New Roman"), 12));
+    EXPECT_EQ(f.form2->size(), fm.size(0, f.form2->Texte()) + QSize(5, 5));
+}
+
+// Part 4.3: the "?" block goes in behind the caret's line.
+TEST(Fenetre, QuestionFormBlockGoesBehindTheCaretsLine) {
+    Banc b;
+    b.Fichier(QStringLiteral("c.dat"), QStringLiteral("' Note\r\n"));
+    Form1& f = b.Demarre(QStringLiteral("Trait = 0,0,1,1\r\nFichier = c\r\nTrait = 0,0,2,2\r\n"));
+    QTextCursor c(f.RTB1->document()->findBlockByNumber(1));
+    c.movePosition(QTextCursor::EndOfBlock);
+    c.insertText(QStringLiteral(", ?"));
+    f.RTB1->setTextCursor(QTextCursor(f.RTB1->document()->findBlockByNumber(2)));
+    f.Visualiser();
+    EXPECT_EQ(Ligne(*f.RTB1, 2), QStringLiteral("Trait = 0,0,2,2"));
+    EXPECT_EQ(Ligne(*f.RTB1, 3), QStringLiteral("' Commentaires du fichier commande"));
+    EXPECT_EQ(Ligne(*f.RTB1, 4), QStringLiteral("' externe c.dat"));
+    EXPECT_EQ(Ligne(*f.RTB1, 5), QStringLiteral("' Note"));
+}
+
+// Part 1.7: the Cancel button of Input says string 172.
+TEST(Fenetre, InputCancelButtonIsString172) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("Input = Rayon, %R\r\n"));
+    f.Visualiser();
+    EXPECT_GE(b.boites.Nombre(QStringLiteral("saisie")), 1);
+    EXPECT_EQ(b.boites.annulerVu, LoadResString(172));
+    EXPECT_EQ(LoadResString(172), QStringLiteral("Annuler"));
+}

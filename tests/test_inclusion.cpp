@@ -117,15 +117,15 @@ TEST(Inclusion, QuestionFormFromAnIncludedFileRunsTheFile) {
 
 TEST(Inclusion, QuestionFormAtLevel1CopiesTheCommentBlockAndStops) {
     Dossier d;
-    const QString a = d.Ecrit("a.dat", "' Vis de fixation\n%D = 3   ' diamètre\n\n'$FTrou;x;y\n'@C LB\n"
-                                        "'# Fin\n' not copied\n%IRE$#0vu = 1\n");
+    d.Ecrit("a.dat", "' Vis de fixation\n%D = 3   ' diamètre\n\n'$FTrou;x;y\n'@C LB\n"
+                     "'# Fin\n' not copied\n%IRE$#0vu = 1\n");
     auto s = LanceDans(d, "Fichier = a.dat, ?\n%suite = 1\n");
     EXPECT_TRUE(s->hote.Messages().isEmpty());
     EXPECT_TRUE(s->etat.ArretDemande);
     EXPECT_EQ(Variable(*s, "%suite"), ""); // the run ended at once
     EXPECT_EQ(s->etat.PileFic[0].NbVar, 0); // the file did not run
     EXPECT_EQ(s->hote.TexteEditeur(),
-              Programme("Fichier = a.dat, ?\n' Commentaires du fichier commande\n' externe " + a +
+              Programme("Fichier = a.dat, ?\n' Commentaires du fichier commande\n' externe a.dat"
                         "\n' Vis de fixation\n' %D = 3   ' diamètre\n\n%suite = 1\n"));
 }
 
@@ -188,14 +188,15 @@ TEST(Inclusion, FacteursIsIgnoredInAnIncludedFile) {
 
 TEST(Inclusion, FailingIncludedFileWithOkLetsTheMainProgramGoOn) {
     Dossier d;
-    const QString a = d.Ecrit("a.dat", "%v = 2\nCT = %nope, 0\n%IRE$-1r = 1\n");
+    d.Ecrit("a.dat", "%v = 2\nCT = %nope, 0\n%IRE$-1r = 1\n");
     auto s = LanceDans(d, "%x = 1\nFichier = a\n%suite = 1\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
     const MessageEnregistre& m = s->hote.Messages()[0];
     EXPECT_EQ(m.boutons, Boutons::OkAnnuler);
-    // String 114, the line of the nested file, " du fichier: ", Nom, two line
-    // ends, the file-not-found text (none), the listing of the level's variables.
-    const QString debut = Chaine(114) + "CT = %nope, 0 du fichier: " + a + "\r\n\r\n";
+    // String 114, the line of the nested file, " du fichier: ", Nom (the
+    // candidate that matched, as formed: the working folder's "a.dat"), two
+    // line ends, the file-not-found text (none), the listing of the variables.
+    const QString debut = Chaine(114) + "CT = %nope, 0 du fichier: a.dat\r\n\r\n";
     EXPECT_TRUE(m.texte.startsWith(debut)) << m.texte.toStdString();
     EXPECT_TRUE(m.texte.contains("%v\t= 2\r\n"));
     EXPECT_EQ(m.titre, "Mirel    (nb Var=3)"); // %v and %FicX, %FicY
@@ -219,10 +220,10 @@ TEST(Inclusion, FailingIncludedFileWithCancelEndsTheRun) {
 
 TEST(Inclusion, ErrorInACodedFileHidesItsInsides) {
     Dossier d;
-    const QString a = d.EcritDmk("a.dmk", "%secret = 1\nCT = %nope, 0\n");
+    d.EcritDmk("a.dmk", "%secret = 1\nCT = %nope, 0\n");
     auto s = LanceDans(d, "%x = 1\nFichier = a.dmk\n%suite = 1\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_EQ(Messages(*s)[0], Chaine(114) + "2, dans le fichier: " + a + "\r\n\r\n");
+    EXPECT_EQ(Messages(*s)[0], Chaine(114) + "2, dans le fichier: a.dmk\r\n\r\n");
     EXPECT_EQ(Variable(*s, "%suite"), "1");
 }
 
@@ -478,7 +479,7 @@ TEST(Inclusion, CodedFileOfWrongLengthStopsTheRun) {
     d.Ecrit("b.dat", "Fichier = a.dmk\n%IRE$#0b = 1\n");
     auto s = LanceDans(d, "Fichier = b\n%suite = 1\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_EQ(Messages(*s)[0], a + " : fichier codé illisible / unreadable coded file");
+    EXPECT_EQ(Messages(*s)[0], "a.dmk : fichier codé illisible / unreadable coded file");
     EXPECT_TRUE(s->etat.ArretDemande);
     EXPECT_EQ(s->etat.PileFic[0].NbVar, 0);
     EXPECT_EQ(Variable(*s, "%suite"), "");
@@ -702,4 +703,12 @@ TEST(Inclusion, IfLeftOpenShowsString127OncePerLevel) {
     EXPECT_EQ(Messages(*s)[1], QStringLiteral("Erreur : If[T] sans Endif"));
     EXPECT_EQ(Variable(*s, "%r"), QStringLiteral("1"));
     EXPECT_EQ(Variable(*s, "%suite"), QStringLiteral("1"));
+}
+
+// Part 4.3: lines are taken while they begin with "'", "%" or are empty; an
+// indented line ends the block.
+TEST(Inclusion, IndentedLineEndsTheCommentBlock) {
+    EXPECT_EQ(BlocCommentaires("' a\r\n\t' b\r\n%x = 1\r\n"), QStringList{"' a"});
+    EXPECT_EQ(BlocCommentaires("' a\r\n\r\n%x = 1\r\nCT = 1, 1\r\n"),
+              QStringList({"' a", "", "' %x = 1"}));
 }

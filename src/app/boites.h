@@ -21,9 +21,11 @@ public:
     virtual ~Boites() = default;
     virtual Reponse Message(QWidget* parent, const QString& titre, const QString& texte,
                             Boutons boutons, Icone icone = Icone::Aucune) = 0;
-    // An input box; none when cancelled.
+    // An input box; none when cancelled. `annuler` is the Cancel button's
+    // text (string 172 for `Input`, Part 1.7), the platform's when empty.
     virtual std::optional<QString> Saisie(QWidget* parent, const QString& titre,
-                                          const QString& invite, const QString& defaut) = 0;
+                                          const QString& invite, const QString& defaut,
+                                          const QString& annuler) = 0;
     // The Open dialog; empty when cancelled.
     virtual QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) = 0;
     // The Save as dialog with overwrite prompt; empty when cancelled.
@@ -44,7 +46,7 @@ public:
     Reponse Message(QWidget* parent, const QString& titre, const QString& texte, Boutons boutons,
                     Icone icone) override;
     std::optional<QString> Saisie(QWidget* parent, const QString& titre, const QString& invite,
-                                  const QString& defaut) override;
+                                  const QString& defaut, const QString& annuler) override;
     QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) override;
     QString FichierEnregistrer(QWidget* parent, const QString& nomInitial, const QString& filtre,
                                const QString& suffixe) override;

@@ -54,8 +54,8 @@ void Form2::Montre(const QString& texte, QPoint global, const QRect& cadre) {
     label_->setText(texte);
     const QFontMetrics fm(label_->font());
     const QSize s = fm.size(0, texte) + QSize(5, 5);
-    label_->setGeometry(2, 2, s.width(), s.height());
-    resize(s + QSize(2, 2));
+    label_->setGeometry(2, 2, s.width() - 2, s.height() - 2);
+    resize(s); // text plus 5 pixels each way (Part 4.1)
     QPoint p = global;
     if (p.x() + width() > cadre.right()) p.setX(cadre.right() - width());
     if (p.y() + height() > cadre.bottom()) p.setY(cadre.bottom() - height());
@@ -298,13 +298,17 @@ Reponse BoitesQt::Message(QWidget* parent, const QString& titre, const QString& 
 }
 
 std::optional<QString> BoitesQt::Saisie(QWidget* parent, const QString& titre, const QString& invite,
-                                        const QString& defaut) {
-    bool ok = false;
+                                        const QString& defaut, const QString& annuler) {
+    QInputDialog d(parent);
+    d.setWindowTitle(titre);
+    d.setLabelText(invite);
+    d.setTextValue(defaut); // shown selected
+    if (!annuler.isEmpty()) d.setCancelButtonText(annuler);
     QApplication::setOverrideCursor(Qt::ArrowCursor);
-    const QString t = QInputDialog::getText(parent, titre, invite, QLineEdit::Normal, defaut, &ok);
+    const bool ok = d.exec() == QDialog::Accepted;
     QApplication::restoreOverrideCursor();
     if (!ok) return std::nullopt;
-    return t;
+    return d.textValue();
 }
 
 QString BoitesQt::FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) {

@@ -475,7 +475,7 @@ QString Editeur::MotSyntaxe(const QString& ligne, bool apresSuite) {
     if (f < 0) f = int(t.indexOf(u' '));
     if (f < 0) f = int(t.size());
     QString mot = t.left(f).trimmed().toUpper() + u' ';
-    for (const char* c : {"IF ", "IFT ", "ELSEIF ", "ELSEIFT "})
+    for (const char* c : {"IF ", "IFT "}) // only these two (Part 4.1, syntax tip)
         if (mot.startsWith(QLatin1String(c))) return QString::fromLatin1(c).trimmed();
     return mot.trimmed();
 }

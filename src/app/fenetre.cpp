@@ -295,6 +295,11 @@ void Form1::ConstruitMenus() {
     Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
     Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // Part 4.6
     Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", [this] { Mnu_Liste_Fic_Click(); });
+    // The accelerators of Part 4.1 reach these entries from anywhere; Ctrl is
+    // read at the click (several files for Alt-L, screen fonts for Alt-P).
+    Mnu_Couleur->setShortcut(QKeySequence(Qt::ALT | Qt::Key_C));
+    Mnu_Polices->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_P), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_P)});
+    Mnu_Liste_Fic->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_L), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_L)});
 
     Mnu_Help = mb->addMenu(QString());
     Mnu_Help->setObjectName(QStringLiteral("Mnu_Help"));
@@ -457,8 +462,7 @@ void Form1::Debut(const QString& ligneCommande) {
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
     // 7. The version of line 1, then the four languages.
-    const int p = int(Config.PremiereLigne.indexOf(QStringLiteral("Mirel V")));
-    const bool versionOk = p >= 0 && Config.PremiereLigne.mid(p + 7).trimmed() == Version.trimmed();
+    const bool versionOk = VersionConforme(Config.PremiereLigne, Version);
     // A new version opens Form3 preset with the file's languages (Part 4.5).
     if (!versionOk || DecalageDeLangue(Config.Langue) < 0 || DecalageDeLangue(Config.LangueMenu) < 0 ||
         DecalageDeLangue(Config.LangueAide) < 0 || DecalageDeLangue(Config.LangueMasq) < 0) {
@@ -519,6 +523,8 @@ void Form1::LitFic(const TexteLu& lu) {
 void Form1::Visualiser() {
     if (e.ExecutionEnCours) return;
     ++NombreExecutions;
+    // The main file of %File, %Path and of Open's lookup (Parts 1.3, 1.7).
+    e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
     ::Visualiser(e);
 }
 
@@ -858,7 +864,7 @@ void Form1::Mnu_TaillCar_Click() {
     QString titre = ChaineMenu(82);
     titre.remove(u'&');
     const QString actuel = QLocale::c().toString(RTB1->font().pointSizeF());
-    const std::optional<QString> r = s_.boites->Saisie(this, titre, titre, actuel);
+    const std::optional<QString> r = s_.boites->Saisie(this, titre, titre, actuel, Chaine(172));
     if (!r) return;
     bool ok = false;
     double v = QLocale::c().toDouble(r->trimmed().replace(u',', u'.'), &ok);
@@ -897,7 +903,7 @@ void Form1::EnregistreLangues() {
 void Form1::Mnu_Patchs_Click() {
     int patchs = regl.Patchs;
     auto demande = [this](const QString& invite) {
-        return s_.boites->Saisie(this, TitreBoite, invite, QString()).value_or(QString());
+        return s_.boites->Saisie(this, TitreBoite, invite, QString(), Chaine(172)).value_or(QString());
     };
     auto ecrit = [this](const QString& valeur) {
         s_.config->EcritConfig(QStringLiteral("Patchs ="), u' ' + valeur);
@@ -937,6 +943,12 @@ public:
         f.EcritCaption();
     }
     void Occupe(bool oui) override { f.Occupe(oui); }
+    // Open step 3: the process's folder, and with it the working folder and
+    // the file's folder of the runs (Part 4.3's lookup, New's template).
+    void ChangeDossier(const QString& dossier) override {
+        FenetreFichiers::ChangeDossier(dossier);
+        if (!dossier.isEmpty()) f.regl.DossierTravail = f.regl.DossierFichier = dossier;
+    }
     void Visualiser() override { f.Visualiser(); }
     void DebutAnnulation() override {
         f.UndoSlot = f.UndoNb = 1;

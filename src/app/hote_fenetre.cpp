@@ -5,9 +5,11 @@
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
+#include "language/chaines.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QTextBlock>
 #include <QElapsedTimer>
 
 Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons boutons) {
@@ -16,10 +18,22 @@ Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons
 
 std::optional<QString> HoteFenetre::Saisie(const QString& titre, const QString& invite,
                                            const QString& defaut) {
-    return f_.s_.boites->Saisie(&f_, titre, invite, defaut);
+    // The Cancel button of `Input` says string 172 (Part 1.7).
+    return f_.s_.boites->Saisie(&f_, titre, invite, defaut, LoadResString(172 + f_.regl.LangueMessages));
 }
 
 QString HoteFenetre::TexteEditeur() const { return f_.RTB1->TexteCrLf(); }
+
+int HoteFenetre::FinLigneCaret() const {
+    // Each line before and including the caret's one, with its CR LF.
+    int fin = 0;
+    const QTextBlock caret = f_.RTB1->textCursor().block();
+    for (QTextBlock b = f_.RTB1->document()->begin(); b.isValid(); b = b.next()) {
+        fin += b.length() + 1; // length() counts one line end; CR LF is two
+        if (b == caret) break;
+    }
+    return fin;
+}
 
 void HoteFenetre::RemplaceTexteEditeur(int debut, int longueur, const QString& texte) {
     Editeur* ed = f_.RTB1;
@@ -64,5 +78,5 @@ void HoteFenetre::DebutExecution() { f_.DebutRun(); }
 void HoteFenetre::FinExecution() { f_.FinRun(); }
 
 bool HoteFenetre::Lance(const QString& commande, bool attendre) {
-    return LanceCommande(commande, attendre);
+    return LanceCommande(commande, attendre, [this] { PompeEvenements(); });
 }

@@ -20,6 +20,7 @@ public:
     void RemplaceTexteEditeur(int debut, int longueur, const QString& texte) override;
     int MarqueErreur(int debut, int longueur) override;
     int LigneDe(int position) const override;
+    int FinLigneCaret() const override;
     void ColoreLigneA(int position) override;
     QString PressePapier() const override;
     void EcritPressePapier(const QString& texte) override;

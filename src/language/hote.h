@@ -33,6 +33,10 @@ public:
     virtual int MarqueErreur(int debut, int longueur) = 0;
     // The editor line (from 1) of the 0-based position.
     virtual int LigneDe(int position) const = 0;
+    // The 0-based position behind the CR LF that ends the caret's line; -1
+    // where there is no caret (headless). The "?" form of `Fichier` puts its
+    // block there (Part 4.3).
+    virtual int FinLigneCaret() const { return -1; }
     // Redo the colouring of the line at the 0-based position (after a rewrite).
     virtual void ColoreLigneA(int) {}
 

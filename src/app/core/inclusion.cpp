@@ -167,14 +167,16 @@ void RestaurePlume(Etat& e, const CtxFic& appelant) {
 }
 
 // The "?" form: the comment block of the called file goes into the editor
-// behind the line of the call, and the run ends.
+// behind the caret's line, and the run ends.
 void CopieCommentaires(Etat& e, const QString& texte, const QString& nom) {
     Hote* h = e.Host;
     if (!h) return;
     CtxFic& c = e.PileFic[1];
     const QString editeur = h->TexteEditeur();
-    // 0-based position behind the CR LF that ends the line of the call.
-    int debut = c.FinLigne + 1;
+    // 0-based position behind the CR LF that ends the caret's line; headless,
+    // where there is no caret, the line of the call.
+    int debut = h->FinLigneCaret();
+    if (debut < 0) debut = c.FinLigne + 1;
     QString bloc = TexteBlocCommentaires(texte, nom);
     if (debut > Len(editeur)) {
         debut = Len(editeur);
@@ -260,7 +262,8 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
         }
         e.Inclusion.Drapeau = QStringLiteral("F");
         LectureCommande lu = LectureCommande::Ok;
-        const std::optional<QString> t = LitFichierCommande(nom, &lu);
+        const QString chemin = Existe(e, nom);
+        const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu);
         if (!t) {
             if (lu == LectureCommande::LongueurFausse) {
                 // A coded file of wrong length stops the program (Part 4.2):
@@ -427,15 +430,15 @@ QString TexteNonTrouve(const QString& nom) {
 
 QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve) {
     if (boiteNonTrouve) *boiteNonTrouve = false;
-    const QString tel = Existe(e, nom);
-    if (!tel.isEmpty()) return tel;
+    // The candidate that matches is returned as formed (a relative one stands
+    // in the working folder): it is the record's name, shown in the boxes.
+    if (!Existe(e, nom).isEmpty()) return nom;
     const QString prog = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierProgramme)) : QString();
     const QString dossierFichier = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierFichier)) : QString();
-    const QString travail = DossierCourant(e);
     QStringList essais;
     if (!ContientChemin(nom) && !nom.contains(u':') && InStr(2, nom, QStringLiteral(".")) == 0) {
         // 1. A bare name.
-        essais << travail + nom + QStringLiteral(".dmk") << travail + nom + QStringLiteral(".dat");
+        essais << nom + QStringLiteral(".dmk") << nom + QStringLiteral(".dat"); // working folder
         if (!prog.isEmpty()) essais << prog + nom + QStringLiteral(".dmk");
         if (!dossierFichier.isEmpty()) essais << dossierFichier + nom + QStringLiteral(".dat");
         if (!prog.isEmpty()) essais << prog + nom + QStringLiteral(".dat");
@@ -447,10 +450,8 @@ QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve) 
         if (!dossierFichier.isEmpty()) essais << dossierFichier + nom;
         if (!prog.isEmpty()) essais << prog + nom;
     }
-    for (const QString& essai : essais) {
-        const QString f = Existe(e, essai);
-        if (!f.isEmpty()) return f;
-    }
+    for (const QString& essai : essais)
+        if (!Existe(e, essai).isEmpty()) return essai;
     const bool branche3 = (ContientChemin(nom) || nom.contains(u':') || InStr(2, nom, QStringLiteral(".")) > 0) &&
                           nom.contains(u'.');
     if (branche3 && InStrRev(nom, QStringLiteral(".")) == 1 && boiteNonTrouve) *boiteNonTrouve = true;
@@ -497,8 +498,8 @@ QStringList BlocCommentaires(const QString& texte) {
     QStringList lignes = NormaliseFinsDeLigne(texte).split(CrLf());
     if (!lignes.isEmpty() && lignes.back().isEmpty()) lignes.removeLast(); // behind the last line end
     QStringList garde;
-    for (const QString& brute : lignes) {
-        const QString l = LTrim(QString(brute).replace(u'\t', u' '));
+    // The lines as they stand: an indented line ends the block (Part 4.3).
+    for (const QString& l : lignes) {
         if (l.startsWith(QLatin1String("'#"))) break;
         if (!(l.isEmpty() || l.startsWith(u'\'') || l.startsWith(u'%'))) break;
         if (l.startsWith(QLatin1String("'$")) || l.startsWith(QLatin1String("'@"))) continue;
