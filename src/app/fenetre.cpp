@@ -358,12 +358,7 @@ void Form1::AfficheMenus() {
     Mnu_Liste_Fic->setText(ChaineMenu(83));
     Mnu_Help->setTitle(ChaineMenu(70));
     // The help menu of Part 4.5: one entry when mask and menus share a language.
-    ChoixLangues choix{};
-    choix[CadreMessages] = regl.LangueMessages / PasLangue + 1;
-    choix[CadreMenus] = regl.LangueMenus / PasLangue + 1;
-    choix[CadreAide] = regl.LangueAide / PasLangue + 1;
-    choix[CadreMasque] = regl.LangueMasque / PasLangue + 1;
-    const EtatMenuAide aide = MenuAide(choix, TableChaines::Standard(), regl.DossierProgramme);
+    const EtatMenuAide aide = MenuAide(LanguesDeReglages(regl), TableChaines::Standard(), regl.DossierProgramme);
     Mnu_Aide25->setText(aide.LegendeAide25);
     Mnu_Aide->setText(ChaineMenu(71));
     Mnu_Aide->setVisible(aide.AideVisible);

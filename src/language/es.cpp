@@ -167,15 +167,16 @@ void CmdOpenA(Etat& e) {
     if (e.Host) e.Host->PompeEvenements(); // Part 1.1: events run at OpenA
     // The common part with Open (Part 1.7): the level's data name, comment
     // character and number are set, even though the data file stays open.
-    PartieCommune(e, Trim(e.LigneCourante).isEmpty() ? QString() : NomFichierDonnees(e, false));
-    if (Trim(e.LigneCourante).isEmpty()) {
+    const bool vide = Trim(e.LigneCourante).isEmpty();
+    const QString nom = vide ? QString() : NomFichierDonnees(e, false);
+    PartieCommune(e, nom);
+    if (vide) {
         if (e.FicPrintA) e.FicPrintA->close();
         e.FicPrintA.reset();
         e.NumFicPrintA = 0;
         return;
     }
     const QString brut = Trim(ParaN(e, e.LigneCourante, 1));
-    const QString nom = NomFichierDonnees(e, false);
     const QString kill = Trim(ParaN(e, e.LigneCourante, 3));
     if (kill != QLatin1String("Kill")) {
         if (!e.FicPrintA) {

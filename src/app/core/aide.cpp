@@ -5,9 +5,6 @@
 
 namespace {
 
-// The topics of Part 4.5 in the order of the contents page.
-constexpr int Sujets[] = {2100, 2200, 2300, 2400, 2500, 2600, 2700, 2800, 2900, 3000, 3100, 3200, 5000};
-
 QString Echappe(const QString& t) { return t.toHtmlEscaped(); }
 
 // The topic of a syntax row: that of its first keyword ("COM" and "SUITE" are
@@ -84,9 +81,12 @@ int RangSyntaxe(const QString& mot) {
 
 QString AncreSujet(int sujet) { return QStringLiteral("s") + QString::number(sujet); }
 
-QString PageContenu(const TableChaines& t, int d) {
-    QString h = Entete(t, d);
-    for (int sujet : Sujets) {
+namespace {
+
+// The body of the contents: a section for each topic of Part 4.5, in order.
+QString CorpsContenu(const TableChaines& t, int d) {
+    QString h;
+    for (int sujet : SujetsAide()) {
         QStringList mots;
         QString corps;
         for (const RangeeSyntaxe& r : RangeesSyntaxe()) {
@@ -99,8 +99,14 @@ QString PageContenu(const TableChaines& t, int d) {
         h += QStringLiteral("<h2><a name=\"") + AncreSujet(sujet) + QStringLiteral("\"></a>") +
              Echappe(mots.join(QStringLiteral(", "))) + QStringLiteral("</h2>") + corps + QStringLiteral("<hr>");
     }
-    return h + QStringLiteral("</body></html>");
+    return h;
 }
+
+const QString Fin = QStringLiteral("</body></html>");
+
+} // namespace
+
+QString PageContenu(const TableChaines& t, int d) { return Entete(t, d) + CorpsContenu(t, d) + Fin; }
 
 QString PageResume(const TableChaines& t, int d) {
     QString h = Entete(t, d) + QStringLiteral("<table>");
@@ -109,9 +115,7 @@ QString PageResume(const TableChaines& t, int d) {
              Echappe(QString::fromLatin1(r.Mots).section(u' ', 0, 0)) + QStringLiteral("</a></td><td><tt>") +
              Echappe(t.Texte(r.Syntaxe + d)) + QStringLiteral("</tt></td></tr>");
     // The contents follow, so that the links lead somewhere.
-    QString contenu = PageContenu(t, d);
-    contenu.remove(0, contenu.indexOf(QStringLiteral("<h2>")));
-    return h + QStringLiteral("</table><hr>") + contenu;
+    return h + QStringLiteral("</table><hr>") + CorpsContenu(t, d) + Fin;
 }
 
 PageAide PageDe(CommandeAide commande, const Reglages& r, const QString& mot) {

@@ -267,6 +267,11 @@ ChoixLangues LanguesDeConfig(const Config& c, const TableChaines& table) {
             IndexLangue(table, c.LangueAide), IndexLangue(table, c.LangueMasq)};
 }
 
+ChoixLangues LanguesDeReglages(const Reglages& r) {
+    auto index = [](int decalage) { return decalage / PasLangue + 1; };
+    return {index(r.LangueMessages), index(r.LangueMenus), index(r.LangueAide), index(r.LangueMasque)};
+}
+
 void AppliqueConfig(const Config& c, const TableChaines& table, Reglages& r) {
     r.Zmm = c.Zmm;
     r.Patchs = c.Patchs;
@@ -516,6 +521,12 @@ constexpr GroupeAide GroupesAide[] = {
 };
 
 } // namespace
+
+QVector<int> SujetsAide() {
+    QVector<int> r;
+    for (const GroupeAide& g : GroupesAide) r << g.Sujet;
+    return r << 5000;
+}
 
 int SujetAide(const QString& mot) {
     const QString u = UCase(mot);

@@ -14,6 +14,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <array>
 #include <functional>
@@ -141,6 +142,8 @@ QString CodeLangue(const TableChaines& table, int index); // entry 8: "fr", "en"
 enum CadreLangue { CadreMessages = 0, CadreMenus = 1, CadreAide = 2, CadreMasque = 3 };
 using ChoixLangues = std::array<int, 4>;
 ChoixLangues LanguesDeConfig(const Config& c, const TableChaines& table);
+// The same choices from the section offsets of a run's settings.
+ChoixLangues LanguesDeReglages(const Reglages& r);
 
 // Fills the settings of a run: Zmm, Patchs, the four section offsets.
 void AppliqueConfig(const Config& c, const TableChaines& table, Reglages& r);
@@ -247,6 +250,8 @@ QString MotAide(const QString& texte, int curseur, const QString& selection,
                 const QString& separateur1);
 // The topic of a word (the table of Mnu_AideMot; 5000 for all others).
 int SujetAide(const QString& mot);
+// The topics of that table in order, 5000 last.
+QVector<int> SujetsAide();
 
 // `CHelp`: the call to the help viewer, as data; the window's viewer acts on it.
 struct AppelAide {
