@@ -2,6 +2,8 @@
 // assignment and a conditional Goto, run headless.
 #include "app/core/session.h"
 
+#include "principal.h"
+
 #include <QGuiApplication>
 
 #include <benchmark/benchmark.h>
@@ -28,11 +30,4 @@ BENCHMARK(BM_BoucleBloc)->Arg(2000);
 
 } // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return LanceBenchmarks(argc, argv); }

@@ -11,6 +11,8 @@
 #include "drawing/repere.h"
 #include "drawing/surface_peinte.h"
 
+#include "principal.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -134,13 +136,8 @@ void Rejeu(benchmark::State& state, QString nom) {
     state.counters["ops"] = double(journal.size());
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+// One benchmark of each kind for each examples/*.dat.
+void EnregistreExemples() {
     const QStringList noms = QDir(Dossier).entryList({"*.dat"}, QDir::Files, QDir::Name);
     for (const QString& nom : noms) {
         // The library's commands are meant to be called, not run alone.
@@ -153,7 +150,8 @@ int main(int argc, char** argv) {
         benchmark::RegisterBenchmark(("Rejeu/" + n).c_str(), Rejeu, nom)
             ->Unit(benchmark::kMicrosecond);
     }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
 }
+
+} // namespace
+
+int main(int argc, char** argv) { return LanceBenchmarks(argc, argv, EnregistreExemples); }

@@ -1,10 +1,12 @@
 // Speed of the main window (Part 4.1): F4 on each example dial, typing in a program of
 // 1,000 lines (colouring is per block), loading and recolouring it whole.
-// Its own main: a QApplication on the offscreen platform.
+// Its main: a QApplication on the offscreen platform (principal.h).
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
 #include "app/services.h"
+
+#include "principal.h"
 
 #include <QApplication>
 #include <QDir>
@@ -125,12 +127,4 @@ BENCHMARK(BM_CtrlK_1000Lignes)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    EnregistreF4();
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return LanceBenchmarks<QApplication>(argc, argv, EnregistreF4); }

@@ -2,6 +2,8 @@
 // headless Session, recording every Surface operation, as `mirel dump` does.
 #include "app/core/session.h"
 
+#include "principal.h"
+
 #include <QGuiApplication>
 
 #include <benchmark/benchmark.h>
@@ -55,12 +57,4 @@ BENCHMARK(BM_LogTroisDecades)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return LanceBenchmarks(argc, argv); }

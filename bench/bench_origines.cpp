@@ -2,6 +2,8 @@
 // recording surface (issue 2): the cost of the interpreter's spine.
 #include "app/core/session.h"
 
+#include "principal.h"
+
 #include <QGuiApplication>
 
 #include <benchmark/benchmark.h>
@@ -30,11 +32,4 @@ BENCHMARK(BM_OriginesEnregistrees)->Arg(100)->Arg(300);
 
 } // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return LanceBenchmarks(argc, argv); }
