@@ -177,6 +177,13 @@ inline QColor CouleurLigne(const Editeur& ed, int ligne, int colonne) {
     return ed.CouleurA(ed.document()->findBlockByNumber(ligne).position() + colonne);
 }
 
+// Puts the caret at the end of line `ligne` (0-based).
+inline void CurseurEnFinDeLigne(Editeur& ed, int ligne) {
+    QTextCursor c(ed.document()->findBlockByNumber(ligne));
+    c.movePosition(QTextCursor::EndOfBlock);
+    ed.setTextCursor(c);
+}
+
 inline QString Ligne(const Editeur& ed, int ligne) {
     return ed.document()->findBlockByNumber(ligne).text();
 }

@@ -568,9 +568,7 @@ TEST(Fenetre, ThirdDoubleClickInsertionOnATraitLineGetsTwoCommas) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("CentreE = 50, 50\r\nTrait = "));
     f.Mnu_DblClick->setChecked(true);
-    QTextCursor c(f.RTB1->document()->findBlockByNumber(1));
-    c.movePosition(QTextCursor::EndOfBlock);
-    f.RTB1->setTextCursor(c);
+    CurseurEnFinDeLigne(*f.RTB1, 1);
     for (QPointF p : {QPointF(100, 100), QPointF(140, 100), QPointF(140, 60)}) DoubleClic(f, p);
     EXPECT_EQ(f.NombreExecutions, 1);
     const QString l = Ligne(*f.RTB1, 1);
@@ -583,9 +581,7 @@ TEST(Fenetre, ThirdDoubleClickInsertionOnATraitLineGetsTwoCommas) {
 TEST(Fenetre, InsertionWithCtrlAndTheBlueCross) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("CentreE = 50, 50\r\nCT = 1, 1\r\nPlus = 1, 1"));
-    QTextCursor c(f.RTB1->document()->findBlockByNumber(2));
-    c.movePosition(QTextCursor::EndOfBlock);
-    f.RTB1->setTextCursor(c);
+    CurseurEnFinDeLigne(*f.RTB1, 2);
     const QImage avant = f.pane->image();
     DoubleClic(f, QPointF(300, 300), Qt::ControlModifier);
     EXPECT_EQ(f.NombreExecutions, 1);
@@ -779,9 +775,7 @@ TEST(Fenetre, CodeMenuHidesAndShowsTheEditor) {
 TEST(Fenetre, ColourDialogInsertsRvbOrRgb) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("Couleur = "));
-    QTextCursor c(f.RTB1->document()->findBlockByNumber(0));
-    c.movePosition(QTextCursor::EndOfBlock);
-    f.RTB1->setTextCursor(c);
+    CurseurEnFinDeLigne(*f.RTB1, 0);
     b.boites.couleur = QColor(10, 20, 30);
     f.Mnu_Couleur_Click();
     EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Couleur = RVB 10 20 30"));
@@ -973,9 +967,7 @@ TEST(Fenetre, FileListInsertsThePathsAtTheCaretWithoutARun) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("Fichier = \r\n"));
     const int runs = f.NombreExecutions;
-    QTextCursor c(f.RTB1->document());
-    c.movePosition(QTextCursor::EndOfBlock);
-    f.RTB1->setTextCursor(c);
+    CurseurEnFinDeLigne(*f.RTB1, 0);
     b.boites.listes = {{QStringLiteral("/dossier/trou.dat")}};
     f.Mnu_Liste_Fic->trigger();
     EXPECT_EQ(Ligne(*f.RTB1, 0), QStringLiteral("Fichier = /dossier/trou.dat"));
@@ -1058,9 +1050,7 @@ TEST(Fenetre, OpenMovesTheWorkingFolderOfTheRun) {
 TEST(Fenetre, AltCAndAltLReachTheirDialogs) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("Couleur = \r\n"));
-    QTextCursor c(f.RTB1->document()->findBlockByNumber(0));
-    c.movePosition(QTextCursor::EndOfBlock);
-    f.RTB1->setTextCursor(c);
+    CurseurEnFinDeLigne(*f.RTB1, 0);
     b.boites.couleur = QColor(10, 20, 30);
     QTest::keyClick(f.RTB1, Qt::Key_C, Qt::AltModifier);
     EXPECT_EQ(b.boites.Nombre(QStringLiteral("couleur")), 1);
