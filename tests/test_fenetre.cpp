@@ -1109,3 +1109,14 @@ TEST(Fenetre, InputCancelButtonIsString172) {
     EXPECT_EQ(b.boites.annulerVu, LoadResString(172));
     EXPECT_EQ(LoadResString(172), QStringLiteral("Annuler"));
 }
+
+// Both runs of the window (F4 and the zoom dialog's) name the main file.
+TEST(Fenetre, ZoomDialogRunNamesTheMainFileToo) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("%f = %File\r\n"), QStringLiteral("a.dat"));
+    EXPECT_EQ(f.e.PileFic[1].ValVar[1], QStringLiteral("a.dat"));
+    b.boites.enregistrements = {b.travail.path() + QStringLiteral("/b.dat")};
+    f.Mnu_Enregistrer_Click();
+    f.RelanceSansZoom();
+    EXPECT_EQ(f.e.PileFic[1].ValVar[1], QStringLiteral("b.dat"));
+}

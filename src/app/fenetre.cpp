@@ -515,17 +515,21 @@ void Form1::LitFic(const TexteLu& lu) {
 
 // --- runs
 
-void Form1::Visualiser() {
-    if (e.ExecutionEnCours) return;
+// What both runs of the window start with; false while a run is under way.
+bool Form1::PrepareExecution() {
+    if (e.ExecutionEnCours) return false;
     ++NombreExecutions;
     // The main file of %File, %Path and of Open's lookup (Parts 1.3, 1.7).
     e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
-    ::Visualiser(e);
+    return true;
+}
+
+void Form1::Visualiser() {
+    if (PrepareExecution()) ::Visualiser(e);
 }
 
 void Form1::RelanceSansZoom() {
-    if (e.ExecutionEnCours) return;
-    ++NombreExecutions;
+    if (!PrepareExecution()) return;
     FermeFichiers(e);
     LanceExecution(e);
 }

@@ -171,6 +171,7 @@ private:
     void EnregistreLangues();
     void TailleCarCode(double taille);
     bool ToucheFenetre(QKeyEvent* ev); // true when swallowed
+    bool PrepareExecution();        // what F4 and the zoom dialog's run start with
     void DebutRun();
     void FinRun();
     void Occupe(bool oui);
