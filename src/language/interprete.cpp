@@ -289,7 +289,6 @@ void FinNiveau(Etat& e, int niveau) {
     CtxFic& c = e.PileFic[niveau];
     if (c.NivSi > 0 && !e.ArretDemande && e.Host && ++e.ErreursAffichees)
         e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 127), Boutons::Ok);
-    if (niveau == 1) e.ExecutionEnCours = false;
 }
 
 } // namespace
@@ -348,7 +347,7 @@ void Interprete(Etat& e, int& niveau) {
     // the end of a level (margins, read-out values, string 127) don't run
     // (Part 1.1: no resumption; they follow only the five normal ends).
     if (!echec) FinNiveau(e, niveau);
-    else if (niveau == 1) e.ExecutionEnCours = false;
+    if (niveau == 1) e.ExecutionEnCours = false;
     e.NiveauCourant = garde > 0 ? garde : niveau;
 }
 
