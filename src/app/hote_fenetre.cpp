@@ -25,14 +25,9 @@ std::optional<QString> HoteFenetre::Saisie(const QString& titre, const QString& 
 QString HoteFenetre::TexteEditeur() const { return f_.RTB1->TexteCrLf(); }
 
 int HoteFenetre::FinLigneCaret() const {
-    // Each line before and including the caret's one, with its CR LF.
-    int fin = 0;
-    const QTextBlock caret = f_.RTB1->textCursor().block();
-    for (QTextBlock b = f_.RTB1->document()->begin(); b.isValid(); b = b.next()) {
-        fin += b.length() + 1; // length() counts one line end; CR LF is two
-        if (b == caret) break;
-    }
-    return fin;
+    // The document position behind the caret line's end, in the CR LF text.
+    const QTextBlock b = f_.RTB1->textCursor().block();
+    return f_.RTB1->VersCrLf(b.position() + b.length());
 }
 
 void HoteFenetre::RemplaceTexteEditeur(int debut, int longueur, const QString& texte) {
