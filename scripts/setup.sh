@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth
   poppler-utils
+  ccache
 )
 missing=()
 for p in "${packages[@]}"; do
