@@ -1,10 +1,10 @@
-// The string table of Part 4.11: `LoadResString`.
+// The table of the messages in every language: `LoadResString`.
 //
 // The rows are data files in src/app/strings/ ("fr.txt", "en.txt", "de.txt",
 // "es.txt", "ru.txt"), compiled in as a Qt resource. Each line is the row
 // number within its section, a tab, and the text, where \n stands for a line
 // break and \t for a tab. The section offsets are French 0, English 400,
-// German 800, Spanish 1200, Russian stub 1600 (Part 4.5).
+// German 800, Spanish 1200, Russian stub 1600.
 #pragma once
 
 #include <QHash>

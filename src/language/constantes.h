@@ -1,7 +1,7 @@
-// The program's literals (Overview, Conventions): degrees become radians by
-// 0.017453293, a full turn is 6.283185 and pi is 3.14159265358979. These
-// values, not full-precision ones, belong to the behaviour. A file takes them
-// under its own short names (`constexpr double DegRad = Litteraux::DegRad;`).
+// The program's literals: degrees become radians by 0.017453293, a full turn
+// is 6.283185 and pi is 3.14159265358979. These values, not full-precision
+// ones, belong to the behaviour: drawings depend on their rounding. A file
+// takes them under its own short names (`constexpr double DegRad = Litteraux::DegRad;`).
 #pragma once
 
 namespace Litteraux {

@@ -1,4 +1,5 @@
-// Failures of a command program (Overview, Conventions; Part 1.1, Failure handling).
+// Failures of a command program. Each one reaches the handler of the running
+// level, which shows it; there is no resumption: the level ends.
 #pragma once
 
 #include <stdexcept>
@@ -12,26 +13,26 @@ struct ErreurProvoquee : std::runtime_error {
         : std::runtime_error(quoi) {}
 };
 
-// A run-time failure of the original language that the spec names as such:
-// an overflow of a 16-bit position, a bad conversion, an index out of range.
+// A run-time failure of the language itself: an overflow of a 16-bit
+// position, a bad conversion, an index out of range.
 // It reaches the same handler; only the name differs, for diagnostics.
 struct ErreurExecution : ErreurProvoquee {
     explicit ErreurExecution(const std::string& quoi) : ErreurProvoquee(quoi) {}
 };
 
-// Printer failure, error number 482 of the original (Part 1.1, handler step 2).
+// Printer failure (error number 482): the box says "Erreur d'imprimante".
 struct ErreurImprimante : ErreurProvoquee {
     ErreurImprimante() : ErreurProvoquee("Erreur d'imprimante") {}
 };
 
-// A keyword that no routine answers: the command error of Part 1.1 (string 124).
+// A keyword that no routine answers: the command error (string 124).
 // It is not a run-time failure: the loop is left and the end of level runs.
 struct ErreurCommande : std::runtime_error {
     ErreurCommande() : std::runtime_error("ErreurCommande") {}
 };
 
-// The checked 16-bit integers of the spec: positions in texts and counters that
-// overflow above 32767 (Part 1.1, Performance constraints).
+// The checked 16-bit integers of the language: positions in texts and counters
+// overflow above 32767, and that overflow is a run-time failure.
 inline int Entier16(long long v) {
     if (v > 32767 || v < -32768) throw ErreurExecution("Overflow");
     return int(v);

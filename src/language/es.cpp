@@ -1,4 +1,5 @@
-// Part 1.7: run-time input and output commands (`?` is in Part 2.1's repere).
+// Run-time input and output commands (`?` lives with the coordinate frame,
+// src/drawing/repere.cpp).
 #include "language/es.h"
 
 #include "language/erreur.h"
@@ -33,7 +34,7 @@ QString DossierDe(const QString& chemin) {
     return QFileInfo(chemin).absolutePath() + u'/';
 }
 
-// Step 1 of Open and OpenA: the name, with the main file's folder (or, for
+// The data file name of Open and OpenA: with the main file's folder (or, for
 // Open in an included file, the included file's) in front when needed.
 QString NomFichierDonnees(Etat& e, bool lecture) {
     QString nom = Trim(ParaN(e, e.LigneCourante, 1));
@@ -92,8 +93,8 @@ QString Dossier(const QString& d) { return d.isEmpty() || d.endsWith(u'/') ? d :
 
 namespace {
 
-// Steps 2 and 3 of the common part of Open and OpenA: the name, the comment
-// character, the file number of the level.
+// The common part of Open and OpenA: the name, the comment character and the
+// file number of the level.
 void PartieCommune(Etat& e, const QString& nom) {
     CtxFic& c = e.Ctx();
     c.FicDonnees = nom;
@@ -164,8 +165,8 @@ void CmdLVar(Etat& e) {
 }
 
 void CmdOpenA(Etat& e) {
-    if (e.Host) e.Host->PompeEvenements(); // Part 1.1: events run at OpenA
-    // The common part with Open (Part 1.7): the level's data name, comment
+    if (e.Host) e.Host->PompeEvenements(); // OpenA lets the window respond (Esc)
+    // The common part with Open: the level's data name, comment
     // character and number are set, even though the data file stays open.
     const bool vide = Trim(e.LigneCourante).isEmpty();
     const QString nom = vide ? QString() : NomFichierDonnees(e, false);

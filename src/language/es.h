@@ -1,4 +1,4 @@
-// Part 1.7: run-time input and output commands.
+// Run-time input and output commands: data files, prompts, listings, shell.
 #pragma once
 
 struct Etat;

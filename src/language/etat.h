@@ -1,9 +1,10 @@
 // The run state: one struct, passed explicitly to every routine (design.md §4).
 //
-// The spec's run-wide names live here, grouped by the Part that owns them.
-// Each Part keeps its own group in a header of src/language/etat/, so that
-// work on one Part does not touch the others. No Qt GUI type appears here:
-// the state is plain data; `Surface` and `Hote` are reached through pointers.
+// The run-wide names live here, grouped by the subsystem that owns them.
+// Each drawing subsystem keeps its own group in a header of
+// src/language/etat/, so that work on one does not touch the others. No Qt
+// GUI type appears here: the state is plain data; `Surface` and `Hote` are
+// reached through pointers.
 #pragma once
 
 #include "language/etat/cadre.h"
@@ -30,14 +31,14 @@ class Surface;
 class Hote;
 class QFile;
 
-// Size of the variable arrays of a level (Part 1.3: at most 64 slots; index 0 unused).
+// Size of the variable arrays of a level (at most 64 slots; index 0 unused).
 constexpr int MaxVarAbsolu = 64;
 // Levels of `PileFic`: 0 shared variables, 1 main program, 2 to 5 included files, 6 spare.
 constexpr int NbNiveaux = 7;
-// Depth of the `If` blocks kept per level (Part 1.1: 5 flags each).
+// Depth of the `If` blocks kept per level (5 flags each).
 constexpr int NbSi = 5;
 
-// `ParamFichier` of `CtxFic`: what the include mechanism keeps (Part 4.3).
+// `ParamFichier` of `CtxFic`: what the include mechanism keeps.
 // The pen of a caller is saved in its own record before a call and put back
 // on return; FicX, FicY are the position a level was called at.
 struct ParamFichier {
@@ -49,15 +50,15 @@ struct ParamFichier {
     QString Style;        // "B", "I", "U" letters of the saved font
     int Couleur = 0;
     int CouleurCmd = 0;   // the colour of the command in force, with Couleur
-    double TailleStandard = 0; // the standard size of TailleP behind Font.Size (Part 3.3)
+    double TailleStandard = 0; // the standard size of TailleP behind Font.Size
     // The two 32-bit floats initialised to 999.99: the x, y given by the
-    // caller to this level; 999.99 in both when it gave none (Part 2.1,
+    // caller to this level; 999.99 in both when it gave none (read by
     // `CentreE` in an included file).
     float FicX = 999.99f;
     float FicY = 999.99f;
 };
 
-// One level of `PileFic` (Part 1.1, Data model). Fields in the spec's order.
+// One level of `PileFic`: a program text being run and its local state.
 struct CtxFic {
     QString Nom;
     QString Texte;
@@ -99,22 +100,22 @@ struct CtxFic {
     QString Separateur1 = QStringLiteral(",");
     QString Separateur2 = QStringLiteral("§");
     float AngleDefaut = 0;
-    // Fields that other Parts keep per level.
-    float MultiplicateurTaille = 1.0f; // Part 3.3, the last *k of TailleP
-    float CTx = 0, CTy = 0;            // Part 2.1: CT values, restored after an include
-    std::optional<double> CentreX, CentreY; // Part 2.1: x, y of the centre command, saved
-    std::shared_ptr<QFile> Donnees;    // Part 1.7: the open data file of `Open`
-    QString LigneBruteThen;            // Part 1.6: the raw physical line, for the Then rule
+    // Fields that the commands keep per level.
+    float MultiplicateurTaille = 1.0f; // the last *k of TailleP
+    float CTx = 0, CTy = 0;            // CT values, restored after an include
+    std::optional<double> CentreX, CentreY; // x, y of the centre command, saved
+    std::shared_ptr<QFile> Donnees;    // the open data file of `Open`
+    QString LigneBruteThen;            // the raw physical line, for the Then rule
 };
 
-// One row of the label table (Part 1.2).
+// One row of the label table.
 struct Etiquette {
     QString Nom;     // upper case
     int Ligne = 0;   // 16-bit line count
     int32_t Position = 0;
 };
 
-// The settings that outlive runs (Part 4.5). The application fills them from
+// The settings that outlive runs. The application fills them from
 // "Mirel.cfg"; a run only reads them.
 struct Reglages {
     float Zmm = 1.0f;               // "Zmm =", %FCmm
@@ -127,14 +128,14 @@ struct Reglages {
     QString DossierProgramme;       // folder of the executable, ending in "/"
     QString DossierTravail;         // working folder, ending in "/"
     QString DossierCfg;             // folder of Mirel.cfg, ending in "/"
-    QString DossierFichier;         // folder of the last opened file, ending in "/" (Part 4.1)
-    QStringList CommandesExternes;  // names of the external commands (Part 4.3), at most 60
+    QString DossierFichier;         // folder of the last opened file, ending in "/"
+    QStringList CommandesExternes;  // names of the external commands, at most 60
     QStringList FichiersExternes;   // their files (full paths), same order
 };
 
-// The run-wide state (Part 1.1 and the data models of the Parts).
+// The run-wide state: the level stack, the language's tables and the drawing state.
 struct Etat {
-    // --- Part 1.1
+    // --- the run and its levels
     std::array<CtxFic, NbNiveaux> PileFic;
     int NiveauCourant = 0;
     bool ArretDemande = false;
@@ -144,31 +145,31 @@ struct Etat {
     QString OperAffect;
     QString NomAffecte;             // the name of an assignment line, as written
     QString FichierPrincipal;       // path of the main program (%File, %Path), empty if unsaved
-    bool ExecutionEnCours = false;
+    bool ExecutionEnCours = false;  // a run is in progress (the Visualiser menu is disabled)
     int ErreursAffichees = 0;       // error boxes shown in this run (exit status of dump, render)
-    bool FinNiveauDemandee = false; // a command ends its level (Stop, a cancelled box...)  // the disabled `Mnu_Visualiser`: a run is in progress
-    int NumFicPrintA = 0;           // Part 1.7: file number of OpenA, 0 = none
+    bool FinNiveauDemandee = false; // a command ends its level (Stop, a cancelled box...)
+    int NumFicPrintA = 0;           // file number of OpenA, 0 = none
     std::shared_ptr<QFile> FicPrintA;
-    bool FichierNonTrouve = false;  // Part 1.7: the flag Open leaves for the error box
+    bool FichierNonTrouve = false;  // the flag Open leaves for the error box
     QString NomFichierNonTrouve;
 
-    // --- Part 1.2
+    // --- parameters and labels
     QString Separateur1 = QStringLiteral(",");
     QString Separateur2 = QStringLiteral("§");
     std::array<QVector<Etiquette>, NbNiveaux> Etiquettes; // the label table, per level
 
-    // --- Part 1.3
+    // --- variables
     bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run
-    QString VarListeCourante;        // the list variable being stepped by Grad1/Val1 (Part 2.4)
+    QString VarListeCourante;        // the list variable being stepped by Grad1/Val1
     QString ItemListeCourant;        // its current item
 
-    // --- Part 1.4
-    std::mt19937 Ale{12345u};        // generator behind ALE and the draws (Part 1.4)
+    // --- expressions
+    std::mt19937 Ale{12345u};        // generator behind ALE and the draws
 
-    // --- Part 1.6
+    // --- control flow
     int EntreeSi = 0;
 
-    // --- Part 2.1 and the Parts that draw
+    // --- drawing
     EtatRepere Repere;
     EtatStyles Styles;
     Echelle Ech;

@@ -1,11 +1,12 @@
-// Part 1.4: the expression evaluator. There is no tree: each operation of the
-// text is replaced by the text of its result, a 32-bit float printed by `StrF`,
-// until one number is left. The odd results this gives ("-2^2" is -4, "3*-2^2"
-// is 12, divisions before multiplications, ACOS(-1) is 0) are required.
+// The expression evaluator. There is no tree: each operation of the text is
+// replaced by the text of its result, a 32-bit float printed by `StrF`, until
+// one number is left. The odd results this gives ("-2^2" is -4, "3*-2^2"
+// is 12, divisions before multiplications, ACOS(-1) is 0) belong to the
+// language: command programs rely on them.
 //
-// Positions are 1-based, as in the spec; `Car` reads one character and gives
-// the null character outside the text, so that "the next character" at the
-// end of the text is simply not an operator.
+// Positions are 1-based, as everywhere in the language; `Car` reads one
+// character and gives the null character outside the text, so that "the next
+// character" at the end of the text is simply not an operator.
 #include "language/expr.h"
 
 #include "language/constantes.h"
@@ -34,7 +35,7 @@ QChar Car(const QString& t, int pos) {
 bool EstChiffre(QChar c) { return c >= u'0' && c <= u'9'; }
 bool EstComparaison(QChar c) { return c == u'<' || c == u'=' || c == u'>'; }
 
-// Nothing but blanks from pos on: the end of the text (its final blank of step 2).
+// Nothing but blanks from pos on: the end of the text (its final padding blank).
 bool FinDeTexte(const QString& t, int pos) { return vb::Trim(vb::Mid(t, pos)).isEmpty(); }
 
 QString SansBlancs(const QString& t) {
@@ -103,7 +104,7 @@ int ChercheDansGroupe(const QString& t, int d, const QString& op) {
     return p > 0 && p < FinGroupe(t, d) ? p : 0;
 }
 
-// Step 2: "1E3" becomes "1E+3".
+// Exponents get their sign: "1E3" becomes "1E+3".
 void AjoutePlusExposants(QString& t, int d) {
     int fin = FinGroupe(t, d);
     for (int i = d; i < fin; ++i) {
@@ -115,8 +116,8 @@ void AjoutePlusExposants(QString& t, int d) {
     Entier16(t.size());
 }
 
-// Step 3. A "-" before the left operand belongs to it after an operator or
-// "(", not at the start of the text: -2^2 is -(2^2), 3*-2^2 is 3*4.
+// Powers first. A "-" before the left operand belongs to it after an operator
+// or "(", not at the start of the text: -2^2 is -(2^2), 3*-2^2 is 3*4.
 void PassePuissance(QString& t, int d) {
     while (const int p = ChercheDansGroupe(t, d, QStringLiteral("^"))) {
         int g = ScanGauche(t, p - 1);
@@ -134,7 +135,7 @@ QString Division(float a, float b) {
 }
 QString Multiplication(float a, float b) { return TexteResultat(a * b); }
 
-// A whole 32-bit integer as the original rounds it: a half to the even one.
+// A whole 32-bit integer, a half rounded to the even one.
 int32_t EnEntier32(float v) {
     const double r = std::nearbyint(double(v));
     if (!(r >= -2147483648.0 && r <= 2147483647.0)) Echec("Overflow");
@@ -147,7 +148,8 @@ QString Modulo(float a, float b) {
     return TexteResultat(double(x % y));     // C++ % keeps the sign of the left one
 }
 
-// Steps 4 to 6: one binary operator, from the left, both operands as floats.
+// One binary operator (/, then *, then MOD), from the left, both operands as
+// floats.
 void PasseBinaire(QString& t, int d, const QString& op, QString (*calcul)(float, float)) {
     while (const int p = ChercheDansGroupe(t, d, op)) {
         const int g = ScanGauche(t, p - 1);
@@ -157,7 +159,7 @@ void PasseBinaire(QString& t, int d, const QString& op, QString (*calcul)(float,
     }
 }
 
-// Step 7, from d to the end of the text.
+// Runs of signs collapse to one, from d to the end of the text.
 void PasseSignes(QString& t, int d) {
     QString reste = t.mid(d - 1);
     reste.replace(QStringLiteral("--"), QStringLiteral("+"));
@@ -166,7 +168,8 @@ void PasseSignes(QString& t, int d) {
     t = t.left(d - 1) + reste;
 }
 
-// Step 8; returns the end of the one number left.
+// Additions and subtractions, from the left; returns the end of the one
+// number left.
 int PasseAddition(QString& t, int d) {
     int f = ScanDroite(t, d);
     for (;;) {
@@ -185,8 +188,8 @@ int PasseAddition(QString& t, int d) {
     }
 }
 
-// The functions of step 12 with a name of four characters; none when the
-// name isn't one.
+// The functions applied to a group, with a name of four characters; none
+// when the name isn't one.
 std::optional<double> Fonction4(Etat& e, const QString& nom, double x) {
     Q_UNUSED(e);
     if (nom == u"ASIN") {
@@ -195,7 +198,7 @@ std::optional<double> Fonction4(Etat& e, const QString& nom, double x) {
         return std::atan(x / std::sqrt(1 - x * x)) / DegRad;
     }
     if (nom == u"ACOS") {
-        // ACOS(-1) is 0, as in the original: |x| >= 1 gives 0.
+        // |x| >= 1 gives 0, so ACOS(-1) is 0.
         if (std::fabs(x) >= 1) return 0.0;
         return (std::atan(-x / std::sqrt(1 - x * x)) + 2 * std::atan(1.0)) / DegRad;
     }
@@ -229,7 +232,8 @@ std::optional<double> Fonction3(Etat& e, const QString& nom, double x) {
     return std::nullopt;
 }
 
-// Steps 11 to 13: the group d..f, one number, closed by the ")" at f + 1.
+// The group d..f, reduced to one number, closed by the ")" at f + 1: a power
+// of the group, a function of it, or the bare number.
 void RetireParentheses(Etat& e, QString& t, int d, int f) {
     const int ouvre = d - 1, ferme = f + 1;
     if (Car(t, ferme + 1) == u'^') {
@@ -257,7 +261,7 @@ void RetireParentheses(Etat& e, QString& t, int d, int f) {
 // The group rewriter, for the group that starts at d, with `indice` the
 // index of d in the stack of groups.
 void ReecritGroupe(Etat& e, QString& t, int d, int indice) {
-    // Step 1: the next "(" anywhere after d is rewritten first, so groups go
+    // The next "(" anywhere after d is rewritten first, so groups go
     // from the last "(" to the first and the stack counts every "(".
     if (const int p = vb::InStr(d, t, QStringLiteral("("))) {
         if (indice + 1 > TaillePile) Echec("Trop de parenthèses");
@@ -275,7 +279,7 @@ void ReecritGroupe(Etat& e, QString& t, int d, int indice) {
     RetireParentheses(e, t, d, f);
 }
 
-// Step 2's padding: 3 blanks in front, 1 behind, the first character at 4.
+// The padding: 3 blanks in front, 1 behind, the first character at 4.
 QString Garni(const QString& t) { return QStringLiteral("   ") + t + u' '; }
 
 // One half of ARG(x,y): padded and rewritten from position 4.
@@ -286,7 +290,7 @@ double EvalMoitie(Etat& e, const QString& moitie) {
     return ValNombre(t);
 }
 
-// Step 3: the ARG(x,y) forms, from the last to the first.
+// The ARG(x,y) forms, before the groups, from the last to the first.
 void RemplaceArg(Etat& e, QString& t) {
     while (const int p = vb::InStrRev(t, QStringLiteral("ARG("))) {
         int ferme = vb::InStr(p + 4, t, QStringLiteral(")"));
@@ -394,7 +398,7 @@ void ReecritNot(Etat& e, QString& t) {
     }
 }
 
-// The truth table of Part 1.4 by its forms.
+// The truth table of AND, OR and XOR by the forms "1AND1", "0OR0"...
 bool Table(const QString& forme, const QString& op) {
     if (op == u"AND") return forme == u"1AND1";
     if (op == u"OR") return forme != u"0OR0";
@@ -422,7 +426,7 @@ QString ReecritLogique(Etat& e, QString t) {
     return Vrai(e, t) ? QStringLiteral("1") : QStringLiteral("0");
 }
 
-// Vrai step 2: one pair of parentheses that encloses the whole text.
+// One pair of parentheses that encloses the whole text of a relation is dropped.
 QString SansParenthesesEnglobantes(const QString& t) {
     if (t.startsWith(u'(') && ParentheseFermante(t, 1) == t.size()) return t.mid(1, t.size() - 2);
     return t;

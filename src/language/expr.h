@@ -1,4 +1,4 @@
-// Part 1.4: the expression evaluator, a text rewriter.
+// The expression evaluator, a text rewriter.
 #pragma once
 
 #include <QString>
@@ -9,7 +9,7 @@ struct Etat;
 
 // `EvalExpr(resultat, texte)`: rewrites `texte` in place until one number is
 // left and returns its value; none for a text of blanks. A failure raises
-// `ErreurProvoquee`. The rewritten text keeps the blanks of step 2 (three in
+// `ErreurProvoquee`. The rewritten text keeps the padding blanks (three in
 // front, one behind): callers trim it. On a failure `texte` is left unchanged.
 std::optional<double> EvalExpr(Etat& e, QString& texte);
 
@@ -25,9 +25,9 @@ bool Vrai(Etat& e, const QString& texte);
 // `Prefixe`: scales a value by the unit prefix table; `lettre` receives the letter.
 float Prefixe(float valeur, QString& lettre);
 
-// The generator behind `ALE` and the draws (Part 1.4, Left to the implementer),
-// in the manner of the original's `Rnd`: a number from 0 up to 1 (1 excluded);
-// a negative x first seeds the generator with x.
+// The generator behind `ALE` and the draws: a number from 0 up to 1 (1
+// excluded); a negative x first seeds the generator with x, so that a program
+// can repeat a sequence.
 float Rnd(Etat& e, float x = 1.0f);
 // Seeds the generator with x, whatever its sign.
 void AleGraine(Etat& e, float x);

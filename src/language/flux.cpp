@@ -1,4 +1,4 @@
-// Part 1.6: control flow. Flow moves `Pos` in the level's text and sets the
+// Control flow. Flow moves `Pos` in the level's text and sets the
 // skip flags of the record; there is no loop statement.
 #include "language/flux.h"
 
@@ -55,7 +55,7 @@ bool Verite(Etat& e, QString condition, bool texte) {
     return ok && v != 0;
 }
 
-// If, ElseIf, IfT, ElseIfT: the steps of Part 1.6.
+// If, ElseIf, IfT, ElseIfT: a jump (Then Goto), a one-line Then, or a block.
 void Si(Etat& e, bool sinonSi, bool texte) {
     if (e.Host) e.Host->PompeEvenements();
     CtxFic& c = e.Ctx();
@@ -218,7 +218,7 @@ bool FiltreSi(Etat& e) {
 
 void EntreeSi(Etat& e) {
     CtxFic& c = e.Ctx();
-    // The depth limit fails the line with no text of its own (Part 1.6).
+    // The depth limit fails the line with no text of its own.
     if (c.NivSi >= c.MaxSi) Echec("MaxSi");
     ++c.NivSi;
 }

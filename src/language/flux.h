@@ -1,4 +1,4 @@
-// Part 1.6: control flow.
+// Control flow: If blocks, Goto, Stop.
 #pragma once
 
 #include <QString>

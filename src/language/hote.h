@@ -17,7 +17,7 @@ public:
 
     // A message box; returns the button that closed it.
     virtual Reponse Message(const QString& titre, const QString& texte, Boutons boutons) = 0;
-    // The `Input` prompt (Part 1.7): none when cancelled.
+    // The `Input` prompt: none when cancelled.
     virtual std::optional<QString> Saisie(const QString& titre, const QString& invite,
                                           const QString& defaut) = 0;
 
@@ -28,14 +28,14 @@ public:
     // the "?" form of `Fichier`).
     virtual void RemplaceTexteEditeur(int debut, int longueur, const QString& texte) = 0;
     // Colours `longueur` characters at the 0-based `debut` red and leaves the
-    // caret there (Part 1.1, handler step 3). Returns the editor line of the
-    // selection, counted from 1.
+    // caret there, to show the line of a failure. Returns the editor line of
+    // the selection, counted from 1.
     virtual int MarqueErreur(int debut, int longueur) = 0;
     // The editor line (from 1) of the 0-based position.
     virtual int LigneDe(int position) const = 0;
     // The 0-based position behind the CR LF that ends the caret's line; -1
     // where there is no caret (headless). The "?" form of `Fichier` puts its
-    // block there (Part 4.3).
+    // block there.
     virtual int FinLigneCaret() const { return -1; }
     // Redo the colouring of the line at the 0-based position (after a rewrite).
     virtual void ColoreLigneA(int) {}
@@ -44,13 +44,13 @@ public:
     virtual QString PressePapier() const = 0;
     virtual void EcritPressePapier(const QString& texte) = 0;
 
-    // Let interface events run (the points of Part 1.1). The window may set
-    // the run's `ArretDemande` from here (Esc).
+    // Let interface events run at the points where a run yields. The window
+    // may set the run's `ArretDemande` from here (Esc).
     virtual void PompeEvenements() {}
-    // Busy state of a run: pointer, disabled window (Visualiser steps 3 and 9).
+    // Busy state of a run: pointer, disabled window.
     virtual void DebutExecution() {}
     virtual void FinExecution() {}
 
-    // `Shell#$` (Part 1.7): starts a command line; with attendre, waits for it.
+    // `Shell#$`: starts a command line; with attendre, waits for it.
     virtual bool Lance(const QString& commande, bool attendre) = 0;
 };

@@ -1,4 +1,4 @@
-// Part 1.1: the run driver `Visualiser` and the command loop `Interprete`.
+// The run driver `Visualiser` and the command loop `Interprete`.
 #include "language/interprete.h"
 
 #include "language/chaines.h"
@@ -17,17 +17,17 @@ using namespace vb;
 
 namespace {
 
-// The offset of the messages' language section (Part 4.5).
+// Message n in the configured language of the messages.
 QString Chaine(const Etat& e, int n) { return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0)); }
 
-// Fetching a line (Part 1.1). Returns false when the text is finished.
+// Fetches the next logical line. Returns false when the text is finished.
 // On return LigneCourante holds the logical line, PosDebut and FinLigne frame it.
 bool LitLigne(Etat& e, CtxFic& c) {
     const QString& texte = c.Texte;
     const int longueur = Len(texte);
     for (;;) {
         if (e.ArretDemande) return true; // the caller tests it and ends the level
-        // A Goto to an unknown label left Pos at 0: the fetch fails (Part 1.6).
+        // A Goto to an unknown label left Pos at 0: the fetch fails.
         if (c.Pos < 1) throw ErreurExecution("Invalid procedure call or argument");
         int fin = InStr(c.Pos, texte, CrLf());
         if (fin == 0) {
@@ -36,7 +36,7 @@ bool LitLigne(Etat& e, CtxFic& c) {
         }
         c.FinLigne = Entier16(fin);
         QString physique = Mid(texte, c.Pos, c.FinLigne - c.Pos);
-        c.LigneBruteThen = physique; // the raw line, for the Then rule of Part 1.6
+        c.LigneBruteThen = physique; // the raw line, for a one-line Then
         QString ligne = LTrim(QString(physique).replace(u'\t', u' '));
         // A lone "_" continues like " _" (and Pos moves back by one).
         if (ligne == QLatin1String("_")) {
@@ -81,7 +81,7 @@ bool LitLigne(Etat& e, CtxFic& c) {
     }
 }
 
-// Step 5 of the classification: the comment of the line.
+// Removes the comment of the line, except for the commands whose text may hold "'".
 void OteCommentaire(Etat& e, const QString& mot) {
     QString& l = e.LigneCourante;
     const int q = InStr(l, QStringLiteral("'"));
@@ -155,7 +155,7 @@ bool Dispatch(Etat& e, const QString& mot) {
     return false;
 }
 
-// The rest of the dispatch rules of Part 1.1 for a keyword of no table row.
+// Runs the line: a table keyword, an assignment, a label or an external command.
 void Execute(Etat& e, CtxFic& c) {
     const QString& mot = c.Mot;
     if (Dispatch(e, mot)) return;
@@ -177,7 +177,7 @@ void Execute(Etat& e, CtxFic& c) {
     throw ErreurCommande();
 }
 
-// Entry of Interprete, steps 4 to 11 of Part 1.1.
+// Entry of a level: separators, text ratios, labels and limits reset.
 void EntreeNiveau(Etat& e, int niveau) {
     CtxFic& c = e.PileFic[niveau];
     e.NumFicPrintA = 0;
@@ -192,7 +192,7 @@ void EntreeNiveau(Etat& e, int niveau) {
     e.Txt.ForceBase = e.Txt.ForceMilieu = e.Txt.ForceHaut = 0;
     e.Txt.CoefBase = 0.8f;
     e.Txt.CoefMilieu = 0.3f;
-    e.Txt.CoefHaut = 0.91f; // no platform setting turns it to 0.8 here (Part 3.3)
+    e.Txt.CoefHaut = 0.91f;
     e.NiveauCourant = niveau;
     ScanEtiquettes(e, niveau);
     if (c.MaxVar == 0) c.MaxVar = 33;
@@ -210,7 +210,7 @@ void EntreeNiveau(Etat& e, int niveau) {
     EntreeNiveauDessin(e, niveau);
 }
 
-// The box of a failure (Part 1.1, the handler).
+// The failure handler: marks the line and shows the box of the failure.
 void Gestionnaire(Etat& e, int niveau) {
     if (e.ArretDemande) {
         e.TexteErreur.clear();
@@ -218,13 +218,13 @@ void Gestionnaire(Etat& e, int niveau) {
     }
     Hote* h = e.Host;
     CtxFic& c = e.PileFic[niveau];
-    // 3. Mark the line: at level 1 the current line, below it the Fichier line of level 1.
+    // Mark the line: at level 1 the current line, below it the Fichier line of level 1.
     const CtxFic& m = e.PileFic[1];
     int longueur = m.PosFin - m.PosDebut;
     if (longueur <= 0) longueur = m.FinLigne - m.PosDebut;
     if (longueur <= 0) longueur = 5;
     const int ligne = h ? h->MarqueErreur(m.PosDebut - 1, longueur) : 0;
-    // 4. The listing and the file-not-found text.
+    // The listing and the file-not-found text.
     const QString liste = ListeVars(e, niveau);
     QString nonTrouve;
     if (e.FichierNonTrouve) {
@@ -257,7 +257,7 @@ void Gestionnaire(Etat& e, int niveau) {
         if (h) r = h->Message(QStringLiteral("Mirel    (nb Var=%1)").arg(c.NbVar), t, Boutons::OkAnnuler);
     }
     e.TexteErreur.clear();
-    // 8. Cancel below level 1 stops the whole run, through the "Loop" name.
+    // Cancel below level 1 stops the whole run, through the "Loop" name.
     if (r == Reponse::Annuler) e.PileFic[5].Nom = QStringLiteral("Loop");
 }
 
@@ -283,7 +283,8 @@ void ErreurDeCommande(Etat& e, int niveau) {
     e.TexteErreur.clear();
 }
 
-// End of a level, in every case (Part 1.1).
+// End of a level after a normal end: the drawing's part, then an If block
+// left open is reported.
 void FinNiveau(Etat& e, int niveau) {
     FinNiveauDessin(e, niveau);
     CtxFic& c = e.PileFic[niveau];
@@ -344,8 +345,8 @@ void Interprete(Etat& e, int& niveau) {
     e.FinNiveauDemandee = false;
     e.NiveauCourant = niveau;
     // After a run-time failure the handler has ended the level: the steps of
-    // the end of a level (margins, read-out values, string 127) don't run
-    // (Part 1.1: no resumption; they follow only the five normal ends).
+    // the end of a level (margins, read-out values, string 127) don't run;
+    // they follow only the normal ends.
     if (!echec) FinNiveau(e, niveau);
     if (niveau == 1) e.ExecutionEnCours = false;
     e.NiveauCourant = garde > 0 ? garde : niveau;

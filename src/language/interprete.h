@@ -1,18 +1,18 @@
-// Part 1.1: the run driver and the command loop.
+// The run driver and the command loop.
 #pragma once
 
 struct Etat;
 
 // `Visualiser`: resets the run, puts the editor's text in level 1 and runs it.
 void Visualiser(Etat& e);
-// The run without the zoom reset of Visualiser step 4: the path of the zoom
-// dialog and of the print commands (Parts 4.1, 4.6).
-// `cible` replaces the pane as the Surface (the printer, Part 4.6).
+// The run without the zoom reset of Visualiser: the path of the zoom dialog
+// and of the print commands. `cible` replaces the pane as the Surface (the
+// printer).
 class Surface;
 void LanceExecution(Etat& e, Surface* cible = nullptr);
 // `Interprete(niveau)`: the command loop for one level.
 void Interprete(Etat& e, int& niveau);
-// Closes every file the run opened (Visualiser step 1, ArretDemande).
+// Closes every file the run opened (at the start of a run and when it is stopped).
 void FermeFichiers(Etat& e);
 // The line number in the editor of the current line (for messages).
 int LigneEditeurCourante(Etat& e);

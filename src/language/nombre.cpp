@@ -1,4 +1,4 @@
-// Numbers as text: the original's `Str` and `Val` (Part 1.4, Data model).
+// Numbers as text: the language's printed form of a number and its reading back.
 #include "language/nombre.h"
 
 #include "language/erreur.h"
@@ -14,7 +14,7 @@ namespace {
 // decides the rounding is always the true one.
 constexpr int ChiffresExacts = 120;
 
-// The `Str` form of a value with `precision` significant digits: the plain
+// The printed form of a value with `precision` significant digits: the plain
 // form for -4 <= X < precision, the exponent form otherwise (see nombre.h).
 QString FormeStr(double valeur, int precision) {
     if (valeur == 0) return QStringLiteral("0");
@@ -112,7 +112,7 @@ double ValNombre(const QString& texte) {
     double v = 0;
     const auto r = std::from_chars(nombre.data(), nombre.data() + nombre.size(), v);
     if (r.ec == std::errc::result_out_of_range) {
-        // Below the range reads as 0; above it is the original's overflow.
+        // Below the range reads as 0; above it is an overflow.
         if (!exposant.empty() && exposant[0] == '-') return 0;
         throw ErreurExecution("Overflow");
     }

@@ -1,10 +1,10 @@
-// The number-to-text form of a 32-bit float, as the original's `Str` prints a
-// single-precision number (Part 1.4, Data model; design.md §4): "." decimal
-// point, no leading 0 (".5"), an exponent when needed ("1E+12"), at most 7
-// significant digits, the leading blank of positives trimmed. Every Part that
-// prints a number of the language calls it.
+// The number-to-text form of a 32-bit float, the one the language prints
+// everywhere (design.md §4): "." decimal point, no leading 0 (".5"), an
+// exponent when needed ("1E+12"), at most 7 significant digits, the leading
+// blank of positives trimmed. Every command that prints a number of the
+// language calls it, so that texts and re-read values agree.
 //
-// The rules, those of the original's `Str` of a Single:
+// The rules:
 // - the value is rounded to 7 significant digits, a half away from zero;
 // - with X the decimal exponent of the rounded value (d.dddddd × 10^X), the
 //   exponent form is used when X >= 7 or X < -4: 12345678 -> "1.234568E+07",
@@ -19,13 +19,13 @@
 
 QString StrF(float valeur);
 
-// The same for a 64-bit float (`Str` of a Double): 15 significant digits, the
-// exponent form when X >= 15 or X < -4. Used for the number that `EvalTexte`
-// gives (Part 1.4), which is read back from the text as a 64-bit value.
+// The same for a 64-bit float: 15 significant digits, the exponent form when
+// X >= 15 or X < -4. Used for the number that `EvalTexte` gives, which is
+// read back from the text as a 64-bit value.
 QString StrD(double valeur);
 
-// The original's `Val`: the number at the start of a text, read up to the
-// first character that isn't part of a number; blanks are passed over, "."
-// is the decimal point, "E" or "D" starts an exponent. No number gives 0.
+// `ValNombre`: the number at the start of a text, read up to the first
+// character that isn't part of a number; blanks are passed over, "." is the
+// decimal point, "E" or "D" starts an exponent. No number gives 0.
 // A value beyond the 64-bit range raises `ErreurProvoquee` (an overflow).
 double ValNombre(const QString& texte);

@@ -1,4 +1,4 @@
-// Part 1.2: source preparation and the parameter readers.
+// Source preparation and the parameter readers.
 #include "language/para.h"
 
 #include "language/constantes.h"
@@ -16,7 +16,7 @@ using namespace vb;
 
 namespace {
 
-// Substitution and text functions of ParaN step 4 and 5.
+// The variables of a parameter, then its text functions.
 QString Substitue(Etat& e, QString piece) {
     if (piece.contains(u'%')) RemplaceVar(e, piece);
     const QString haut = piece.toUpper();
@@ -28,20 +28,20 @@ QString Substitue(Etat& e, QString piece) {
 
 bool EstChiffre(QChar c) { return c >= u'0' && c <= u'9'; }
 
-// Step 6 of ParaVal: twice, a last character that is neither ")" nor numeric
+// A unit after a number: twice, a last character that is neither ")" nor numeric
 // is dropped, so "12mm" gives 12 and a final "R" or "°" is ignored.
 void OteSuffixe(QString& t) {
     for (int i = 0; i < 2; ++i)
         if (!t.isEmpty() && t.back() != u')' && !EstChiffre(t.back())) t.chop(1);
 }
 
-// The failure of an undefined variable in ParaVal and ParaCoord (Part 1.1).
+// The failure of an undefined variable in ParaVal and ParaCoord.
 [[noreturn]] void NonInitialisee(Etat& e, const QString& piece) {
     e.TexteErreur = TexteNonInitialisee(piece);
     throw ErreurProvoquee("variable non initialisée");
 }
 
-// The value of a substituted piece, steps 5 to 7 of ParaVal.
+// The value of a substituted piece: up to the second separator, unit dropped.
 double Valeur(Etat& e, QString t) {
     const int s2 = InStr(t, e.Separateur2);
     if (s2 > 0) t = Left(t, s2 - 1);
@@ -176,7 +176,7 @@ void CmdSeparateur(Etat& e) {
     if (e.Host) e.Host->PompeEvenements();
 }
 
-// Label scan (Part 1.2): every logical line of the level's text, before the
+// Label scan: every logical line of the level's text, before the
 // first command, so that duplicate labels are refused before anything is drawn.
 void ScanEtiquettes(Etat& e, int niveau) {
     CtxFic& c = e.PileFic[niveau];
@@ -222,7 +222,7 @@ void ScanEtiquettes(Etat& e, int niveau) {
                 int fin = InStr(debutLigne, texte, CrLf());
                 c.PosFin = Entier16(fin == 0 ? longueur + 1 : fin);
                 c.FinLigne = c.PosFin;
-                throw ErreurProvoquee("étiquette en double"); // no text of its own (Part 1.2)
+                throw ErreurProvoquee("étiquette en double"); // no text of its own
             }
         }
         table.append({nom, premiereLigne + 1, debutLigne});
@@ -254,7 +254,7 @@ QString AliasEditeur(const QString& mot) {
     if (mot == QLatin1String("SI")) return QStringLiteral("If");
     if (mot == QLatin1String("SIT")) return QStringLiteral("IfT");
     if (mot == QLatin1String("ROTANG")) return QStringLiteral("AngRot");
-    // Overwrites the first four letters only, which leaves "ElseN" (Part 1.2).
+    // Overwrites the first four letters only, which leaves "ElseN".
     if (mot == QLatin1String("SINON")) return QStringLiteral("Else");
     return QString();
 }

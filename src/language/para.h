@@ -1,7 +1,7 @@
-// Part 1.2: the parameter readers. Every command takes its parameters from
+// The parameter readers. Every command takes its parameters from
 // `LigneCourante` through these routines. Indexes are 1-based; a negative
-// index reads to the end of the text (and is turned positive in the caller's
-// variable, as in the original).
+// index reads to the end of the text (and `ParaN` turns it positive in the
+// caller's variable).
 #pragma once
 
 #include <QString>
@@ -38,7 +38,7 @@ void CmdSeparateur(Etat& e);
 void ScanEtiquettes(Etat& e, int niveau);
 int LigneEtiquette(const Etat& e, const QString& nom, int niveau);
 
-// The canonical keyword list and the editor aliases (Part 1.2), for the editor.
+// The canonical keyword list and the editor aliases, for the editor.
 const QStringList& MotsCanoniques();
 // "SI" -> "If", "SIT" -> "IfT", "ROTANG" -> "AngRot", "SINON" -> "Else".
 QString AliasEditeur(const QString& motMajuscule);

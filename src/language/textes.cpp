@@ -1,5 +1,5 @@
-// Part 1.5: text and list functions. Each form is a rewrite of the text: it
-// is replaced in place by its result, and what surrounds it stays.
+// Text and list functions. Each form is a rewrite of the text: it is replaced
+// in place by its result, and what surrounds it stays.
 #include "language/textes.h"
 
 #include "language/erreur.h"
@@ -187,8 +187,8 @@ void RemplaceArr(QString& t) {
 QString Majuscules(const QString& texte) {
     QString r = texte;
     for (QChar& c : r) {
-        // The original's 8-bit upper case has no capital for "µ"; it stays,
-        // and with it the "$£µ" marker of Part 1.3.
+        // "µ" has no capital in the language's 8-bit character set; it stays,
+        // and with it the "$£µ" stand-in of "%" in variable substitution.
         if (c != QChar(0x00B5)) c = c.toUpper();
     }
     return r;
@@ -294,8 +294,8 @@ QVector<int> TirageSansRepetition(Etat& e, int n, int a, int b, float graine) {
         tirage.append(plage[pos]);
         plage[pos] = plage[reste - 1];
     }
-    // Back to the saved state, in the original's manner: a draw with the
-    // negative of the saved number.
+    // After the draw the generator is reseeded from the number drawn before
+    // it (a draw with its negative), so the seeded sequence doesn't go on.
     AleGraine(e, -sauve);
     Rnd(e);
     return tirage;

@@ -1,4 +1,4 @@
-// Part 1.5: text and list functions.
+// Text and list functions.
 #pragma once
 
 #include <QString>
@@ -16,13 +16,13 @@ void RemplaceNbp(Etat& e, QString& texte);
 void FormatTexte(Etat& e, QString& texte);
 // `#expression#` pieces.
 void EvalDiese(Etat& e, QString& texte);
-// The random draw without repetition (Part 1.5): n different whole numbers in
+// The random draw without repetition: n different whole numbers in
 // a..b; an empty list after the message when n is too large.
 QVector<int> TirageSansRepetition(Etat& e, int n, int a, int b, float graine);
 
-// Upper case character by character, so that positions stay those of the
-// original text (the working copies of Parts 1.4 and 1.5); accents are
-// upper-cased ("é" -> "É").
+// Upper case character by character, so that positions in the upper-case
+// working copy (expressions, text functions) stay those of the text itself;
+// accents are upper-cased ("é" -> "É").
 QString Majuscules(const QString& texte);
 
 // The 1-based position of the ")" that matches the "(" at pos, inner

@@ -1,4 +1,4 @@
-// Part 1.3: variables and substitution (and `ListeVars` of Part 1.7).
+// Variables and substitution, and the variable listing `ListeVars`.
 #include "language/variables.h"
 
 #include "drawing/surface.h"
@@ -22,7 +22,8 @@ namespace {
 
 const QString MarqueAppelant = QStringLiteral("%IRE$-1");
 const QString MarquePartage = QStringLiteral("%IRE$#0");
-// The stand-in of "%" while a `VAR(` form waits (Part 1.3).
+// The stand-in of "%" in a text kept from substitution (a `VAR(` value), put
+// back at the end.
 const QString PourcentCache = QStringLiteral("$£µ");
 constexpr int LongueurMaxSubstitution = 4096;
 constexpr int MaxSubstitutions = 10000;
@@ -38,7 +39,7 @@ int NiveauPortee(const Etat& e, const QString& marque) {
     return e.NiveauCourant > 1 ? e.NiveauCourant - 1 : 0;
 }
 
-// Step 3 of the value treatment: a value in double quotes is kept as it stands
+// The value of an assignment: a value in double quotes is kept as it stands
 // between them; otherwise trimmed, or evaluated for "==".
 QString TraiteValeur(Etat& e, const QString& brut) {
     const QString t = Trim(brut);
@@ -66,7 +67,7 @@ QString ValeurLigne(Etat& e, bool protegeVar) {
 void Stocke(Etat& e, int niveau, int slot, const QString& valeur) {
     CtxFic& c = e.PileFic[niveau];
     c.ValVar[slot] = valeur;
-    // `%CLIPBOARD` and the value CLIPBOARD reach the clipboard (Part 1.3).
+    // `%CLIPBOARD` and the value CLIPBOARD reach the clipboard.
     if (c.NomVar[slot].toUpper() == QLatin1String("%CLIPBOARD") && e.Host)
         e.Host->EcritPressePapier(valeur);
     if (valeur == QLatin1String("CLIPBOARD") && e.Host) c.ValVar[slot] = e.Host->PressePapier();
@@ -85,12 +86,12 @@ QString Orthographe(const QString& nom) {
 
 // A free or new slot at a level, as `CreeVar` takes it. `avale` is set when
 // the slot is reused with a pending `SauteVar`: the slot takes the name, and
-// the value already there (a parameter passed by position, Part 4.3) stays.
+// the value already there (a parameter passed by position) stays.
 int SlotPourCreation(Etat& e, int niveau, bool& avale) {
     avale = false;
     CtxFic& c = e.PileFic[niveau];
     if (niveau == 1) {
-        // A line failure with no text of its own (Part 1.3).
+        // A line failure with no text of its own.
         if (c.NbVar >= std::min(c.MaxVar, MaxVarAbsolu)) Echec(e, QString());
         return ++c.NbVar;
     }
@@ -132,7 +133,7 @@ bool EstNombre(const QString& t) {
     return ok;
 }
 
-// The list index forms of RemplaceVar step 3e, at `p` (the "%"); true when one
+// The list index forms of RemplaceVar, at `p` (the "%"); true when one
 // was replaced.
 bool FormeIndex(Etat& e, QString& texte, int p) {
     const int paren = InStr(p, texte, QStringLiteral("("));
@@ -228,7 +229,7 @@ void CreeVar(Etat& e, const QString& nom, const QString& valeur, int& index) {
     index = SlotPourCreation(e, niveau, avale);
     CtxFic& c = e.PileFic[niveau];
     c.NomVar[index] = Orthographe(nom);
-    if (avale) return; // the value passed in stays (Part 1.3, CreeVar step 2)
+    if (avale) return; // the value passed in stays
     c.SauteVar[index] = 0;
     Stocke(e, niveau, index, TraiteValeur(e, valeur));
 }
@@ -416,7 +417,7 @@ void Affectation(Etat& e) {
     CtxFic& c = e.Ctx();
     const QString mot = c.Mot;
     const QString marque = Left(mot, 7);
-    // 2. and 3. The caller's level and the shared level.
+    // The caller's level and the shared level.
     if (marque == MarqueAppelant || marque == MarquePartage) {
         if (e.NiveauCourant < 2) {
             if (marque == MarqueAppelant) return; // at level 1 the line does nothing
@@ -448,14 +449,14 @@ void Affectation(Etat& e) {
             return;
         }
     }
-    // 4. The name at the level.
+    // The name at the level.
     const int slot = ChercheVar(e, mot, e.NiveauCourant);
     if (slot == 0) {
         int index = 0;
         CreeVar(e, e.NomAffecte, ValeurLigne(e, true), index);
         return;
     }
-    // 6. A passed parameter swallows its default (Part 4.3).
+    // A parameter passed by the caller swallows its default.
     if (c.SauteVar[slot] > 0 && !e.StopArgVu) {
         --c.SauteVar[slot];
         return;
@@ -472,7 +473,7 @@ QString ListeVars(Etat& e, int niveau) {
         QString v;
         int l = 0;
         VarPredefinie(e, QLatin1String(nom), v, l);
-        // The listing shows the stored spelling of the table of Part 1.3.
+        // The predefined names are listed in their own spelling (%iRec, %TaP).
         return QLatin1String(nom) + QStringLiteral("\t= ") + v;
     };
     auto paire = [&](const QString& a, const QString& b) { return a + u'\t' + b + CrLf(); };

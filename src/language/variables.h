@@ -1,4 +1,4 @@
-// Part 1.3: variables and substitution.
+// Variables and substitution.
 #pragma once
 
 #include <QString>
@@ -28,7 +28,7 @@ void RazVars(Etat& e, int niveau);
 void Affectation(Etat& e);
 // `StopArg`.
 void CmdStopArg(Etat& e);
-// `ListeVars(niveau)` of Part 1.7: the listing of the error box and of ListeVar.
+// `ListeVars(niveau)`: the variable listing of the error box and of ListeVar.
 QString ListeVars(Etat& e, int niveau);
-// The undefined-variable failure text of Part 1.1.
+// The failure text of an undefined variable.
 QString TexteNonInitialisee(const QString& nom);

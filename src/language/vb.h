@@ -1,14 +1,13 @@
-// The string primitives of the original language, 1-based, in one place, and
-// its Sgn.
-// The spec counts positions from 1 (Part 1.1, Conventions); every routine that
-// follows the spec's positions uses these instead of QString's 0-based calls.
+// 1-based string helpers with the language's semantics, in one place, and Sgn.
+// The language counts positions in a text from 1; every routine that works
+// with such positions uses these instead of QString's 0-based calls.
 #pragma once
 
 #include <QString>
 
 namespace vb {
 
-// Length of a text, as the original's Len.
+// Length of a text.
 inline int Len(const QString& s) { return int(s.size()); }
 
 // Mid(s, debut[, n]): from the 1-based position debut, n characters or to the end.
@@ -22,7 +21,7 @@ inline QString Left(const QString& s, int n) { return n <= 0 ? QString() : s.lef
 inline QString Right(const QString& s, int n) { return n <= 0 ? QString() : s.right(n); }
 
 // InStr(debut, s, cherche): 1-based position of cherche at or after debut, 0 if absent.
-// Like the original, an empty search text is found at debut when debut <= Len + 1.
+// An empty search text is found at debut when debut <= Len + 1.
 inline int InStr(int debut, const QString& s, const QString& cherche,
                  Qt::CaseSensitivity cs = Qt::CaseSensitive) {
     if (debut < 1) debut = 1;
@@ -48,7 +47,7 @@ inline int InStrRev(const QString& s, const QString& cherche, int debut = -1) {
 inline QString UCase(const QString& s) { return s.toUpper(); }
 inline QString LCase(const QString& s) { return s.toLower(); }
 
-// Trim removes blanks only (the original's Trim), not tabs or line ends.
+// Trim removes blanks only, not tabs or line ends.
 inline QString LTrim(const QString& s) {
     int i = 0;
     while (i < s.size() && s[i] == u' ') ++i;
@@ -61,7 +60,7 @@ inline QString RTrim(const QString& s) {
 }
 inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
 
-// Replace every occurrence (the original's Replace, case-sensitive).
+// Replace every occurrence, case-sensitive.
 inline QString Replace(const QString& s, const QString& de, const QString& par) {
     QString r = s;
     return de.isEmpty() ? r : r.replace(de, par);

@@ -1,4 +1,4 @@
-// Run state of Part 3.2: frames. Owned by that Part; fields are added with it.
+// Run state of the frames.
 #pragma once
 
 #include <QPoint>
@@ -8,7 +8,7 @@
 struct EtatCadre {
     // The working buffers of the shapes, filled through `AjoutePoint`: the
     // outline in user coordinates (turned, without the origins) and the same
-    // points in device pixels, origins added, for `Polygon` (Parts 3.2, 3.4).
+    // points in device pixels, origins added, for `Polygon` (frames, polygons).
     QVector<QPointF> Points;
     QVector<QPoint> PointsPixel;
 };

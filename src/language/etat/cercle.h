@@ -1,4 +1,4 @@
-// Run state of Part 3.1: circles. Owned by that Part; fields are added with it.
+// Run state of the circles.
 #pragma once
 
 #include <QPoint>

@@ -1,6 +1,6 @@
-// Run state of Part 2.3: the scale record Echelle. Owned by that Part; fields are added with it.
+// Run state of the scale definition: the scale record Echelle.
 //
-// The form of the scale is told by its fields, as the spec leaves it: `a1`
+// The form of the scale is told by its fields, with no separate kind: `a1`
 // differs from `a2` (arc), else `x1` from `x2` (Droite), else `y1` from `y2`
 // (DroiteV); all equal is no valid scale. The law (`Z`, `EstLog`) lives in the
 // level's `CtxFic` as `CoefExposant` and `EchelleLog`.

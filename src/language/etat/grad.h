@@ -1,7 +1,7 @@
-// Run state of Part 2.4: graduations. Owned by that Part; fields are added with it.
+// Run state of the graduations: the ticks of a scale.
 //
-// The loop values of the last `Grad` (and `Val`, which runs the same loop,
-// Part 2.5) stay readable after the command.
+// The loop values of the last `Grad` (and `Val`, which runs the same loop)
+// stay readable after the command.
 #pragma once
 
 struct EtatGrad {

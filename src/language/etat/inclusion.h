@@ -1,4 +1,4 @@
-// Run state of Part 4.3: file inclusion.
+// Run state of file inclusion.
 #pragma once
 
 #include <QString>
@@ -7,6 +7,6 @@ struct EtatInclusion {
     // The flag of one character that a call sets before reading its file
     // ("F"); the `Symbole` form of `Plot` leaves it as it was.
     QString Drapeau;
-    // The `Symbole` form: the text that `Plot` gives the next level (Part 2.8).
+    // The `Symbole` form: the text that `Plot` gives the next level.
     QString TexteSymbole;
 };

@@ -1,4 +1,4 @@
-// Run state of Part 2.2: colours and line styles.
+// Run state of the colours and line styles.
 #pragma once
 
 struct StyleTrait {

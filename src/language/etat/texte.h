@@ -1,4 +1,4 @@
-// Run state of Part 3.3: text.
+// Run state of the text commands.
 #pragma once
 
 #include <memory>
@@ -15,8 +15,8 @@ struct EtatTexte {
     bool PageMarquee = false;  // a mark is set on the current printer page
     double X = 0, Y = 0;       // module position of PlaceTexte (Surface units)
     // The current text colour that PlaceTexte tests (-1 is N): Texte and
-    // TexteC set it; the other callers of PlaceTexte (Parts 2.5, 2.9, 3.5)
-    // set it to the colour of their text.
+    // TexteC set it; the other callers of PlaceTexte (scale values,
+    // dimensions, Bezier curves) set it to the colour of their text.
     int CouleurTexte = 0;
     // The module-wide CLogFont of EcritRot: a new one replaces (and frees) the last.
     std::shared_ptr<CLogFont> LogFont;

@@ -1,4 +1,4 @@
-// Run state of Part 2.5: scale values. Owned by that Part; fields are added with it.
+// Run state of the scale values.
 //
 // The series itself (N, Prem, Der, Ind, PosCourante) runs in `EtatGrad`, the
 // loop that `Val` shares with `Grad`; NbVal, PremVal, DerVal keep a copy.
