@@ -78,7 +78,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
         painter_->drawEllipse(rect);
         return;
     }
-    // A negative angle draws a radius line to that end (the original's Circle).
+    // A negative angle draws a radius line to that end: the side of a pie.
     // -0 is not negative there: it draws no radius.
     const double a0 = debut.value_or(0.0), a1 = fin.value_or(DeuxPi);
     const bool rayon0 = a0 < 0, rayon1 = a1 < 0;
