@@ -1,4 +1,4 @@
-// The command line of design.md §1: the window, `render`, `dump`.
+// The command line: the window, `render`, `dump`.
 #include "cli/cli.h"
 
 #include "app/core/dump.h"

@@ -51,8 +51,8 @@ void TraceArcEchelle(Etat& e, double cx, double cy, double r, double debut, doub
     else e.Surf->Circle(cx, cy, r, couleur, debut, fin);
 }
 
-// The "?" form of the fifth parameter: the "?" and the separator before it become two
-// blanks, an apostrophe and the composed text, in the editor's line.
+// The "?" form of the fifth parameter: the "?" and the separator before it
+// become two blanks, an apostrophe and the composed text, in the editor's line.
 void RecritArc(Etat& e, const QString& compose) {
     const CtxFic& c = e.PileFic[1];
     const QString ligne = Mid(c.Texte, c.PosDebut, c.FinLigne - c.PosDebut);

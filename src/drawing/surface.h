@@ -4,9 +4,9 @@
 // `ScaleMode` 6, pen position, colours, fill style, width, font) and offers its
 // operations in `Surface` units. Device pixels are the target's own dots: on
 // the screen the pane's logical pixels, on the printer the dots of a 600 dpi
-// virtual printer, whatever file is finally written (design.md §1).
+// virtual printer, whatever file is finally written.
 //
-// Every operation may be recorded in a `Journal` (the dump of design.md §6).
+// Every operation may be recorded in a `Journal` (what `mirel dump` prints).
 // `SurfacePeinte` paints on a QPaintDevice; `SurfaceEnregistree` paints
 // nothing and only measures and records.
 #pragma once
@@ -130,8 +130,8 @@ public:
                 std::optional<double> debut = {}, std::optional<double> fin = {},
                 std::optional<double> aspect = {});
     void PSet(double x, double y, int couleur);
-    // `Polygon` straight on the device: points in device pixels, outline in ForeColor with
-    // DrawWidth, filled with FillColor when FillStyle is 0.
+    // `Polygon` straight on the device: points in device pixels, outline in
+    // ForeColor with DrawWidth, filled with FillColor when FillStyle is 0.
     void Polygon(const QVector<QPointF>& pixels);
     // A polygon given in Surface units (the shapes that fill in Surface units).
     void PolygonUnites(const QVector<QPointF>& points);
