@@ -1,4 +1,4 @@
-// Benchmarks of the example programs (design.md §8): the whole run of each
+// Benchmarks of the example programs: the whole run of each
 // examples/*.dat
 //   - to a recording surface (a headless Session, as `mirel dump` runs),
 //   - to a raster pane (a SurfacePeinte over a QImage of the 297 x 210 mm

@@ -1,4 +1,4 @@
-// The expression evaluator on typical parameters (design.md §8): a plain
+// The expression evaluator on typical parameters: a plain
 // number, a substituted "%R*2+5", a function, nested parentheses; and the
 // logic of an If condition. No Qt application is needed: only QString.
 #include "language/etat.h"

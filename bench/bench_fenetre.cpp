@@ -1,4 +1,4 @@
-// Speed of the main window (Part 4.1): F4 on each example dial, typing in a program of
+// Speed of the main window: F4 on each example dial, typing in a program of
 // 1,000 lines (colouring is per block), loading and recolouring it whole.
 // Its main: a QApplication on the offscreen platform (principal.h).
 #include "app/editeur.h"

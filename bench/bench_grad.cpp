@@ -1,4 +1,4 @@
-// Benchmarks of the scale engine (Parts 2.3, 2.4): whole runs through a
+// Benchmarks of the scale engine (scales and graduations): whole runs through a
 // headless Session, recording every Surface operation, as `mirel dump` does.
 #include "app/core/session.h"
 

@@ -7,8 +7,9 @@ set -euo pipefail
 mirel="$1"; programme="$2"; sortie="$3"
 rm -f "$sortie"
 sortie="$(realpath -m "$sortie")"; programme="$(realpath "$programme")"; mirel="$(realpath "$mirel")"
-# A working folder with its own "Mirel.cfg" (Part 4.5, location step 3), the
-# languages chosen, so that the language dialog of a first start does not wait.
+# A working folder with its own "Mirel.cfg" (a settings file in the working
+# folder is the one used), the languages chosen, so that the language dialog
+# of a first start does not wait.
 travail="$(mktemp -d)"
 trap 'rm -rf "$travail"' EXIT
 version="$("$mirel" --version | awk '{print $2}')"

@@ -1,5 +1,5 @@
 // The help viewer: a window with a `QTextBrowser` that shows the pages of
-// src/app/core/aide (design.md section 2 in place of the HTML Help viewer).
+// src/app/core/aide, generated from the string table.
 #pragma once
 
 #include "app/core/aide.h"

@@ -22,7 +22,7 @@ public:
     virtual Reponse Message(QWidget* parent, const QString& titre, const QString& texte,
                             Boutons boutons, Icone icone = Icone::Aucune) = 0;
     // An input box; none when cancelled. `annuler` is the Cancel button's
-    // text (string 172 for `Input`, Part 1.7), the platform's when empty.
+    // text (string 172 for the `Input` command), the platform's when empty.
     virtual std::optional<QString> Saisie(QWidget* parent, const QString& titre,
                                           const QString& invite, const QString& defaut,
                                           const QString& annuler) = 0;
@@ -31,7 +31,7 @@ public:
     // The Save as dialog with overwrite prompt; empty when cancelled.
     virtual QString FichierEnregistrer(QWidget* parent, const QString& nomInitial,
                                        const QString& filtre, const QString& suffixe) = 0;
-    // Alt-L's dialog (Part 4.2): one existing file, or several when
+    // Alt-L's dialog: one existing file, or several when
     // `plusieurs`; empty when cancelled.
     virtual QStringList FichiersListe(QWidget* parent, const QString& dossier, const QString& filtre,
                                       bool plusieurs) = 0;

@@ -55,7 +55,7 @@ void Form2::Montre(const QString& texte, QPoint global, const QRect& cadre) {
     const QFontMetrics fm(label_->font());
     const QSize s = fm.size(0, texte) + QSize(5, 5);
     label_->setGeometry(2, 2, s.width() - 2, s.height() - 2);
-    resize(s); // text plus 5 pixels each way (Part 4.1)
+    resize(s); // text plus 5 pixels each way
     QPoint p = global;
     if (p.x() + width() > cadre.right()) p.setX(cadre.right() - width());
     if (p.y() + height() > cadre.bottom()) p.setY(cadre.bottom() - height());

@@ -1,7 +1,7 @@
-// The small windows of Part 4.1: the syntax tip `Form2`, the zoom dialog
-// `Form4`, the reference dialog `Form5`, the about box; and `Form3`, the
-// language dialog of Part 4.5 (its widget only: what OK writes is the
-// configuration service's).
+// The small windows of the main window: the syntax tip `Form2`, the zoom
+// dialog `Form4`, the reference dialog `Form5`, the about box; and `Form3`,
+// the language dialog (its widget only: what OK writes is the configuration
+// service's).
 #pragma once
 
 #include "app/services.h"

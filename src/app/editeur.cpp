@@ -55,7 +55,7 @@ private:
 
 Editeur::Editeur(QWidget* parent) : QPlainTextEdit(parent) {
     for (const QString& m : MotsCanoniques()) mots_.insert(m.toUpper(), m);
-    // The undo of Part 4.9 keeps its own snapshots; the document's own stack
+    // The window's undo keeps its own snapshots; the document's own stack
     // would only fill up with colour changes.
     document()->setUndoRedoEnabled(false);
     setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -475,7 +475,8 @@ QString Editeur::MotSyntaxe(const QString& ligne, bool apresSuite) {
     if (f < 0) f = int(t.indexOf(u' '));
     if (f < 0) f = int(t.size());
     QString mot = t.left(f).trimmed().toUpper() + u' ';
-    for (const char* c : {"IF ", "IFT "}) // only these two (Part 4.1, syntax tip)
+    // A condition may hold "=" or blanks: the tip keys on the leading IF or IFT.
+    for (const char* c : {"IF ", "IFT "})
         if (mot.startsWith(QLatin1String(c))) return QString::fromLatin1(c).trimmed();
     return mot.trimmed();
 }

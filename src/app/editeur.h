@@ -1,9 +1,9 @@
-// `RTB1`, the code editor of the main window (Part 4.1), and its line
-// colouring: `ColoreLigne`, `ColoreTexte`, `ColoreBloc`, `VideLigneSale`,
-// `Cmd_Ctrl_K`, the keyword normalising of Part 1.2 and the plain-text paste.
+// `RTB1`, the code editor of the main window, and its line colouring:
+// `ColoreLigne`, `ColoreTexte`, `ColoreBloc`, `VideLigneSale`, `Cmd_Ctrl_K`,
+// the keyword normalising and the plain-text paste.
 //
 // Positions. The document of a QPlainTextEdit separates lines by one
-// character; the command text of a run separates them by CR LF (design.md §5).
+// character; the command text of a run separates them by CR LF.
 // The routines of this class take document positions (0-based); `VersCrLf` and
 // `VersDocument` convert at the one place where the run's positions meet the
 // editor (the `Hote` of the window).
@@ -19,13 +19,13 @@ class Editeur : public QPlainTextEdit {
 public:
     explicit Editeur(QWidget* parent = nullptr);
 
-    // --- state of Part 4.1
+    // --- editing state
     bool ColorationActive = true; // while clear, the change event does nothing
     bool LigneSale = false;       // the line under edit has not been recoloured yet
     int LigneDebut = -1, LigneFin = -1; // the block under edit, 0-based lines
     bool Modifie = false;         // the text differs from the file
-    int PositionRecherche = -1;   // find position of FrmFind (Part 4.9)
-    // The external commands (Part 4.3): their names give the spelling.
+    int PositionRecherche = -1;   // find position of FrmFind
+    // The external commands: their names give the spelling.
     const QStringList* CommandesExternes = nullptr;
 
     // --- the text as the run sees it
@@ -53,7 +53,7 @@ public:
     void MajLigne();
     // Ctrl-V: the clipboard's plain text, coloured; nothing without text.
     void Colle();
-    // The red marking of a failing line (Part 1.1, handler step 3); the caret
+    // The red marking of the line where a run failed; the caret
     // is left at `debut` with no selection.
     void MarqueRouge(int debut, int longueur);
     // A programmatic rewrite (`?`, `EpaisT`...): the change event stays out.
@@ -61,11 +61,11 @@ public:
     // The insertion of text at the caret as selected text (coordinates, colour).
     void InsereTexte(const QString& texte);
 
-    // The keyword of a line as the colouring splits it (Part 4.1 step 3):
+    // The keyword of a line as the colouring splits it:
     // 0-based start and end (exclusive) in `ligne`, tabs already blanks.
     static void BornesMotCle(const QString& ligne, int& debut, int& fin);
     // The spelling of a keyword: canonical, alias or external command; empty
-    // when the word is none of them (Part 1.2, Keyword normalising).
+    // when the word is none of them. Colouring a line rewrites its keyword so.
     QString Orthographe(const QString& mot) const;
     // The colour of the character at a document position.
     QColor CouleurA(int position) const;
@@ -79,15 +79,15 @@ public:
 
 signals:
     void ligneChangee(int ligne, int total);
-    void masque();          // F2, Ctrl-F2: Mnu_Masque (Part 4.4)
-    void resumeSyntaxes();  // Shift-F2 (Part 4.5)
+    void masque();          // F2, Ctrl-F2: Mnu_Masque, the command dialog
+    void resumeSyntaxes();  // Shift-F2: the summary of syntaxes
     void bulleSyntaxe();    // Alt-F2: Form2
-    void suivant();         // F3 (Part 4.9)
+    void suivant();         // F3: find next
     void arret();           // Esc: hides FrmFind, sets ArretDemande
-    void rechercher();      // Ctrl-F (Part 4.9)
-    void remplacer();       // Ctrl-H (Part 4.9)
-    void defaire();         // Ctrl-Z (Part 4.9)
-    void refaire();         // Ctrl-Y (Part 4.9)
+    void rechercher();      // Ctrl-F: find
+    void remplacer();       // Ctrl-H: replace
+    void defaire();         // Ctrl-Z: undo
+    void refaire();         // Ctrl-Y: redo
     void coupe(int longueurTexte); // Ctrl-X: the text's length, for the undo logic
     void toucheRelachee(int touche, Qt::KeyboardModifiers mods);
     void sourisEnfoncee();

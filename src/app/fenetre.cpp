@@ -45,7 +45,8 @@ constexpr float DegRad = float(Litteraux::DegRad);
 static_assert(DegRad == 0.017453293f);
 constexpr double Pi = Litteraux::Pi;
 
-// Half away from zero, as the original's Format.
+// Half away from zero, so that the read-out's last digit rounds as people
+// round by hand (2.5 gives 3, -2.5 gives -3).
 QString Fixe(double v, int decimales) {
     const double p = std::pow(10.0, decimales);
     double r = std::round(v * p) / p;
@@ -61,8 +62,8 @@ QString UnTab(QString t) {
 }
 
 
-// The export entries are beyond the spec: no string table rows; one caption
-// per language section.
+// The export entries have no string table rows: one caption per language
+// section.
 QString TexteExport(int langue, const QString& format) {
     switch (langue) {
     case 0: return QStringLiteral("E&xporter en %1...").arg(format);
@@ -233,15 +234,15 @@ void Form1::ConstruitMenus() {
     Mnu_Fichier->setObjectName(QStringLiteral("Mnu_Fichier"));
     Mnu_Ouvrir = action(Mnu_Fichier, "Mnu_Ouvrir", &Form1::Mnu_Ouvrir_Click);
     Mnu_Nouveau = action(Mnu_Fichier, "Mnu_Nouveau", &Form1::Mnu_Nouveau_Click);
-    Mnu_OuvrirMeter = action(Mnu_Fichier, "Mnu_OuvrirMeter", nullptr, false); // Part 4.8
+    Mnu_OuvrirMeter = action(Mnu_Fichier, "Mnu_OuvrirMeter", nullptr, false); // meter import: to come
     Mnu_Fichier->addSeparator();
     Mnu_EnregistrerS = action(Mnu_Fichier, "Mnu_EnregistrerS", &Form1::Mnu_EnregistrerS_Click);
     Mnu_Enregistrer = action(Mnu_Fichier, "Mnu_Enregistrer", &Form1::Mnu_Enregistrer_Click);
     Mnu_Fichier->addSeparator();
-    Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", nullptr, false);     // Part 4.6
-    Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", nullptr, false);         // Part 4.6
-    Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", nullptr, false); // Part 4.6
-    Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", nullptr, false); // Part 4.6
+    Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", nullptr, false);     // printing to paper: to come
+    Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", nullptr, false);         // printing to paper: to come
+    Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", nullptr, false); // printing to paper: to come
+    Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", nullptr, false); // printing to paper: to come
     Mnu_Fichier->addSeparator();
     Mnu_ExportPdf = action(Mnu_Fichier, "Mnu_ExportPdf", [this] { Exporte(QStringLiteral("pdf")); });
     Mnu_ExportSvg = action(Mnu_Fichier, "Mnu_ExportSvg", [this] { Exporte(QStringLiteral("svg")); });
@@ -266,12 +267,12 @@ void Form1::ConstruitMenus() {
     Mnu_Supprimer = action(Mnu_Edition, "Mnu_Supprimer", touche(Qt::Key_Delete, Qt::NoModifier));
     Mnu_Selectionner = action(Mnu_Edition, "Mnu_Selectionner", touche(Qt::Key_A, Qt::ControlModifier));
     Mnu_Edition->addSeparator();
-    Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr, false);       // Part 4.9
-    Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr, false);       // Part 4.9
-    Mnu_Rechercher = action(Mnu_Edition, "Mnu_Rechercher", nullptr, false); // Part 4.9
+    Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr, false);       // find and undo: to come
+    Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr, false);       // find and undo: to come
+    Mnu_Rechercher = action(Mnu_Edition, "Mnu_Rechercher", nullptr, false); // find and undo: to come
 
-    Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // Part 4.4
-    Mnu_Dessin = action(nullptr, "Mnu_Dessin", nullptr, false); // Part 4.7
+    Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // the command dialog: to come
+    Mnu_Dessin = action(nullptr, "Mnu_Dessin", nullptr, false); // freehand drawing: to come
     Mnu_Visualiser = action(nullptr, "Mnu_Visualiser", [this] { Visualiser(); });
     Mnu_Zoom = action(nullptr, "Mnu_Zoom", &Form1::Mnu_Zoom_Click);
     Mnu_RefCurseur = action(nullptr, "Mnu_RefCurseur", &Form1::Mnu_RefCurseur_Click);
@@ -290,12 +291,12 @@ void Form1::ConstruitMenus() {
     Mnu_Options->addSeparator();
     Mnu_Patchs = action(Mnu_Options, "Mnu_Patchs", &Form1::Mnu_Patchs_Click);
     Mnu_Langue = action(Mnu_Options, "Mnu_Langue", &Form1::Mnu_Langue_Click);
-    Mnu_Setup = action(Mnu_Options, "Mnu_Setup", nullptr, false);   // subsystem 5
+    Mnu_Setup = action(Mnu_Options, "Mnu_Setup", nullptr, false);   // the setup command: not offered
     Mnu_Options->addSeparator();
     Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
-    Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // Part 4.6
+    Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // the printer's fonts: to come
     Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", [this] { Mnu_Liste_Fic_Click(); });
-    // The accelerators of Part 4.1 reach these entries from anywhere; Ctrl is
+    // These accelerators reach their entries from anywhere in the window; Ctrl is
     // read at the click (several files for Alt-L, screen fonts for Alt-P).
     Mnu_Couleur->setShortcut(QKeySequence(Qt::ALT | Qt::Key_C));
     Mnu_Polices->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_P), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_P)});
@@ -307,7 +308,7 @@ void Form1::ConstruitMenus() {
     Mnu_Aide = action(Mnu_Help, "Mnu_Aide", [this] { Aide(CommandeAide::Aide); });
     Mnu_AideMot = action(Mnu_Help, "Mnu_AideMot", [this] { Aide(CommandeAide::AideMot); });
     Mnu_ResumeSyntaxes = action(Mnu_Help, "Mnu_ResumeSyntaxes", [this] { Aide(CommandeAide::ResumeSyntaxes); });
-    Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", nullptr, false);         // Part 4.5
+    Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", nullptr, false);         // the update notes: no pages
     Mnu_Help->addSeparator();
     Mnu_AProposDe = action(Mnu_Help, "Mnu_AProposDe", &Form1::Mnu_AProposDe_Click);
     Mnu_Non_Doc = action(Mnu_Help, "Mnu_Non_Doc", nullptr, false);
@@ -357,7 +358,8 @@ void Form1::AfficheMenus() {
     Mnu_Polices->setText(ChaineMenu(40));
     Mnu_Liste_Fic->setText(ChaineMenu(83));
     Mnu_Help->setTitle(ChaineMenu(70));
-    // The help menu of Part 4.5: one entry when mask and menus share a language.
+    // The help menu: one entry when the command dialog and the menus share a
+    // language.
     const EtatMenuAide aide = MenuAide(LanguesDeReglages(regl), TableChaines::Standard(), regl.DossierProgramme);
     Mnu_Aide25->setText(aide.LegendeAide25);
     Mnu_Aide->setText(ChaineMenu(71));
@@ -424,7 +426,7 @@ bool Form1::Demarrer(const QString& ligneCommande) {
         NomImprimante = QStringLiteral("PDF");
         ImprimantePdf = true;
     }
-    // 2. Measures: the virtual 600 dpi printer of design.md and the screen.
+    // 2. Measures: the virtual 600 dpi printer and the screen.
     SurfaceEnregistree imprimante(GenreSurface::Imprimante, 210 / 25.4 * 600, 297 / 25.4 * 600,
                                   25.4 / 600);
     MesureImprimante(e, imprimante);
@@ -458,7 +460,7 @@ void Form1::Debut(const QString& ligneCommande) {
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
     // 7. The version of line 1, then the four languages.
     const bool versionOk = VersionConforme(Config.PremiereLigne, Version);
-    // A new version opens Form3 preset with the file's languages (Part 4.5).
+    // A new version opens Form3 preset with the file's languages.
     if (!versionOk || DecalageDeLangue(Config.Langue) < 0 || DecalageDeLangue(Config.LangueMenu) < 0 ||
         DecalageDeLangue(Config.LangueAide) < 0 || DecalageDeLangue(Config.LangueMasq) < 0) {
         ValeursConfig v = Config;
@@ -519,7 +521,7 @@ void Form1::LitFic(const TexteLu& lu) {
 bool Form1::PrepareExecution() {
     if (e.ExecutionEnCours) return false;
     ++NombreExecutions;
-    // The main file of %File, %Path and of Open's lookup (Parts 1.3, 1.7).
+    // The main file of %File, %Path and of Open's lookup.
     e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
     return true;
 }
@@ -553,7 +555,7 @@ void Form1::DebutRun() {
     Mnu_Visualiser->setEnabled(false);
     Mnu_Zoom->setEnabled(false);
     Mnu_RefCurseur->setEnabled(false);
-    // Visualiser step 5: the pending colouring first.
+    // The pending colouring first, so the run reads the keywords as shown.
     RTB1->VideLigneSale();
     if (pane->Prepare()) AttachePane(e, pane->surface());
     e.Repere.LargeurEditeur = LargeurEditeurUnites();
@@ -681,15 +683,15 @@ void Form1::InsereCoordonnees() {
     if (Trim(bloc.text()).toUpper().startsWith(QLatin1String("TRAIT")) && avant.count(sep) == 3)
         t += QStringLiteral(",,");
     RTB1->InsereTexte(t);
-    // Part 4.9 takes its undo snapshot here.
+    // The undo snapshot of this insertion belongs here, once undo is built.
 }
 
 void Form1::Positionner(Qt::KeyboardModifiers mods) {
     if (DessinOuvert) return;
     const Surface* s = pane->surface();
     EtatRepere& r = e.Repere;
-    // The frame's point: the origin of the last run's frame (Part 1.1, end of
-    // level step 2), so that the mouse point comes to the default centre.
+    // The frame's point: the origin of the last run's frame, as level 1 left
+    // it at its end, so that the mouse point comes to the default centre.
     const double ox = r.SourisOrigineX, oy = r.SourisOrigineY;
     if (mods & Qt::ControlModifier) {
         r.DecalageVueX = r.DecalageVueY = 0;
@@ -794,7 +796,7 @@ void Form1::RefCurOrigine() {
     RefCurRad = 0;
 }
 
-// The help commands of Part 4.5 on the generated pages of core/aide.
+// The help commands on the generated pages of core/aide.
 // `Mnu_AideMot` opens at the topic of the word at the caret.
 void Form1::Aide(CommandeAide commande) {
     QString mot;
@@ -898,7 +900,7 @@ void Form1::EnregistreLangues() {
     s_.config->LanguesValidees(regl);
 }
 
-// The patch box of Part 4.5: asks until the answer is valid or empty.
+// The patch box: asks until the answer is valid or empty.
 void Form1::Mnu_Patchs_Click() {
     int patchs = regl.Patchs;
     auto demande = [this](const QString& invite) {
@@ -913,7 +915,7 @@ void Form1::Mnu_Patchs_Click() {
 
 void Form1::Mnu_AProposDe_Click() { AProposDe(this, regl.LangueMenus, Version); }
 
-// --- files: the commands of Part 4.2 (src/app/core/fichiers) on this window
+// --- files: the commands of src/app/core/fichiers on this window
 
 // What those commands ask of the window: its boxes and file dialogs, the
 // editor's text, the caption, the busy state, a run, the undo reset.
@@ -942,8 +944,9 @@ public:
         f.EcritCaption();
     }
     void Occupe(bool oui) override { f.Occupe(oui); }
-    // Open step 3: the process's folder, and with it the working folder and
-    // the file's folder of the runs (Part 4.3's lookup, New's template).
+    // Opening a file: the process's folder, and with it the working folder and
+    // the file's folder of the runs (the lookup of included files, New's
+    // template).
     void ChangeDossier(const QString& dossier) override {
         FenetreFichiers::ChangeDossier(dossier);
         if (!dossier.isEmpty()) f.regl.DossierTravail = f.regl.DossierFichier = dossier;
@@ -1087,7 +1090,7 @@ void Form1::keyPressEvent(QKeyEvent* ev) {
 
 bool Form1::eventFilter(QObject* objet, QEvent* ev) {
     // During a run the window is disabled: its input goes nowhere, but Esc
-    // asks for the stop (Part 1.1, ArretDemande).
+    // asks for the stop (ArretDemande).
     if (filtreExecution_ && objet->isWidgetType() && static_cast<QWidget*>(objet)->window() == this) {
         switch (ev->type()) {
         case QEvent::KeyPress:

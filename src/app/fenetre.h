@@ -1,8 +1,8 @@
-// `Form1`, the main window and the run cycle (Part 4.1).
+// `Form1`, the main window and the run cycle.
 //
 // The drawing pane fills the client area; the editor `RTB1` stands over its
 // right side, the status fields `Text1` to `Text4` left of the editor's bottom
-// edge. Every run redraws from the editor's text (`Visualiser`, Part 1.1) into
+// edge. Every run redraws from the editor's text (`Visualiser`) into
 // an image of the pane (see pane.h).
 #pragma once
 
@@ -26,19 +26,20 @@ class QAction;
 class QLabel;
 class QMenu;
 
-// What the window is built on: the configuration of Part 4.5, the boxes, the
+// What the window is built on: the configuration service, the boxes, the
 // printer lookup and the two folders. A null configuration gets the in-memory
 // stand-in of services.h; null boxes the real widgets.
 struct ServicesFenetre {
     ServiceConfig* config = nullptr;
     Boites* boites = nullptr;
-    // The printer's device name (start-up step 1); empty when none is configured.
+    // The printer's device name, asked at start-up; empty when none is configured.
     std::function<QString()> nomImprimante;
     QString dossierProgramme; // default: the executable's folder
     QString dossierTravail;   // default: the current folder
 };
 
-// The mouse read-out of Part 4.1 (Algorithms, steps 2 to 5).
+// The mouse read-out: the pointer's offsets from the reference point R, its
+// distance T from R and its angle, shown in Text2 and Text3.
 struct LectureSouris {
     double dx = 0, dy = 0;    // the point about R, turned by minus RefCurRad
     double rayon = 0;         // T
@@ -58,11 +59,11 @@ public:
     explicit Form1(ServicesFenetre s = {});
     ~Form1() override;
 
-    // Start-up, stages 1 to 12 of Part 4.1. `ligneCommande` is the command line
+    // Start-up, in twelve numbered stages. `ligneCommande` is the command line
     // after the program's name. False when the program must stop.
     bool Demarrer(const QString& ligneCommande);
 
-    // --- application state of Part 4.1
+    // --- application state
     QString NomCourant, FichierCourant, DossierDepart, DossierFichier;
     bool Demarre = false;
     float RatioCode = 3.3f;
@@ -75,8 +76,8 @@ public:
     QString Version;
     QString NomImprimante;
     bool ImprimantePdf = false;      // no printer configured: Qt's PDF printer stands in
-    bool DessinOuvert = false;       // FrmDessin is open (Part 4.7; `Mnu_Dessin` disabled)
-    int UndoSlot = 1, UndoNb = 1, RedoNb = 0; // Part 4.9's counters, shown in Text4
+    bool DessinOuvert = false;       // the freehand drawing tool FrmDessin is open (`Mnu_Dessin` disabled)
+    int UndoSlot = 1, UndoNb = 1, RedoNb = 0; // the undo counters, shown in Text4
     int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
     ValeursConfig Config;
 
@@ -93,7 +94,7 @@ public:
     Form2* form2 = nullptr;
     QWidget* zone = nullptr;
 
-    // --- menus (control names of Part 4.1)
+    // --- menus (each one's object name is its member's name)
     QMenu *Mnu_Fichier, *Mnu_Edition, *Mnu_Options, *Mnu_Help;
     QAction *Mnu_Ouvrir, *Mnu_Nouveau, *Mnu_OuvrirMeter, *Mnu_EnregistrerS, *Mnu_Enregistrer,
         *Mnu_Imprimante, *Mnu_Imprimer, *Mnu_ImprimerZoom, *Mnu_ImprimerCode, *Mnu_ExportPdf,
@@ -107,13 +108,13 @@ public:
     QAction *Mnu_Aide25, *Mnu_Aide, *Mnu_AideMot, *Mnu_ResumeSyntaxes, *Mnu_MAJ_Aide,
         *Mnu_AProposDe, *Mnu_Non_Doc;
 
-    // --- operations of Part 4.1
-    void Visualiser();              // F4: the run driver of Part 1.1
+    // --- operations
+    void Visualiser();              // F4: a run of the whole text
     void RelanceSansZoom();         // the run of the zoom dialog: zoom kept
     void Positionner(Qt::KeyboardModifiers mods);
     void AfficheMenus();
     void EcritCaption();
-    void Dispose();                 // "Size of the window": the editor and the fields
+    void Dispose();                 // lays out the editor and the fields for the window's size
     void Lecture(QPointF pixel, Qt::MouseButtons boutons, Qt::KeyboardModifiers mods);
     void Clic(QPointF pixel, Qt::MouseButton bouton, Qt::KeyboardModifiers mods);
     void DoubleClic(QPointF pixel, Qt::KeyboardModifiers mods);
@@ -125,7 +126,7 @@ public:
     bool AppliqueRefCur(const QString& champ); // Form5's OK
     void RefCurOrigine();           // Ctrl-F8
     void ZoomDepartRun();           // Ctrl-F7
-    void LitFic(const TexteLu& lu);    // the editor half of LitFic (Part 4.2)
+    void LitFic(const TexteLu& lu);    // the editor half of LitFic
     QString TexteCaption() const;
     // The Surface point under a pane pixel (the last run's mapping).
     QPointF VersSurface(QPointF pixel) const;
@@ -166,7 +167,7 @@ private:
     void Debut(const QString& ligneCommande);
     void ConstruitMenus();
     void AppliqueLangues();
-    // The OK of the language dialog Form3 (Part 4.5): the four keys written,
+    // The OK of the language dialog Form3: the four keys written,
     // the languages applied, the template copied.
     void EnregistreLangues();
     void TailleCarCode(double taille);
@@ -176,7 +177,7 @@ private:
     void FinRun();
     void Occupe(bool oui);
     bool DemandeSauvegarde();       // string 118; false on Cancel
-    // Runs a command of Part 4.2 (src/app/core/fichiers) on this window: its
+    // Runs a command file command (src/app/core/fichiers) on this window: its
     // names and `Modifie` go in and come back.
     class PontFichiers;
     bool CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichiers&)>& commande);

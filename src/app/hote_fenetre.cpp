@@ -18,7 +18,7 @@ Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons
 
 std::optional<QString> HoteFenetre::Saisie(const QString& titre, const QString& invite,
                                            const QString& defaut) {
-    // The Cancel button of `Input` says string 172 (Part 1.7).
+    // The Cancel button of `Input` says string 172, in the messages' language.
     return f_.s_.boites->Saisie(&f_, titre, invite, defaut, LoadResString(172 + f_.regl.LangueMessages));
 }
 
@@ -60,8 +60,9 @@ QString HoteFenetre::PressePapier() const { return QGuiApplication::clipboard()-
 void HoteFenetre::EcritPressePapier(const QString& texte) { QGuiApplication::clipboard()->setText(texte); }
 
 void HoteFenetre::PompeEvenements() {
-    // The points of Part 1.1 may come thousands of times a second in a loop;
-    // the window is served every 15 ms at most, which keeps Esc immediate.
+    // The commands that let events run (`Fichier`, `If`, `Goto`...) may come
+    // thousands of times a second in a loop; the window is served every 15 ms
+    // at most, which keeps Esc immediate without slowing the run.
     if (montre_.isValid() && montre_.elapsed() < 15) return;
     montre_.restart();
     f_.pane->update();

@@ -1,4 +1,4 @@
-// The `Hote` of the main window: message boxes with the spec's buttons, the
+// The `Hote` of the main window: message boxes with the buttons asked for, the
 // `Input` prompt, the editor's text and its rewrites, the red marking of a
 // failing line, the clipboard, event pumping with Esc, the busy state.
 #pragma once

@@ -1,5 +1,6 @@
-// The drawing pane of `Form1` (Part 4.1): the whole client area, the editor
-// standing over its right side as in the original.
+// The drawing pane of `Form1`: the whole client area, the editor standing
+// over its right side, so the drawing keeps its full width when the editor
+// is hidden.
 //
 // No retained drawing: a run paints through a `SurfacePeinte` into an image of
 // the pane (at the screen's device pixel ratio, anti-aliased), and the pane

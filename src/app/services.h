@@ -1,6 +1,7 @@
-// The configuration service the window needs from Part 4.5, behind a small
-// interface of the window's own. (Command files, Part 4.2, are the commands of
-// src/app/core/fichiers, which the window runs through `Form1::PontFichiers`.)
+// The configuration service the window needs, behind a small interface of
+// the window's own, so that tests and benchmarks run on keys in memory.
+// (Command files are the commands of src/app/core/fichiers, which the window
+// runs through `Form1::PontFichiers`.)
 //
 // `ConfigFichier` is the real one, over src/app/core/config.*. `ConfigMemoire`
 // keeps the keys in memory, for the tests and the benchmarks.
@@ -17,9 +18,9 @@
 
 struct Reglages;
 
-// The keys of "Mirel.cfg" that the window reads (Part 4.5, Data model).
+// The keys of "Mirel.cfg" that the window reads.
 struct ValeursConfig {
-    QString PremiereLigne;       // line 1 of the file, for the version test (Debut step 7)
+    QString PremiereLigne;       // line 1 of the file, for the version test at start-up
     QString Langue, LangueMenu, LangueAide, LangueMasq; // language names (entry 5), or empty
     QString FichierDat = QStringLiteral("Mirel.dat");
     QString DoubleClic = QStringLiteral("Non");
@@ -31,13 +32,13 @@ struct ValeursConfig {
 class ServiceConfig {
 public:
     virtual ~ServiceConfig() = default;
-    // Debut step 4: names the file, determines DossierCfg (written into the
+    // At start-up: names the file, determines DossierCfg (written into the
     // folders of `r`), creates the default file when there is none, reads it.
     virtual ValeursConfig Lit(Reglages& r) = 0;
     // `EcritConfig(cle, valeur)`: rewrites one key ("Zmm =", "FichierDat =", ...).
     virtual void EcritConfig(const QString& cle, const QString& valeur) = 0;
     // After Form3's OK wrote the four language keys: help file, help menu,
-    // template copy (Part 4.5, "On OK").
+    // template copy.
     virtual void LanguesValidees(const Reglages&) {}
 };
 
@@ -55,7 +56,7 @@ public:
     QStringList Ecritures;
 };
 
-// "Mirel.cfg" on disk (Part 4.5): located, created when missing, read and
+// "Mirel.cfg" on disk: located, created when missing, read and
 // rewritten key by key.
 class ConfigFichier : public ServiceConfig {
 public:
@@ -70,7 +71,7 @@ private:
 
 
 // The name of a language section (entry 5) to its offset 0, 400, 800, 1200;
-// -1 when no offered section knows it (Part 4.5).
+// -1 when no offered section knows it.
 int DecalageDeLangue(const QString& nom);
 // Entry 5 of the section of an offset.
 QString NomDeLangue(int decalage);

@@ -1,4 +1,4 @@
-// The command line of design.md §1: the window, `render`, `dump`.
+// The command line: the window, `render`, `dump`.
 #include "cli/cli.h"
 
 #include "app/core/dump.h"
@@ -140,7 +140,7 @@ QString LitArguments(const QStringList& a, Arguments& r) {
 Reglages ReglagesDe(const Arguments& a) {
     Reglages r;
     r.LangueMessages = r.LangueMenus = r.LangueAide = r.LangueMasque = a.langue;
-    // The folders of the file lookup and the external commands (Part 4.3):
+    // The folders of the file lookup and the external commands:
     // the program's, the working one, and the program file's own.
     auto barre = [](const QString& d) { return d.endsWith(u'/') ? d : d + u'/'; };
     r.DossierProgramme = barre(QCoreApplication::applicationDirPath());
@@ -177,7 +177,7 @@ int Render(const Arguments& a, const QString& texte) {
     return r.statut;
 }
 
-// `mirel [FILE.dat]`: the main window (Part 4.1). With --screenshot, the window
+// `mirel [FILE.dat]`: the main window. With --screenshot, the window
 // is saved as a PNG once it has been shown and has run its file, then the
 // program ends (the smoke test of the CI under Xvfb).
 int Fenetre(int argc, char** argv, const QStringList& args) {
@@ -195,7 +195,7 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Mirel"));
-    // The real settings and command files of Parts 4.5 and 4.2.
+    // The real settings file and the real command files on disk.
     ConfigFichier config;
     ServicesFenetre services;
     services.config = &config;

@@ -1,4 +1,4 @@
-// Part 2.3: scale definition.
+// Scale definition: the current scale and the mapping of a position to a point.
 #include "drawing/echelle.h"
 
 #include "drawing/repere.h"
@@ -30,10 +30,10 @@ double DansUnTour(double a) {
     return a;
 }
 
-// The original's Format(v, "##0.##"): two decimals at most, rounded half away
-// from zero, at least one digit before the point, and the point kept when no
-// decimal follows ("5."). The locale is not consulted: the spec replaces a
-// locale's comma by a point anyway.
+// The number format "##0.##": two decimals at most, rounded half away from
+// zero, at least one digit before the point, and the point kept when no
+// decimal follows ("5."). The locale is not consulted: a composed command
+// always takes a decimal point, never a comma.
 QString FormatDeuxDecimales(double v) {
     const double r = std::round(v * 100) / 100;
     QString t = QString::number(std::abs(r), 'f', 2);
@@ -42,8 +42,8 @@ QString FormatDeuxDecimales(double v) {
     return t;
 }
 
-// The scale's arc: the platform's Circle, or the dashed arc of Part 3.1 when a
-// dash pattern is in force (Arc, step 3).
+// The scale's arc: the Surface's Circle, or the dashed arc of the circle
+// commands when a dash pattern is in force.
 void TraceArcEchelle(Etat& e, double cx, double cy, double r, double debut, double fin,
                      int couleur) {
     if (!e.Surf) return;
@@ -51,8 +51,8 @@ void TraceArcEchelle(Etat& e, double cx, double cy, double r, double debut, doub
     else e.Surf->Circle(cx, cy, r, couleur, debut, fin);
 }
 
-// Arc step 7, the "?" form: the "?" and the separator before it become two
-// blanks, an apostrophe and the composed text, in the editor's line.
+// The "?" form of the fifth parameter: the "?" and the separator before it
+// become two blanks, an apostrophe and the composed text, in the editor's line.
 void RecritArc(Etat& e, const QString& compose) {
     const CtxFic& c = e.PileFic[1];
     const QString ligne = Mid(c.Texte, c.PosDebut, c.FinLigne - c.PosDebut);
@@ -66,7 +66,10 @@ void RecritArc(Etat& e, const QString& compose) {
                               Mid(ligne, q + 1));
 }
 
-// Arc step 7.
+// Arc's fifth parameter: the command that draws the scale's own circle about
+// the offset centre (or its line when the centre is far away), written into
+// the editor ("?"), into a text variable (%CMD...), or the arc's length into a
+// numeric variable.
 void Parametre5(Etat& e) {
     const Echelle& s = e.Ech;
     const QString p5 = Trim(ParaBrut(e, e.LigneCourante, 5));
@@ -168,7 +171,7 @@ double ArcSinus(double v) {
     return std::atan(v / std::sqrt(1 - v * v));
 }
 
-// Within 0 to 6.283185 (Part 2.3, AngDebut and AngFin): a negative angle
+// Within 0 to 6.283185, as AngDebut and AngFin are kept: a negative angle
 // would mean a radius line to `Circle`.
 double RadMod(double v) {
     double m = std::fmod(std::nearbyint(100 * v), 36000.0);
@@ -199,7 +202,7 @@ double PositionT(Etat& e, double nombre) {
     if (c.EchelleLog) {
         const double base = std::pow(10.0, s.NbDecades) * s.LogFin / s.LogDebut;
         const double rapport = nombre / s.LogDebut;
-        // The logarithm of a value at or below 0 is the original's run-time failure.
+        // The logarithm of a value at or below 0 is a run-time failure.
         if (rapport <= 0 || base <= 0) throw ErreurExecution("Appel de procédure incorrect");
         return std::log(rapport) / std::log(base);
     }

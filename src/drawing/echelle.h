@@ -1,6 +1,7 @@
-// Part 2.3: scale definition. The commands that define and qualify the current
-// scale (`Arc`, `Droite`, `DroiteV`, `Decal`, `Exposant`, `Inversion`) and the
-// mapping `PosEchelle` from a position to a point, shared by Parts 2.4, 2.5, 2.6.
+// Scale definition. The commands that define and qualify the current scale
+// (`Arc`, `Droite`, `DroiteV`, `Decal`, `Exposant`, `Inversion`) and the
+// mapping `PosEchelle` from a position to a point, shared by the graduations,
+// the values and the sectors.
 #pragma once
 
 #include "language/constantes.h"
@@ -9,7 +10,7 @@
 
 struct Etat;
 
-// The constants of the scale code (Part 2.3): degrees to radians, pi, and the
+// The constants of the scale code: degrees to radians, pi, and the
 // deliberately shorter full turn, the program's literals.
 constexpr double DegRadEchelle = Litteraux::DegRad;
 constexpr double PiEchelle = Litteraux::Pi;
@@ -68,6 +69,6 @@ void CmdDecal(Etat& e);
 void CmdExposant(Etat& e);
 void CmdInversion(Etat& e);
 
-// Step 5 of the frame set-up (Part 2.1): Decal and the scale side are reset at
-// the start of a run at level 1.
+// Decal and the scale side are reset at the start of a run at level 1, the
+// last step of the frame set-up.
 void RazEchelleRun(Etat& e);

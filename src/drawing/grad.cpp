@@ -1,4 +1,4 @@
-// Part 2.4: graduations.
+// Graduations: the ticks of a scale.
 #include "drawing/grad.h"
 
 #include "drawing/repere.h"
@@ -18,11 +18,11 @@ namespace {
 
 constexpr double DegRad = DegRadEchelle;
 
-// The original's run-time failures met in the loops.
+// The run-time failure of a loop that runs away.
 [[noreturn]] void Depassement() { throw ErreurExecution("Dépassement de capacité"); }
 
-// a^z as the original computes it: a negative base with a fractional exponent,
-// or 0 to a negative power, is a run-time failure.
+// a^z: a negative base with a fractional exponent, or 0 to a negative power,
+// is a run-time failure.
 double Puissance(double a, double z) {
     if ((a < 0 && z != std::floor(z)) || (a == 0 && z < 0))
         throw ErreurExecution("Appel de procédure incorrect");
@@ -34,7 +34,8 @@ double ValeurSousPara(Etat& e, const QString& parametre, int n) {
     return ParaVal0(e, Trim(SousPara(e, parametre, n)), 1);
 }
 
-// The first and last values of the log loop, Grad step 3.
+// The first and last values of the log loop, as mantissa and decade; a missing
+// or zero value takes the scale's own bound.
 void BorneLog(const std::optional<double>& v, float defaut, int decDefaut, float& mant,
               int& dec) {
     if (!v || *v == 0) {
@@ -55,8 +56,8 @@ void LitSerie(Etat& e, const QString& l, int nNombre, int nPrem, int nDer) {
     const std::optional<double> der = ParaVal(e, l, nDer);
     if (!e.Ctx().EchelleLog) {
         g.N = ParaVal0(e, l, nNombre);
-        // N of 0 is taken as 1 before Der defaults to it: "Grad = 0, 5 draws 2
-        // ticks" (Part 2.4, Edge cases).
+        // N of 0 is taken as 1 before Der defaults to it, so "Grad = 0, 5"
+        // draws 2 ticks.
         if (g.N == 0) g.N = 1;
         g.Prem = prem.value_or(0);
         g.Der = der.value_or(g.N);
@@ -89,15 +90,15 @@ float Echelon(float pas) {
 
 float Arrondi4(double v) { return float(std::nearbyint(v * 10000) / 10000); }
 
-// `AvanceLog`, Grad on a log scale step 5: the next tick, or false when the
+// `AvanceLog`, Grad on a log scale: the next tick, or false when the
 // loop ends without one. `dernier` is set when it is the last.
 bool AvanceLog(Etat& e, bool& dernier, long& tours) {
     EtatGrad& g = e.Grad;
     const Echelle& s = e.Ech;
     const double w = double(g.MantDer) * std::pow(10.0, g.DecDer);
     for (;;) {
-        // A step too small to move the mantissa never ends: the original's
-        // 16-bit counters overflow long before; so does this guard.
+        // A step too small to move the mantissa would never end: like a
+        // 16-bit counter, the loop fails with an overflow instead.
         if (++tours > 1000000) Depassement();
         // 1.
         if (g.MantCour == 1 && g.Pas > 1) g.MantSuiv = g.Pas;
@@ -171,7 +172,7 @@ void ParcourtSerie(Etat& e, FormeEchelle f, const ActionSerie& action) {
         } while (!(g.Ind >= fixDer));
         return;
     }
-    // Log: start (step 4), then one AvanceLog per tick.
+    // Log: the first mantissa, then one AvanceLog per tick.
     float k = g.LogInterv;
     if (g.LogInterv > 1 && g.MantPrem == 1) k -= 1;
     if (g.LogInterv == 0) throw ErreurExecution("Division par zéro");

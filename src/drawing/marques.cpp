@@ -1,4 +1,4 @@
-// Part 2.7: line marks.
+// Line marks: broken lines, signs, drill marks, light symbols and arrow tips.
 #include "drawing/marques.h"
 
 #include "drawing/repere.h"

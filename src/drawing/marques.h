@@ -1,4 +1,4 @@
-// Part 2.7: line marks: Trait, Plus (+), X, Percer, PercerX, Voyant, Fleche,
+// Line marks: Trait, Plus (+), X, Percer, PercerX, Voyant, Fleche,
 // FlecheP.
 #pragma once
 

@@ -1,4 +1,5 @@
-// Part 2.1: drawing surface and coordinate frame.
+// The drawing surface's coordinate frame: millimetres, y upward, the origin
+// commands and the one line primitive.
 #include "drawing/repere.h"
 
 #include "drawing/echelle.h"
@@ -26,7 +27,8 @@ constexpr double DegRad = Litteraux::DegRad;
 
 bool EstImprimante(const Etat& e) { return e.Surf && e.Surf->EstImprimante(); }
 
-// Steps 2 and 3 of the set-up share the scaling of the user window.
+// The user window in millimetres scaled by the zoom factors, y upward; shared
+// by the set-up of a run and by FormatI.
 void EchelleUtilisateur(Surface& s, double fx, double fy, double& W, double& H) {
     s.SetScaleMode(6);
     W = s.ScaleWidth;
@@ -37,7 +39,8 @@ void EchelleUtilisateur(Surface& s, double fx, double fy, double& W, double& H) 
     s.ScaleTop = H / fy;
 }
 
-// The default origin when the view is panned (set-up step 4).
+// The default origin when the view is panned: the middle of the pane beside
+// the editor, moved by the pan.
 void OrigineParDefaut(Etat& e) {
     EtatRepere& r = e.Repere;
     if (r.DecalageVueX + r.DecalageVueY == 0 || !e.Surf) return;
@@ -57,8 +60,8 @@ bool AngleDonne(Etat& e, const QString& texte, double& angle) {
 
 
 QString FormatPointZeroDiese(double v) {
-    // The original's Format(v, ".0#"): at least one decimal, at most two, no
-    // leading zero.
+    // The number format ".0#": at least one decimal, at most two, no leading
+    // zero.
     QString t = QString::number(std::round(v * 100) / 100, 'f', 2);
     if (t.endsWith(u'0')) t.chop(1);
     if (t.startsWith(QLatin1String("0."))) t = t.mid(1);
@@ -96,7 +99,7 @@ void Centre(Etat& e, bool ecran, bool imprimante) {
         c.CentreY = y;
     } else if (c.Param.FicX == 999.99f && c.Param.FicY == 999.99f) {
         // In an included file, a position given by the caller wins (the call
-        // leaves FicX, FicY at 999.99 when it gave none, Part 4.3).
+        // leaves FicX, FicY at 999.99 when it gave none).
         r.OrigineX = (s->EstImprimante() ? 0 : r.Dx) + x;
         r.OrigineY = (s->EstImprimante() ? 0 : r.Dy) + y;
         c.CentreX = x;
@@ -147,7 +150,7 @@ void MiseEnPlaceRepere(Etat& e) {
     if (!s) return;
     // 1.
     if (s->EstImprimante()) {
-        // Portrait in the spec; `render --landscape` chooses the paper's default.
+        // Portrait unless `render --landscape` asks for the other way.
         s->SetOrientation(r.OrientationImprimante);
         r.FacteurZ = r.ZoomI;
     } else {
@@ -391,7 +394,7 @@ void CmdZoomIniI(Etat& e) { ZoomInitial(e, e.Repere.ZoomDepartI); }
 
 // Retired from main programs: a command error at level 1, skipped below it.
 void CmdFacteur(Etat& e) {
-    // At level 1 a failure of the line, deliberately (Part 1.1).
+    // At level 1 a failure of the line, deliberately.
     if (e.NiveauCourant == 1) throw ErreurProvoquee("Facteurs");
 }
 
@@ -496,7 +499,8 @@ void CmdPoint(Etat& e) {
                               deuxDecimales(y));
 }
 
-// --- the level hooks of Part 1.1 (declared in language/commandes.h)
+// --- the drawing's part of a run's start and of a level's entry and end
+// (declared in language/commandes.h)
 
 void RazEtatDessin(Etat& e) {
     const EtatRepere garde = e.Repere;

@@ -1,4 +1,4 @@
-// Part 2.6: sectors.
+// Sectors: coloured bands along a scale.
 #include "drawing/sect.h"
 
 #include "drawing/echelle.h"

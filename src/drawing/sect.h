@@ -1,4 +1,4 @@
-// Part 2.6: sectors. `Sect` outlines and `SectP` fills a band along the
+// Sectors. `Sect` outlines and `SectP` fills a band along the
 // current scale between two positions.
 #pragma once
 

@@ -1,4 +1,4 @@
-// Part 2.2: colours and line styles.
+// Colours, line thickness and dash patterns.
 #include "drawing/styles.h"
 
 #include "drawing/repere.h"
@@ -21,7 +21,7 @@ using namespace vb;
 
 namespace {
 
-// The 16-bit rounding of the original (CInt: half to even, overflow fails).
+// Rounding to a 16-bit whole number: half to even; out of range is an overflow.
 int Arrondi16(double v) { return Entier16(static_cast<long long>(std::nearbyint(v))); }
 
 // A last two letters "mm" (any case) mark millimetres; they are taken off.
@@ -41,14 +41,14 @@ double Evalue(Etat& e, QString t) {
     return EvalExpr(e, t).value_or(0);
 }
 
-// The style parts behind the thickness: LT, L1, L2, L3 (Part 2.2).
+// The style parts behind the thickness: line ends LT, dash L1, gap L2, dash L3.
 void AppliqueStyle(Etat& e, const QString& texte) {
     EtatStyles& s = e.Styles;
     const QString lt = Trim(SousPara(e, texte, 2)).toUpper();
     if (lt.startsWith(u'C')) s.BoutCarre = true;
     else if (lt.startsWith(u'R')) s.BoutCarre = false;
-    // A missing L1 reads as 0 (Overview: a missing number reads as 0), which is
-    // not negative: a style part without L1 ends a dash pattern.
+    // A missing L1 reads as 0, like any missing number, which is not negative:
+    // a style part without L1 ends a dash pattern.
     const double l1 = Evalue(e, Trim(SousPara(e, texte, 3)));
     if (l1 >= 0) {
         s.TiretL1 = s.TiretL2 = s.TiretL3 = float(l1);
@@ -69,7 +69,7 @@ void AppliqueStyle(Etat& e, const QString& texte) {
 }
 
 // "Past E along the signs of u": (P - E) sign(u) >= 0 in x (equality counts)
-// and in y (Part 2.2, step 1).
+// and in y.
 bool Depasse(double px, double py, double ex, double ey, double ux, double uy) {
     auto signe = [](double v) { return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0); };
     return (px - ex) * signe(ux) >= 0 && (py - ey) * signe(uy) >= 0;
@@ -87,7 +87,7 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte) {
     i = InStr(t, e.Separateur2.toUpper());
     if (i == 0) i = InStr(t, QStringLiteral("/"));
     if (i > 0) t = Left(t, i - 1);
-    // No second trim (Part 2.2): "ROUGE §BLEU" leaves "ROUGE ", which is no name.
+    // No second trim: "ROUGE §BLEU" leaves "ROUGE ", which is no name.
     struct Nom { const char* nom; int valeur; };
     static const Nom noms[] = {
         {"NOIR", 0}, {"BLACK", 0}, {"ROUGE", 255}, {"RED", 255}, {"VERT", 65280},
@@ -100,7 +100,7 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte) {
     if (t.isEmpty()) return std::nullopt;
     if (complet.startsWith(QLatin1String("RGB")) || complet.startsWith(QLatin1String("RVB"))) {
         // Three blank-separated words (any number of blanks); a missing or
-        // non-numeric word reads as 0, as the original's word reader does.
+        // non-numeric word reads as 0.
         const QStringList mots = t.mid(3).split(u' ', Qt::SkipEmptyParts);
         int v[3] = {0, 0, 0};
         for (int k = 0; k < 3 && k < mots.size(); ++k) {
@@ -213,7 +213,7 @@ void CmdEpaisT(Etat& e) {
         const int w = LargeurTrait(e, v, mm);
         s.EpaisCourante = float(w);
         // The level keeps the parsed thickness; a given value below 1 stores the
-        // thickness that was current instead (Part 2.2, EpaisT).
+        // thickness that was current instead.
         e.Ctx().EpaisDefaut = v < 1 ? avant : float(w);
         if (e.Surf) e.Surf->DrawWidth = w;
     }
@@ -222,7 +222,8 @@ void CmdEpaisT(Etat& e) {
 }
 
 namespace {
-// EpaisT with no parameter at level 1: the line shows the thickness (Part 2.2).
+// EpaisT with no parameter at level 1: the line shows the thickness in pixels
+// and millimetres.
 void RecritEpaisseur(Etat& e) {
     EtatStyles& s = e.Styles;
     const double mmParPoint = MmParPointCible(e);
@@ -230,7 +231,7 @@ void RecritEpaisseur(Etat& e) {
     // " ###" and "###.##" formats, decimal commas replaced by points.
     const QString pixels = u' ' + c.toString(std::nearbyint(s.EpaisCourante), 'f', 0);
     // "###.##": no leading 0, at most two decimals, trailing zeros dropped, and
-    // the decimal point kept even with no decimal left (Format(3, "###.##") is "3.").
+    // the decimal point kept even with no decimal left (3 gives "3.").
     double mm = std::round(s.EpaisCourante * mmParPoint * 100) / 100;
     QString mmTexte = c.toString(mm, 'f', 2);
     while (mmTexte.endsWith(u'0')) mmTexte.chop(1);
@@ -257,7 +258,7 @@ void TraitTirete(Etat& e, double sx, double sy, double ex, double ey, int couleu
         }
     };
     auto estFin = [&] { return px == ex && py == ey; };
-    // 1. Finish the piece in progress.
+    // Finish the piece in progress.
     if (s.TiretReste != 0) {
         float reste = 0;
         const float enCours = s.TiretReste;
@@ -273,7 +274,7 @@ void TraitTirete(Etat& e, double sx, double sy, double ex, double ey, int couleu
             return;
         }
     }
-    // 5. The loop over the phases: L1, gap L2, L3, gap L2.
+    // The loop over the phases: L1, gap L2, L3, gap L2.
     for (;;) {
         float reste = 0;
         const int phase = s.TiretPhase;
@@ -285,7 +286,7 @@ void TraitTirete(Etat& e, double sx, double sy, double ex, double ey, int couleu
         s.TiretReste = reste;
         if (reste != 0) break;
         // A gap that ends exactly at E ends the routine in its phase, so the
-        // next segment starts with a whole gap again (Part 2.2, phase 1).
+        // next segment starts with a whole gap again.
         if ((phase == 1 || phase == 3) && estFin()) break;
         s.TiretPhase = (phase + 1) % 4;
         if (estFin()) break;

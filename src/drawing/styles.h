@@ -1,4 +1,4 @@
-// Part 2.2: colours and line styles.
+// Colours, line thickness and dash patterns.
 #pragma once
 
 #include <QString>
@@ -16,7 +16,7 @@ int CouleurParametre(Etat& e, const QString& parametre);
 // A parameter that is the colour N itself, blanks and case aside: the
 // commands that then draw nothing (the origin's cross, the scale, Sect).
 bool EstCouleurN(const QString& parametre);
-// The thickness rule of Part 2.1: `DrawWidth` in device pixels of a thickness
+// The thickness rule: `DrawWidth` in device pixels of a thickness
 // t in printer dots, or in millimetres.
 int LargeurTrait(Etat& e, double t, bool mm);
 // Reads a thickness text ("3", "0.5mm", an expression) into device pixels.
@@ -27,6 +27,6 @@ void CmdEpaisT(Etat& e);
 void EpaisLocal(Etat& e, const QString& texte);
 void EpaisRestaure(Etat& e);
 
-// The dash pattern of Part 2.2, the core of TraitRot for a segment from
+// The dash pattern, the core of TraitRot for a segment from
 // (x1, y1) to (x2, y2) in Surface units.
 void TraitTirete(Etat& e, double x1, double y1, double x2, double y2, int couleur);

@@ -91,8 +91,8 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     const bool rempli = FillStyle == 0 && ferme;
     if (rempli) op.remplissage = FillColor;
     Enregistre(op);
-    // The original measures the radius in horizontal units; the aspect is the
-    // ratio of the vertical radius to the horizontal one.
+    // The radius is measured in horizontal units; the aspect is the ratio of
+    // the vertical radius to the horizontal one.
     const double a = aspect.value_or(1.0);
     const double rPx = std::abs(r * PixelsParUniteX());
     double rx = rPx, ry = rPx;
@@ -242,7 +242,7 @@ void Surface::NewPage() {
     CurrentY = 0;
 }
 
-// --- Part 3.3: the device's text calls.
+// --- The device's text calls: device fonts, alignment, Print, TextOutA.
 
 QFont Surface::PoliceQtDevice(const PoliceDevice& p) const {
     const double pt = p.HauteurPx * 72.0 * mmParPixel_ / 25.4;

@@ -1,12 +1,12 @@
-// `Surface`: the drawing object of Part 2.1 (Platform interfaces).
+// `Surface`: the drawing object that every command draws on.
 //
-// It keeps the state of the original drawing object (user window in
+// It keeps the state of a drawing object (user window in
 // `ScaleMode` 6, pen position, colours, fill style, width, font) and offers its
 // operations in `Surface` units. Device pixels are the target's own dots: on
 // the screen the pane's logical pixels, on the printer the dots of a 600 dpi
-// virtual printer, whatever file is finally written (design.md §1).
+// virtual printer, whatever file is finally written.
 //
-// Every operation may be recorded in a `Journal` (the dump of design.md §6).
+// Every operation may be recorded in a `Journal` (what `mirel dump` prints).
 // `SurfacePeinte` paints on a QPaintDevice; `SurfaceEnregistree` paints
 // nothing and only measures and records.
 #pragma once
@@ -36,16 +36,16 @@ struct PoliceSurface {
 // Fonts are measured and painted at this em height in pixels and scaled to
 // the size asked: unhinted outlines scale linearly, and Qt would round a size
 // in points to whole device pixels (13 px for 10 points at 96 dpi, 2.5 % short
-// of 13.33), so screen, PDF and PNG would not agree (Part 3.3).
+// of 13.33), so screen, PDF and PNG would not agree.
 constexpr int TailleEtalonPx = 1000;
 
-// The outline text metrics of the current font, in device pixels
-// (`GetOutlineTextMetricsA`: tmAscent, tmHeight, tmInternalLeading).
+// The outline text metrics of the current font, in device pixels: ascent,
+// cell height and internal leading.
 struct MetriquesPolice {
     double Ascent = 0, Height = 0, InternalLeading = 0;
 };
 
-// A font made for the device: the handle of a `CLogFont` (Part 3.3). Its em
+// A font made for the device: the handle of a `CLogFont`. Its em
 // height is in device pixels of the target, its escapement in degrees
 // counter-clockwise.
 struct PoliceDevice {
@@ -64,7 +64,7 @@ struct OpSurface {
     double r = 0;
     std::optional<double> debut, fin;      // circle angles, radians as given
     double aspect = 1;
-    int couleur = 0;                       // BGR as the original, -1 none
+    int couleur = 0;                       // BGR, -1 none
     std::optional<int> remplissage;        // fill colour, none = not filled
     int largeur = 1;                       // DrawWidth, device pixels
     double largeurMm = 0;
@@ -76,7 +76,7 @@ struct OpSurface {
 
 using Journal = QVector<OpSurface>;
 
-// Colour helpers: the original keeps colours as red + 256 green + 65536 blue.
+// Colour helpers: a colour is kept as one number, red + 256 green + 65536 blue.
 inline QColor VersQColor(int bgr) {
     return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
 }
@@ -119,7 +119,7 @@ public:
 
     // --- the operations
     void Line(double x1, double y1, double x2, double y2, int couleur);
-    // A filled box in the mask mode of the original (Part 1.1, end of level step 1).
+    // A filled box drawn in mask mode: the grey margins of a panned pane.
     void BoiteMasque(double x1, double y1, double x2, double y2, int couleur);
     // `Circle`: radius in horizontal units; aspect above 1 divides the horizontal
     // radius, below 1 multiplies the vertical one. Angles in radians
@@ -130,8 +130,8 @@ public:
                 std::optional<double> debut = {}, std::optional<double> fin = {},
                 std::optional<double> aspect = {});
     void PSet(double x, double y, int couleur);
-    // `Polygon` through `hDC`: points in device pixels, outline in ForeColor with
-    // DrawWidth, filled with FillColor when FillStyle is 0.
+    // `Polygon` straight on the device: points in device pixels, outline in
+    // ForeColor with DrawWidth, filled with FillColor when FillStyle is 0.
     void Polygon(const QVector<QPointF>& pixels);
     // A polygon given in Surface units (the shapes that fill in Surface units).
     void PolygonUnites(const QVector<QPointF>& points);
@@ -140,11 +140,11 @@ public:
     // left of the text cell instead (`SetTextAlign` 0).
     void TextOut(double x, double y, double angle, const QString& texte, bool haut = false);
     double TextWidth(const QString& texte) const;
-    // Negative when y runs upward, as the original's (Part 3.3).
+    // Negative when y runs upward, like the user window's ScaleHeight.
     double TextHeight(const QString& texte) const;
     MetriquesPolice Metriques() const;
-    // --- The device's text calls of Part 3.3 (`SetTextAlign`, `SelectObject`
-    // of a font handle, `Print`, `TextOutA`).
+    // --- The device's text calls: alignment, selection of a device font,
+    // `Print`, `TextOutA`.
     // `SetTextAlign`: 24 baseline and left (the default), 0 top and left.
     void SetTextAlign(int mode) { alignementTexte_ = mode; }
     int TextAlign() const { return alignementTexte_; }
@@ -188,7 +188,7 @@ protected:
     void Enregistre(OpSurface op);
     double largeurPx_, hauteurPx_;
 
-    // Part 3.3: the QFont of a device font, meant at the Surface's resolution.
+    // The QFont of a device font, meant at the Surface's resolution.
     QFont PoliceQtDevice(const PoliceDevice& p) const;
     // The metrics of a font at the etalon size; k turns them into device pixels.
     QFontMetricsF MesureEtalon(const QFont& f, double& k) const;

@@ -37,7 +37,7 @@ void SurfacePeinte::EndDoc() {
     painter_.reset();
 }
 
-// The platform's wide pens: round ends and round joins, for lines, circles
+// Wide pens: round ends and round joins, for lines, circles
 // and polygons alike.
 QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
     QPen pen(c);
@@ -78,7 +78,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
         painter_->drawEllipse(rect);
         return;
     }
-    // A negative angle draws a radius line to that end (the original's Circle).
+    // A negative angle draws a radius line to that end: the side of a pie.
     // -0 is not negative there: it draws no radius.
     const double a0 = debut.value_or(0.0), a1 = fin.value_or(DeuxPi);
     const bool rayon0 = a0 < 0, rayon1 = a1 < 0;
@@ -111,7 +111,7 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
     if (!painter_) return;
-    // The platform's pen, which joins round: a sharp corner of a band of a
+    // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
     painter_->setPen(Stylo(c, w));

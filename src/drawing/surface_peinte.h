@@ -1,5 +1,5 @@
 // `Surface` over any QPaintDevice: the pane's pixmap, a QPdfWriter, a
-// QSvgGenerator, a QImage (design.md §4).
+// QSvgGenerator, a QImage.
 #pragma once
 
 #include "drawing/surface.h"

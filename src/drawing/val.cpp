@@ -1,4 +1,4 @@
-// Part 2.5: scale values.
+// Scale values: the numbers and texts written along a scale.
 #include "drawing/val.h"
 
 #include "drawing/grad.h"
@@ -32,8 +32,8 @@ enum class Genre { Simple, R, D };
 
 [[noreturn]] void AppelIncorrect() { throw ErreurExecution("Appel de procédure incorrect"); }
 
-// The original's Mod: both sides rounded to whole numbers (half-even), the
-// remainder with the sign of the left side.
+// The whole-number remainder: both sides rounded to whole numbers (half-even),
+// the remainder with the sign of the left side.
 double ModEntier(double x, double m) {
     const long long a = std::llrint(x), b = std::llrint(m);
     if (b == 0) throw ErreurExecution("Division par zéro");
@@ -225,11 +225,10 @@ void Val(Etat& e, Genre genre) {
     MajPointCourant(e, -e.Ech.Rot);
 }
 
-// The text of a Val1 group for round i (0-based), step 5.
+// The text of a Val1 group for round i (0-based).
 QString TexteVal1(Etat& e, QString t, int i) {
     const QString s2 = e.Separateur2;
-    // The parameter as it stands: "Val1 = 50, 10, 8" writes " 10" (Part 2.5
-    // step 5 trims nothing).
+    // The parameter as it stands, untrimmed: "Val1 = 50, 10, 8" writes " 10".
     t.replace(e.Separateur1, s2);
     ExprTexte(e, t);
     if (RemplaceVar(e, t) != 0) {
@@ -273,9 +272,9 @@ void Val1(Etat& e, Genre genre) {
     MajPointCourant(e, -e.Ech.Rot);
 }
 
-// The number placeholders of a format without exponent, in the manner of the
-// original's Format: "0" a digit always shown, "#" a digit shown when needed,
-// "." the decimal symbol (always shown when in the format).
+// The number placeholders of a format without exponent: "0" a digit always
+// shown, "#" a digit shown when needed, "." the decimal symbol (always shown
+// when in the format).
 QString FormatSansExposant(double v, const QString& format) {
     const int point = int(format.indexOf(u'.'));
     const QString entier = point < 0 ? format : format.left(point);
@@ -380,19 +379,19 @@ QString FormatNombre(double v, const QString& format) {
 
 QString TexteValeurLog(double v, const QString& finBrute) {
     const QString fin = LTrim(finBrute).toUpper();
-    // 2. Three significant digits.
+    // Three significant digits.
     if (v != 0) {
         const double k = Arrondi(std::log10(std::abs(v)) + 0.5);
         const double p = std::pow(10.0, 3 - k);
         v = Arrondi(v * p) / p;
     }
-    // 3. Unit prefix.
+    // Unit prefix.
     if (fin.startsWith(u'P')) {
         QString lettre;
         const float x = Prefixe(float(v), lettre);
         return DecimalSystemeF(x) + lettre;
     }
-    // 4. Exponent, or a number format around the "E".
+    // Exponent, or a number format around the "E".
     if (fin.contains(u'E')) {
         if (RTrim(fin) == QLatin1String("E")) {
             if (v <= 0) AppelIncorrect();
@@ -402,7 +401,7 @@ QString TexteValeurLog(double v, const QString& finBrute) {
         const int p = InStr(fin, QStringLiteral("E"));
         return FormatNombre(v, Left(fin, p) + u'-' + Mid(fin, p + 1));
     }
-    // 5. The exponent brought to a multiple of 3.
+    // The exponent brought to a multiple of 3.
     if (fin.contains(u'S')) {
         if (v <= 0) AppelIncorrect();
         int x = int(std::floor(std::log10(v)));
@@ -415,7 +414,7 @@ QString TexteValeurLog(double v, const QString& finBrute) {
         return FormatNombre(m, Left(fin, p - 1)) + u'E' +
                (Trim(apres).isEmpty() ? QString::number(x) : FormatNombre(x, apres));
     }
-    // 6.
+    // Otherwise the plain decimal form.
     return DecimalSysteme(v);
 }
 

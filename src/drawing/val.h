@@ -1,8 +1,7 @@
-// Part 2.5: scale values. `Val`, `ValR`, `ValD` write the numbers of a scale
-// at the graduation positions of Part 2.4 (the series loop of `Grad`);
-// `Val1`, `Val1R`, `Val1D` write chosen texts at chosen positions. Positions
-// come from `PosEchelle` (Part 2.3), the text goes through `PlaceTexte`
-// (Part 3.3).
+// Scale values. `Val`, `ValR`, `ValD` write the numbers of a scale at the
+// graduation positions (the series loop of `Grad`); `Val1`, `Val1R`, `Val1D`
+// write chosen texts at chosen positions. Positions come from `PosEchelle`,
+// the text goes through `PlaceTexte`.
 #pragma once
 
 #include "drawing/echelle.h"
@@ -15,17 +14,18 @@ struct Etat;
 // part by the half-even rule, an odd one by rounding x + 1 and taking 1 off).
 double Arrondi(double x);
 
-// The plain decimal form of the system (the original's CStr): the `Str` form
-// of Part 1.4 with a leading 0 and the locale's decimal symbol. `StrD` digits
+// The plain decimal form of the system: the `Str` form of a number with a
+// leading 0 and the locale's decimal symbol. `StrD` digits
 // for a 64-bit value, `StrF` digits for a 32-bit one.
 QString DecimalSysteme(double v);
 QString DecimalSystemeF(float v);
 
-// The text of a value on a log scale (Part 2.5, steps 2 to 6) from the value
-// before rounding and the Fin parameter (before `§`), without the unit.
+// The text of a value on a log scale, rounded to three significant digits,
+// then written as Fin (before `§`) asks: with a unit prefix (P), an exponent
+// (E), an exponent that is a multiple of 3 (S), or plain. Without the unit.
 QString TexteValeurLog(double v, const QString& fin);
 
-// A number format of the original's `Format` reduced to what `Val` writes:
+// A number format reduced to what `Val` writes:
 // "0", "#", "." placeholders, and a scientific part "E-" or "E+" with its
 // exponent digits. The decimal symbol is the locale's.
 QString FormatNombre(double v, const QString& format);

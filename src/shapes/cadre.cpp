@@ -1,4 +1,4 @@
-// Part 3.2: frames.
+// Frames: rectangles, plain or rounded, outlined or filled.
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/texte.h"
@@ -66,7 +66,6 @@ struct Forme {
 
 // The points of one corner of the outline, in the order of the outline: the
 // corner itself, or the arc from the incoming edge to the outgoing one.
-// `CoinArc` of the spec.
 QVector<QPointF> CoinArc(const Forme& f, int k) {
     const QPointF P = f.Coin(k);
     if (!f.Arrondi(k)) return {P};
@@ -221,7 +220,7 @@ void Cadre(Etat& e, const QString& mot) {
     double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     ParaCoord(e, x1, y1, l, 1, rp.PointX, rp.PointY);
     ParaCoord(e, x2, y2, l, 3, x1, y1);
-    // The rotation of Part 2.1, applied point by point by AjoutePoint.
+    // The command's rotation, applied point by point by AjoutePoint.
     double rx = 0, ry = 0;
     LitRotation(e, ParaN(e, l, 2), rx, ry);
     const double rotation = rp.RotationCmd;
@@ -252,8 +251,8 @@ void Cadre(Etat& e, const QString& mot) {
         f.r = r;
         f.diagonale = Trim(SousPara(e, p5, 2)).toUpper().startsWith(u'D');
     }
-    // The arc's step of Part 3.1. This Part's own guard (not in the spec):
-    // a FacteurPolice of 0 or below counts as 1.
+    // The arc's step of the circles. A FacteurPolice of 0 or below counts as
+    // 1, so that the step stays a finite number.
     if (f.r != 0) {
         const double fp = e.Txt.FacteurPolice > 0 ? double(e.Txt.FacteurPolice) : 1.0;
         f.pas = PasArc(e, f.r, fp);
@@ -278,7 +277,8 @@ void Cadre(Etat& e, const QString& mot) {
         if (plein) {
             MarquePage(e, e.Surf->ForeColor);
             if (couleur2) {
-                // The bands and colour steps of Part 3.1, without `Bandes`.
+                // The bands and colour steps of a circle's gradient; a frame
+                // gives no band count.
                 Teinte pas;
                 const int n = NombreBandes(couleur, *couleur2, 0, pas);
                 Teinte t(couleur);

@@ -1,4 +1,4 @@
-// Part 3.2: frames. `Cadre`, `CadreP`, `CadreA`, `CadreAP`: one routine told
+// Frames. `Cadre`, `CadreP`, `CadreA`, `CadreAP`: one routine told
 // apart by its keyword.
 #pragma once
 

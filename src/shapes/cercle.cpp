@@ -1,4 +1,4 @@
-// Part 3.1: circles, ellipses, arcs and sectors, plain or filled, with the
+// Circles, ellipses, arcs and sectors, plain or filled, with the
 // linear and conic gradients; and the dashed arc `ArcPointille`.
 #include "shapes/cercle.h"
 #include "shapes/texte.h"
@@ -47,7 +47,7 @@ struct Ellipse {
     QPointF Point(double t) const { return VersSurface(Local(t)); }
 };
 
-// Start and end of the points path, normalised (plain path, step 3).
+// Start and end of the points path, normalised.
 struct Arc {
     double debut = 0, fin = TourComplet;
     bool rayonDebut = false, rayonFin = false;
@@ -327,7 +327,8 @@ void GradientConique(Etat& e, const Commande& c) {
     }
 }
 
-// The paths, in the order of the spec.
+// The three paths: a conic gradient, a linear gradient (each with its outline
+// drawn last), or the plain figure.
 void Dessine(Etat& e, const Commande& c) {
     Surface* s = e.Surf;
     if (c.couleur == -1) return; // N: nothing drawn, the cursor still moves
@@ -362,7 +363,7 @@ void Cercle(Etat& e, const QString& mot, const QString& l) {
     const QString motH = mot.toUpper();
     c.remplie = motH.startsWith(QLatin1String("CERCLEP"));
     c.inverse = motH.endsWith(u'I');
-    // Centre: the coordinate pair of Part 2.1, turned, origins added.
+    // Centre: the command's coordinate pair, turned, origins added.
     const QPointF centre = LitPointCommande(e, l);
     const double rotation = e.Repere.RotationCmd;
     c.el.cx = centre.x();
@@ -482,7 +483,8 @@ void ArcPointille(Etat& e, double cx, double cy, double rayon, double debut, dou
         while (a > TourComplet) a -= TourComplet;
         return a;
     };
-    // VB's Circle knows no -0: a radius at angle 0 is asked by a tiny negative.
+    // `Circle` takes -0 for 0, with no radius line: a radius at angle 0 is
+    // asked by a tiny negative.
     auto negatif = [](double a) { return a == 0 ? -0.0000001 : -a; };
     const bool rayonDebut = debut < 0, rayonFin = fin < 0;
     const double d = enroule(std::abs(debut));

@@ -1,4 +1,4 @@
-// Part 3.3: `CLogFont` and the font look-up.
+// `CLogFont`, the rotated device font, and the font look-up.
 #include "shapes/clogfont.h"
 
 #include <QFont>
@@ -9,14 +9,15 @@
 
 namespace {
 
-// The whole part of a rotation (the original's Fix).
+// The whole part of a rotation, cut toward zero.
 long long PartieEntiere(float r) { return static_cast<long long>(std::trunc(r)); }
 
-// Rounds as the original's conversion to a whole number: half to even.
+// Rounds to a whole number, half to even.
 int32_t Arrondi(double v) { return static_cast<int32_t>(std::nearbyint(v)); }
 
-// The faces that fontconfig's metric aliases give for the Windows core fonts:
-// a family that stands in with the same advance widths counts as found.
+// The faces that fontconfig's metric aliases give for the common office fonts
+// (Times New Roman, Arial, Courier New, ...): a family that stands in with the
+// same advance widths counts as found.
 struct AliasMetrique {
     const char* demande;
     const char* compatibles[3];
@@ -88,8 +89,8 @@ void CLogFont::FabriquePolice() {
     enregistrement_ = r;
 
     // The device font. Qt's outline fonts take any height, so the em is kept
-    // unrounded: the text drawn is the text measured by TextWidth (Part 3.3,
-    // "Left to the implementer"); lfHeight above says what was asked.
+    // unrounded: the text drawn is the text measured by TextWidth; lfHeight
+    // above says what was asked.
     PoliceDevice d;
     d.Name = r.lfFaceName;
     d.HauteurPx = f.Size * dpiBureau_ / 72.0;

@@ -1,5 +1,5 @@
-// Part 3.3: `CLogFont`, the rotated-font wrapper, and the font look-up that
-// stands for the platform's font mapper.
+// `CLogFont`, the rotated-font wrapper, and the font look-up that maps a
+// font name to an installed face.
 #pragma once
 
 #include "drawing/surface.h"
@@ -9,12 +9,12 @@
 #include <cstdint>
 #include <optional>
 
-// The resolution of the desktop device whose `LOGPIXELSY` the font record
-// uses, also for a printer (Part 3.3). The screen pane is at this resolution.
+// The vertical resolution (dots per inch) of the desktop device, which the
+// font record uses also for a printer. The screen pane is at this resolution.
 constexpr double DpiBureau = 96.0;
 
-// The record handed to `CreateFontIndirectA` (the platform's LOGFONT), filled
-// as Part 3.3 says. Kept for what it asks of the font engine.
+// The font record: height, escapement, weight, character set, precisions
+// and face. Kept for what it asks of the font engine.
 struct EnregistrementPolice {
     int32_t lfHeight = 0;
     int32_t lfWidth = 0;
@@ -34,9 +34,9 @@ struct EnregistrementPolice {
 // (the "handle") made from them. The instance owns the handle.
 class CLogFont {
 public:
-    // `options` is the options word of Part 4.5 (`Patchs`); its bit 0 asks
+    // `options` is the options word of the settings (`Patchs`); its bit 0 asks
     // for the nudge of the axis-aligned escapements. `dpiBureau` is the
-    // desktop's LOGPIXELSY: the screen's own resolution, 96 for the printer
+    // desktop's vertical resolution: the screen's own, 96 for the printer
     // (whose factor 15 twips per pixel is 1440 / 96).
     explicit CLogFont(int options = 0, double dpiBureau = DpiBureau)
         : options_(options), dpiBureau_(dpiBureau) {}
@@ -66,7 +66,7 @@ private:
 };
 
 // The `Font.Name` that the drawing object reads back after `Font.Name` = nom:
-// the installed family's own spelling; the Windows name in its own spelling
+// the installed family's own spelling; the name as asked, in its usual spelling,
 // when the font mapper serves it with a metric-compatible face (Liberation
 // for Times New Roman, Arial, Courier New); the name as asked for another
 // alias of fontconfig; or else the face substituted for a font that is not

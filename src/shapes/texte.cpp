@@ -1,4 +1,4 @@
-// Part 3.3: text.
+// Text: writing, measuring and placing texts, and the font commands.
 #include "shapes/texte.h"
 
 #include "drawing/repere.h"
@@ -29,7 +29,7 @@ constexpr double DegRad64 = 0.0174532925; // the same, as TexteC writes it
 
 bool Contient(const QString& t, char c) { return t.contains(QLatin1Char(c)); }
 
-// The division by zero that some bad inputs raise on purpose (Part 3.3, Failure handling).
+// The division by zero that some bad inputs raise on purpose.
 [[noreturn]] void DivisionParZero() { throw ErreurProvoquee("Division par zéro"); }
 
 // String 112 "Pas de police %1".
@@ -39,8 +39,8 @@ void MessagePolice(Etat& e, const QString& nom) {
     if (e.Host) e.Host->Message(QStringLiteral("Mirel"), t, Boutons::Ok);
 }
 
-// The text functions of Part 1.5 that a text of Texte, TexteC and TailleP goes
-// through: the quoted forms (when the text names one, as ParaN tests) and the
+// The text functions that a text of Texte, TexteC and TailleP goes through:
+// REPL, UCAS, RIG, LEF (when the text names one, as ParaN tests) and the
 // formatting forms TXT, ARR.
 void FonctionsDuTexte(Etat& e, QString& t) {
     const QString haut = t.toUpper();
@@ -50,7 +50,7 @@ void FonctionsDuTexte(Etat& e, QString& t) {
     FormatTexte(e, t);
 }
 
-// Texte step 1 and TexteC step 1: before anything is drawn in the run, a white
+// The first thing Texte and TexteC do: before anything is drawn in the run, a white
 // plus sign off the sheet readies the Surface for the font work.
 void PlusDeDepart(Etat& e) {
     if (e.EtatOrdre & 64) return;
@@ -109,7 +109,7 @@ void EcritLettre(Etat& e, double x, double y, double a, const QString& texte, in
     if (couleur != -1) EcritRot(e, xd, yd, a, texte);
 }
 
-// A horizontal line of Texte (steps 1 to 11 of "Horizontal line").
+// One horizontal line of Texte.
 void LigneHorizontale(Etat& e, const QString& ligne, QString& format, double X0, double Y0,
                       double a, double S, int couleur) {
     Surface& s = *e.Surf;
@@ -288,7 +288,7 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte) {
 }
 
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd) {
-    // The conversion of Part 2.1, unrounded: TextOutA takes whole pixels.
+    // The frame's pixel conversion, unrounded: TextOutA takes whole pixels.
     const QPointF d = PixelDevice(e, x, y, false);
     xd = d.x();
     yd = d.y();
@@ -312,7 +312,7 @@ void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
     // 2.
     s->SetTextAlign(24);
     MetriquesTexte(e);
-    // 3. The turn of Part 2.1 about the frame's centre.
+    // 3. The turn about the frame's centre.
     const double r = -rot * DegRad;
     if (TourneAutourCentre(e, rot, t.X, t.Y)) {
         s->CurrentX = t.X;
@@ -384,7 +384,7 @@ void ExprTexte(Etat& e, QString& texte) {
 }
 
 double NombreEnTete(const QString& texte) {
-    // Val: blanks are skipped; sign, digits, decimal point, exponent.
+    // Blanks are skipped; then sign, digits, decimal point, exponent.
     QString t;
     for (QChar c : texte)
         if (c != u' ' && c != u'\t' && c != u'\n' && c != u'\r') t += c;
@@ -624,7 +624,7 @@ void CmdTexteC(Etat& e) {
     texte.replace(QStringLiteral("$£"), QStringLiteral(","));
     // 6.
     const PoliceSurface garde = s->Font;
-    const bool champVide = format.isEmpty(); // " " isn't empty (Part 3.3, TexteC step 6)
+    const bool champVide = format.isEmpty(); // " " isn't empty
     TailleDepuisFormat(e, format);
     if (!champVide) StylesDe(*s, format);
     // 7.

@@ -1,5 +1,5 @@
-// Part 3.3: text. The commands `Texte`, `TexteC`, `Police`, `TailleP`, and the
-// measuring and placing routines that other Parts call (scale values,
+// Text. The commands `Texte`, `TexteC`, `Police`, `TailleP`, and the
+// measuring and placing routines that other commands call (scale values,
 // dimensions, Bezier graduations).
 #pragma once
 
@@ -24,8 +24,8 @@ void EcritRot(Etat& e, double x, double y, double angle, const QString& texte);
 void PlaceTexte(Etat& e, double W, double H, double angle, const QString& texte,
                 const QString& lettres, double rot);
 
-// Device coordinates of a Surface point on the printer (Part 3.3): the
-// `PixelDevice` of Part 2.1, not rounded.
+// Device coordinates of a Surface point on the printer: `PixelDevice`, not
+// rounded.
 void CoordDevice(Etat& e, double x, double y, double& xd, double& yd);
 // The page mark: on the printer, a PSet off the sheet, once per page, before
 // the first direct device call (text, and the polygons of the shapes).
@@ -36,7 +36,7 @@ void ExprTexte(Etat& e, QString& texte);
 // The factor reading of `*k`: blanks are removed from champ, and a "*(...)"
 // is evaluated and removed; otherwise the leading number behind the first "*".
 double LitFacteur(Etat& e, QString& champ);
-// The leading number of a text, as the original's Val ("1.5C" gives 1.5).
+// The leading number of a text: "1.5C" gives 1.5.
 double NombreEnTete(const QString& texte);
 
 // Sets Font.Name as the drawing object does; true when the name read back

@@ -14,8 +14,9 @@ int SujetRangee(const RangeeSyntaxe& r) {
     return SujetAide(QString::fromLatin1(r.Mots).section(u' ', 0, 0));
 }
 
-// A parameter description of Part 4.4: "title;param;param$sub...", then
-// after "\n@C LB\n" lines of notes. Parameters in a list, "$" shown as "§".
+// A parameter description, as the command dialog reads it:
+// "title;param;param$sub...", then after "\n@C LB\n" lines of notes.
+// Parameters in a list, "$" shown as "§".
 QString HtmlDescription(const QString& description) {
     const int n = int(description.indexOf(QStringLiteral("\n@C")));
     const QString tete = n < 0 ? description : description.left(n);
@@ -83,7 +84,7 @@ QString AncreSujet(int sujet) { return QStringLiteral("s") + QString::number(suj
 
 namespace {
 
-// The body of the contents: a section for each topic of Part 4.5, in order.
+// The body of the contents: a section for each help topic, in order.
 QString CorpsContenu(const TableChaines& t, int d) {
     QString h;
     for (int sujet : SujetsAide()) {

@@ -1,10 +1,10 @@
 // The help pages, without widgets.
 //
-// The original opened compiled HTML Help files (Part 4.5, help menu). Here
-// (design.md section 2) the viewer is a `QTextBrowser` fed with pages that are
-// generated from the string table: the one-line syntax of each command (rows
-// 201 to 264) and its parameter description (rows 301 to 370, Part 4.4's
-// grammar), grouped by the topics of `Mnu_AideMot` (2100 to 3200, 5000).
+// The help menu's viewer is a `QTextBrowser` fed with pages generated from
+// the string table, so the help always matches the commands and languages
+// shipped: the one-line syntax of each command (rows 201 to 264) and its
+// parameter description (rows 301 to 370, in the command dialog's grammar),
+// grouped by the topics of `Mnu_AideMot` (2100 to 3200, 5000).
 #pragma once
 
 #include "app/core/config.h"
@@ -14,10 +14,11 @@
 
 class TableChaines;
 
-// The syntax rows: each row's keywords, in upper case (Part 1.2, help lookup).
+// The syntax rows: each row's keywords, in upper case, as the help lookup
+// of a keyword finds them.
 struct RangeeSyntaxe {
     int Syntaxe;      // 201 to 264
-    int Description;  // its parameter description, 301 to 370 (Part 4.4's `Masque` table)
+    int Description;  // its parameter description, 301 to 370 (`Masque` table)
     const char* Mots; // the keywords, separated by blanks
 };
 const QVector<RangeeSyntaxe>& RangeesSyntaxe();
@@ -36,7 +37,7 @@ QString PageContenu(const TableChaines& table, int decalage);
 QString PageResume(const TableChaines& table, int decalage);
 
 // What the viewer shows for a help command: the page and the anchor to show.
-// `Aide25` is in the mask's language, the others in the menus' (Part 4.5).
+// `Aide25` is in the command dialog's language, the others in the menus'.
 struct PageAide {
     QString Html;
     QString Ancre; // empty: the top

@@ -1,6 +1,6 @@
-// The dispatch table of Part 1.1: upper-case keyword to routine, in the order
-// of the groups of the spec. A null routine is a command whose Part is not
-// built yet; its line fails with a message naming it.
+// The dispatch table: upper-case keyword to routine, in the order and groups
+// of the language's command list. A null routine is a command not built yet;
+// its line fails with a message naming it.
 #include "language/commandes.h"
 
 #include "app/core/inclusion.h"
@@ -22,7 +22,7 @@
 namespace {
 
 const Commande Table[] = {
-    // One keyword per line, in the groups of Part 1.1 (a blank line between groups).
+    // One keyword per line, a blank line between groups.
     {"ZOOMINI", CmdZoomIni},
     {"ZOOMINII", CmdZoomIniI},
 

@@ -1,4 +1,4 @@
-// Part 4.5: configuration and languages.
+// The settings file "Mirel.cfg" and the language choices.
 #include "app/core/config.h"
 
 #include "language/chaines.h"

@@ -1,13 +1,13 @@
-// Part 4.5: configuration and languages, without widgets.
+// The settings file and the language choices, without widgets.
 //
 // "Mirel.cfg": its location, reading, default file and `EcritConfig`; the four
 // language choices and their section offsets; the logic of the language
 // dialog `Form3`, of the patch input box and of the help menu and help calls.
 // The dialogs and the viewer belong to the window: they call these functions.
 //
-// Location on Linux (design of this port): the program folder is the
-// executable's folder; APPDATA becomes the XDG configuration folder
-// ($XDG_CONFIG_HOME, else ~/.config) + "/Mirel/". Folders end in "/".
+// Location: the program folder is the executable's folder; the per-user
+// folder is the XDG configuration folder ($XDG_CONFIG_HOME, else ~/.config)
+// + "/Mirel/". Folders end in "/".
 #pragma once
 
 #include "app/core/encodage.h"
@@ -26,8 +26,9 @@ struct Reglages;
 
 // --- Version text and header
 
-// Part 4.1: major, ".", minor as two digits and, when the revision is not 0,
-// the letter of that rank (1 gives "a") followed by a blank: "2.06a ", "2.06".
+// The version text: major, ".", minor as two digits and, when the revision
+// is not 0, the letter of that rank (1 gives "a") followed by a blank:
+// "2.06a ", "2.06".
 QString TexteVersion(int majeur, int mineur, int revision);
 // The version text of this program (from the build's MIREL_VERSION).
 QString TexteVersionProgramme();
@@ -35,10 +36,11 @@ QString TexteVersionProgramme();
 QString EnteteConfig(const QString& version);
 // Line 2: "'Ne pas modifier / Do not change".
 QString EnteteConfig2();
-// Part 4.1 step 7: line 1 contains "Mirel V" followed by exactly the version text.
+// The header test at start-up: line 1 contains "Mirel V" followed by exactly
+// the version text.
 bool VersionConforme(const QString& premiereLigne, const QString& version);
 
-// --- The keys, as written (Part 4.5, Data model)
+// --- The keys, as written
 
 namespace CleCfg {
 inline const QString Langue = QStringLiteral("Langue =");
@@ -64,7 +66,7 @@ struct Config {
     float Zmm = 1.0f;
     std::optional<float> TailleCarCode;
     int Patchs = 0;              // 16-bit value (sign-extended)
-    QString PremiereLigne;       // line 1 as read (the version test of Part 4.1)
+    QString PremiereLigne;       // line 1 as read (for the version test at start-up)
     Encodage Enc = Encodage::Utf8;
 };
 
@@ -73,12 +75,12 @@ struct Config {
 // the first occurrence of its text including " ="; the value is the rest of
 // the line, trimmed. Later lines win. A zero `Zmm` ends up 1.
 Config LitConfigTexte(const QString& contenu);
-// The lines of the default file (step 6).
+// The lines of the default file, written when none exists.
 QStringList LignesConfigDefaut(const QString& version);
 // 16-bit storage of the patch word.
 int Entier16Bits(long long v);
 
-// --- Location (Algorithms, "Location of the file")
+// --- Location of the file
 
 inline const QString NomFichierCfg = QStringLiteral("Mirel.cfg");
 inline const QString NomFichierCfgAncien = QStringLiteral("Mirel$cfg.old");
@@ -86,31 +88,34 @@ inline const QString NomFichierCfgAncien = QStringLiteral("Mirel$cfg.old");
 struct EmplacementConfig {
     QString DossierProgramme;  // executable's folder, "/" at the end
     QString DossierDepart;     // working folder at start
-    QString DossierFichier;    // starts as DossierDepart (Part 4.1)
+    QString DossierFichier;    // starts as DossierDepart
     QString DossierCfg;        // folder of Mirel.cfg
-    bool ProgrammeUtilisable = false; // step 1
-    bool EcritureInterdite = false;   // step 4: started from a foreign folder
+    bool ProgrammeUtilisable = false; // the program folder is writable
+    bool EcritureInterdite = false;   // started from a foreign folder: read, never written
     QString Fichier() const { return DossierCfg + NomFichierCfg; }
 };
 
 // `DossierTestable`: "Tmp$.tst" can be created in the folder (and is deleted).
-// The VirtualStore redirection of the original has no Linux counterpart: paths
-// hold no ":\", so the first branch applies.
+// Linux does not redirect writes into protected folders, so a successful
+// create is proof enough.
 bool DossierTestable(const QString& dossier);
 // The folder with one "/" at its end (empty stays empty).
 QString AvecBarre(const QString& dossier);
 // The XDG configuration folder of Mirel: $XDG_CONFIG_HOME or ~/.config, + "/Mirel/".
 QString DossierXdgMirel();
-// Step 4's test: the working folder holds the program ("Mirel.exe*",
-// "Mirel.lnk", and on Linux the executable's own name or its ".desktop"
-// launcher), compared without regard to case.
+// Whether the working folder holds the program ("Mirel.exe*", "Mirel.lnk",
+// the executable's own name or its ".desktop" launcher), compared without
+// regard to case.
 bool DossierContientProgramme(const QString& dossier, const QString& nomExecutable);
-// Steps 1 to 5. `dossierXdg` empty means "APPDATA unset".
+// Where "Mirel.cfg" is read and written: the working folder when it holds
+// one; else the program folder when usable, or the XDG folder when not. A
+// working folder without the program is foreign: nothing is written.
+// `dossierXdg` empty means there is no XDG folder (the working folder stays).
 EmplacementConfig LocaliseConfig(const QString& dossierProgramme, const QString& dossierTravail,
                                  const QString& dossierXdg,
                                  const QString& nomExecutable = QStringLiteral("mirel"));
-// Steps 6 and 7: creates the default file when missing (unless writing is
-// forbidden: then the defaults are used without a file) and reads the keys.
+// Creates the default file when missing (unless writing is forbidden: then
+// the defaults are used without a file) and reads the keys.
 Config ChargeConfig(const EmplacementConfig& lieu, const QString& version);
 
 // `EcritConfig(cle, valeur)`: rewrites one key, the file going through
@@ -124,7 +129,7 @@ bool EcritConfig(const EmplacementConfig& lieu, const QString& cle, const QStrin
 QStringList RemplaceCle(const QStringList& lignes, const QString& cle, const QString& valeur,
                         const QString& version);
 
-// --- Languages (Data model, string table)
+// --- Languages (sections of the string table)
 
 constexpr int PasLangue = 400;
 
@@ -150,7 +155,7 @@ void AppliqueConfig(const Config& c, const TableChaines& table, Reglages& r);
 // Fills the folders of the settings.
 void AppliqueEmplacement(const EmplacementConfig& lieu, Reglages& r);
 
-// Part 4.1 step 7: Form3 must open when the header lacks the version or any
+// At start-up Form3 must open when the header lacks the version or any
 // of the four languages is unset.
 bool LanguesAChoisir(const Config& c, const TableChaines& table, const QString& version);
 
@@ -164,8 +169,8 @@ QString NomFichierAide(const QString& code);
 
 class DialogueLangues {
 public:
-    // Steps 1 to 3: choices preset from the file (unset messages, menus and
-    // help default to 1), help options of a language whose help file is
+    // The choices preset from the file (unset messages, menus and help
+    // default to 1), help options of a language whose help file is
     // missing in the program folder disabled.
     static DialogueLangues Prepare(const Config& c, const TableChaines& table,
                                    const QString& dossierProgramme);
@@ -176,8 +181,8 @@ public:
     bool Actif(int cadre, int langue) const;
     int Choix(int cadre) const { return choix_[cadre]; }
     const ChoixLangues& Choix() const { return choix_; }
-    // Step 4: a click, with its cascade (frame 1 sets all four, frame 2 sets
-    // frames 3 and 4, frames 3 and 4 only themselves; only where enabled).
+    // A click, with its cascade (frame 1 sets all four, frame 2 sets frames
+    // 3 and 4, frames 3 and 4 only themselves; only where enabled).
     void Clic(int cadre, int langue);
 
 private:

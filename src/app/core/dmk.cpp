@@ -1,4 +1,4 @@
-// Part 4.2: the coded command files `.dmk`.
+// The coded command files `.dmk`.
 #include "app/core/dmk.h"
 
 #include "app/core/encodage.h"

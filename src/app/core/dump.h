@@ -1,4 +1,5 @@
-// The JSON of `mirel dump` (design.md §6).
+// The JSON of `mirel dump`: every drawing operation in millimetres, the boxes,
+// the variables, the current point and the editor text after a run.
 #pragma once
 
 #include "drawing/surface.h"

@@ -1,4 +1,4 @@
-// Text files on disk (design.md section 5; Parts 4.2 and 4.5).
+// Text files on disk: command files and the settings file.
 //
 // Command files and "Mirel.cfg" are read as UTF-8 when they are valid UTF-8,
 // otherwise as Windows-1252, and written back in the encoding they were read
@@ -15,11 +15,11 @@
 enum class Encodage {
     Utf8,        // UTF-8 without a byte order mark (also plain ASCII)
     Utf8Bom,     // UTF-8 that started with the mark EF BB BF, written back with it
-    Windows1252, // the original's 8-bit files
+    Windows1252, // 8-bit files written before UTF-8 was used
 };
 
 // Windows-1252 byte to character and back. The five bytes that code page
-// leaves undefined (81, 8D, 8F, 90, 9D) map to U+0081..., as Windows does, so
+// leaves undefined (81, 8D, 8F, 90, 9D) map to U+0081..., the usual convention, so
 // every byte has a character and every such character a byte.
 QChar CarWindows1252(unsigned char octet);
 // The byte of a character; none when the character is not in Windows-1252.
@@ -37,7 +37,8 @@ QString DecodeOctets(const QByteArray& octets, Encodage& encodage);
 // losing characters: `encodage` then becomes Utf8.
 QByteArray EncodeTexte(const QString& texte, Encodage& encodage);
 
-// CR LF, a lone CR and a lone LF all become CR LF (design.md section 5).
+// CR LF, a lone CR and a lone LF all become CR LF, the line end of command
+// files and of the editor's text.
 QString NormaliseFinsDeLigne(const QString& texte);
 
 // Reads a whole file. None on failure, with the system's error text.
@@ -47,6 +48,7 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur = nul
 // file as it was. False on failure, with the system's error text.
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
 
-// The original's `Val`: blanks, tabs and line feeds are dropped, then the
-// longest leading number is read ("&H" and "&O" forms included); 0 when none.
+// The lenient number reading of settings, version headers and the patch box:
+// blanks, tabs and line feeds are dropped, then the longest leading number is
+// read ("&H" and "&O" forms included); 0 when none.
 double ValVb(const QString& texte);

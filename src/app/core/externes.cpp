@@ -31,7 +31,8 @@ QList<CommandeExterne> ListeCommandesExternes(const QString& dossierProgramme,
     const QString p = QDir(dossierProgramme).canonicalPath();
     const QString t = QDir(dossierTravail).canonicalPath();
     if (!dossierTravail.isEmpty() && p != t) Ajoute(l, dossierTravail);
-    // The straight exchange sort of the original.
+    // A straight exchange sort: it is not stable, and the order it leaves
+    // decides which of two names equal but for case is kept below.
     for (int i = 0; i < l.size() - 1; ++i)
         for (int j = i + 1; j < l.size(); ++j)
             if (QString::compare(l[j].nom, l[i].nom, Qt::CaseSensitive) < 0) l.swapItemsAt(i, j);

@@ -1,4 +1,5 @@
-// Part 4.1, start-up step 8: the list of external commands (Part 4.3).
+// The list of external commands, made at start-up: every coded command file
+// that a program can call by its name.
 #pragma once
 
 #include <QString>
@@ -14,7 +15,7 @@ struct CommandeExterne {
 
 // All `*.dmk` of the program folder, then of the working folder when it
 // differs; at most 60 names; sorted ascending by a straight exchange sort
-// (names compared as the original, case-sensitively); later duplicates,
+// (names compared case-sensitively); later duplicates,
 // compared in upper case, removed: the first occurrence wins.
 QList<CommandeExterne> ListeCommandesExternes(const QString& dossierProgramme,
                                              const QString& dossierTravail);

@@ -1,4 +1,4 @@
-// Part 4.2: command files.
+// Opening, saving and creating command files.
 #include "app/core/fichiers.h"
 
 #include "app/core/dmk.h"
@@ -15,8 +15,8 @@ using namespace vb;
 
 float ZoomIniDe(const QString& texte) {
     static constexpr QLatin1StringView Mot("ZOOMINI");
-    // Every occurrence of "ZOOMINI" in the text without regard to case (the
-    // upper-cased text of the original, positions kept).
+    // Every occurrence of "ZOOMINI" in the text without regard to case, so
+    // that "ZoomIni" and "zoomini" count alike; positions are those of the text.
     for (qsizetype pos = texte.indexOf(Mot, 0, Qt::CaseInsensitive); pos >= 0;
          pos = texte.indexOf(Mot, pos + 1, Qt::CaseInsensitive)) {
         qsizetype debut = pos;
@@ -129,7 +129,7 @@ QString CheminModele(const QString& dossierTravail, const QString& dossierCfg,
 QString TexteListeFichiers(const QStringList& fichiers, const QString& separateur1) {
     if (fichiers.isEmpty()) return {};
     if (fichiers.size() == 1) return fichiers.first();
-    // The multi-selection result: the folder, NUL, each name; NUL becomes the separator.
+    // Several files: the folder, then each bare name, joined by the separator.
     QStringList morceaux{QFileInfo(fichiers.first()).absolutePath()};
     for (const QString& f : fichiers) morceaux << QFileInfo(f).fileName();
     return morceaux.join(separateur1);

@@ -1,7 +1,7 @@
-// Part 4.2: command files, without widgets.
+// Opening, saving and creating command files, without widgets.
 //
 // `LitFic`, Open, New with its templates, Save, Save as with the coded export,
-// and the file list of Alt-L. The window (Part 4.1) implements
+// and the file list of Alt-L. The main window implements
 // `FenetreFichiers`, the few things these commands ask of it: the boxes, the
 // file dialogs, the editor's text, the caption, a run.
 #pragma once
@@ -52,8 +52,8 @@ bool EstDesinstalleur(const QString& nom);
 // file", "Ist keine Mirel Datei.", on four lines.
 QString MessageDesinstalleur(const QString& nom);
 
-// The filters of the dialogs, in the original's form "label|pattern|...", and
-// as Qt file dialogs take them. `decalage` is the message language's offset.
+// The filters of the dialogs, as a piped text "label|pattern|...", and as Qt
+// file dialogs take them. `decalage` is the message language's offset.
 QString FiltreOuvrir(int decalage);       // 105 " (*.dat)|*.dat|" 106 " (*.*)|*.*|"
 QString FiltreEnregistrer(int decalage);  // 105 " (*.dat)|*.dat|" 106 " (*.*)|*.*"
 QString FiltreListe(int decalage);        // 106 " (*.*)|*.*|"
@@ -81,8 +81,8 @@ QString CheminModele(const QString& dossierTravail, const QString& dossierCfg,
 QString TrouveSansCasse(const QString& dossier, const QString& nom);
 
 // Alt-L: the text inserted for the files chosen: one file gives its path;
-// several give the folder, then each name, all joined by the first separator
-// (the NUL separators of the original's multi-selection result).
+// several give the folder, then each bare name, all joined by the first
+// separator, so that a program can take the list apart with its text functions.
 QString TexteListeFichiers(const QStringList& fichiers, const QString& separateur1);
 
 // Writes a command text: the editor's plain text without an extra line end, in
@@ -92,13 +92,13 @@ QString TexteListeFichiers(const QStringList& fichiers, const QString& separateu
 bool EcritTexteCommande(const QString& chemin, const QString& texte, Encodage& enc,
                         QString* erreur = nullptr);
 
-// Whether this build offers the coded export (the build-time setting
-// MIREL_EXPORT_DMK stands for the original's two marker files).
+// Whether this build offers the coded export: the build-time setting
+// MIREL_EXPORT_DMK turns it on for those who hand out coded libraries.
 bool ExportDmkDisponible();
 
 // --- The commands
 
-// The window state that these commands read and write (Part 4.1, Data model).
+// The window state that these commands read and write.
 struct EtatFichiers {
     QString NomCourant;      // caption, default name of Save as
     QString FichierCourant;  // what Save writes; empty for a new text
@@ -131,14 +131,14 @@ public:
     // `ZoomDepart` set, `Text1` written.
     virtual void ChargeTexte(const TexteLu& lu) = 0;
     virtual void VideEditeur() = 0;
-    // The caption from `NomCourant` (Part 4.1).
+    // The caption from `NomCourant`.
     virtual void EcritLegende(const QString& nomCourant) { (void)nomCourant; }
     // Hourglass and disabled window (true), normal again (false).
     virtual void Occupe(bool occupe) { (void)occupe; }
     virtual void Visualiser() {}
-    // The process changes drive and folder (Open step 3).
+    // The process changes to the folder of the file opened.
     virtual void ChangeDossier(const QString& dossier);
-    // Undo reset to slot 1, count 1, and a snapshot (Part 4.9).
+    // Undo reset to slot 1, count 1, and a snapshot of the new text.
     virtual void DebutAnnulation() {}
 };
 
@@ -146,9 +146,10 @@ public:
 // `Modifie` set, string 118 with Yes, No, Cancel. False for Cancel (the
 // command stops); Yes saves first.
 bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
-// Open steps 3 to 5 for a chosen file. False on a read error, shown in a box
-// with the system's text. The start-up file of Part 4.1 (step 11) passes
-// `visualiser` false: its run comes at step 12.
+// Loads a chosen file: its folder becomes current, the text fills the editor,
+// a run draws it. False on a read error, shown in a box with the system's
+// text. The file opened at start-up passes `visualiser` false: its run comes
+// once the window is shown.
 bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin,
                    bool visualiser = true);
 // `Mnu_Ouvrir`. True when a file was loaded.

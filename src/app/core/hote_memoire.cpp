@@ -55,7 +55,8 @@ bool LanceCommande(const QString& commande, bool attendre, const std::function<v
     if (args.isEmpty()) return false;
     const QString prog = args.takeFirst();
     if (!attendre) return QProcess::startDetached(prog, args);
-    // Events are pumped until the process has ended (Part 1.7).
+    // Events are pumped until the process has ended, so the window stays
+    // responsive while the program waits.
     QProcess p;
     p.start(prog, args);
     if (!p.waitForStarted()) return false;

@@ -1,4 +1,4 @@
-// The headless `Hote` (design.md §4): an in-memory editor text, message boxes
+// The headless `Hote`: an in-memory editor text, message boxes
 // recorded and answered from a list, prompts answered from a list.
 #pragma once
 
@@ -10,7 +10,7 @@
 
 #include <functional>
 
-// `Shell#$` on this platform (Part 1.7), for both hosts: the command line is
+// `Shell#$` on Linux, for both hosts: the command line is
 // split into a program and its arguments and started; with attendre, waited
 // for while `pompe` lets the host's events run. False when it could not start.
 bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe);
@@ -35,8 +35,8 @@ public:
     QString PressePapier() const override { return pressePapier_; }
     void EcritPressePapier(const QString& texte) override { pressePapier_ = texte; }
     bool Lance(const QString& commande, bool attendre) override;
-    // Headless there are no events; the calls are counted (Part 1.1 names
-    // the commands that let events run).
+    // Headless there are no events; the calls are counted, so tests can see
+    // which commands let events run.
     void PompeEvenements() override { ++Pompages; }
 
     void SetTexte(const QString& t) { texte_ = t; }

@@ -1,4 +1,4 @@
-// Part 4.3: file inclusion and external commands.
+// File inclusion (`Fichier`) and external commands.
 #include "app/core/inclusion.h"
 
 #include "app/core/dmk.h"
@@ -25,7 +25,8 @@ namespace {
 
 QString Chaine(const Etat& e, int n) { return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0)); }
 
-// "\" and "/" both separate folders in names inside programs (design.md §5).
+// "\" and "/" both separate folders in names inside programs, so that
+// programs written with either keep working.
 bool ContientChemin(const QString& nom) { return nom.contains(u'\\') || nom.contains(u'/'); }
 QString VersChemin(QString nom) { return nom.replace(u'\\', u'/'); }
 QString AvecBarreFinale(const QString& d) {
@@ -34,8 +35,9 @@ QString AvecBarreFinale(const QString& d) {
 }
 
 // The existing file of a candidate name, a relative one taken in the working
-// folder; names compare without regard to case, as on the original's file
-// system. Empty when there is none.
+// folder; names compare without regard to case, so that programs written
+// with another spelling of a file's name still find it. Empty when there is
+// none.
 QString Existe(const Etat& e, const QString& candidat) {
     if (Trim(candidat).isEmpty()) return QString();
     QString c = VersChemin(candidat);
@@ -69,7 +71,7 @@ QString NomStocke(const QString& nom) {
     return bl > 0 ? Left(n, bl - 1) : n;
 }
 
-// The parameters of a call (Part 4.3, "Parameters"), written into the record
+// The parameters of a call, written into the record
 // of the new level. The text is the caller's parameter text; the caller's
 // level is the current one, so its variables substitute.
 void PasseParametres(Etat& e, const QString& ligne, int niveau, int nouveau) {
@@ -124,7 +126,7 @@ void PasseParametres(Etat& e, const QString& ligne, int niveau, int nouveau) {
     }
 }
 
-// The pen, saved in the caller's record (Position step 5).
+// The pen, saved in the caller's record and given back after the call.
 void SauvePlume(Etat& e, CtxFic& appelant) {
     ParamFichier& p = appelant.Param;
     const Surface* s = e.Surf;
@@ -227,7 +229,7 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
     const bool question = indexExterne >= 0 && Trim(ParaBrut(e, ligne, 2)) == QLatin1String("?");
     const QString lignePosition = question ? RemplacePiece(ligne, 2, e.Separateur1, QString()) : ligne;
 
-    // Position 1: x, y about the frame, an omitted one is the current point,
+    // The position: x, y about the frame, an omitted one is the current point,
     // turned about 0,0 by the rotation of the third parameter (or AngRot).
     double x = 0, y = 0;
     if (!(question && niveau == 1)) {
@@ -241,7 +243,7 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
     const bool rotationDonneeAvant = r.RotationDonnee;
     if (!(question && niveau == 1)) LitRotation(e, texteY, x, y);
 
-    // Position 5: the pen in the caller's record.
+    // The pen in the caller's record.
     SauvePlume(e, appelant);
 
     // The file, and the text of the level.
@@ -266,8 +268,8 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
         const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu);
         if (!t) {
             if (lu == LectureCommande::LongueurFausse) {
-                // A coded file of wrong length stops the program (Part 4.2):
-                // here the whole run, after a box naming the file.
+                // A coded file of wrong length has been damaged or altered:
+                // the whole run stops, after a box naming the file.
                 ++e.ErreursAffichees;
                 if (e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteCodeIllisible(nom), Boutons::Ok);
                 e.PileFic[5].Nom = NomBoucle;
@@ -302,16 +304,16 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
     }
     c.Nom = nom;
     c.Texte = texte;
-    // Position 2: the origin of the called file is the caller's plus x, y;
-    // level entry computes it as Dx + DecalX (Part 2.1).
+    // The origin of the called file is the caller's plus x, y; level entry
+    // computes it as Dx + DecalX.
     c.DecalX = r.OrigineX + x - r.Dx;
     c.DecalY = r.OrigineY + y - r.Dy;
     c.Param.FicX = positionDonnee ? float(xLu) : 999.99f;
     c.Param.FicY = positionDonnee ? float(yLu) : 999.99f;
-    // Position 3: AngRot passes down to NivAngRot.
+    // AngRot passes down to NivAngRot.
     c.AngleDefaut = nouveau <= r.NivAngRot ? r.AngRotDefaut : 0.0f;
     // The parameters passed are found by the first assignments of the file:
-    // no slot is kept from them (see CreeVar, Part 1.3), as level entry has it.
+    // no slot is kept from them (see CreeVar), as level entry has it.
     c.DebutLocales = 0;
 
     // What comes back after the call.
@@ -498,7 +500,7 @@ QStringList BlocCommentaires(const QString& texte) {
     QStringList lignes = NormaliseFinsDeLigne(texte).split(CrLf());
     if (!lignes.isEmpty() && lignes.back().isEmpty()) lignes.removeLast(); // behind the last line end
     QStringList garde;
-    // The lines as they stand: an indented line ends the block (Part 4.3).
+    // The lines as they stand: an indented line ends the block.
     for (const QString& l : lignes) {
         if (l.startsWith(QLatin1String("'#"))) break;
         if (!(l.isEmpty() || l.startsWith(u'\'') || l.startsWith(u'%'))) break;

@@ -1,12 +1,11 @@
-// Part 4.3: file inclusion and external commands.
+// File inclusion (`Fichier`) and external commands.
 //
 // `AppelFichier` itself is declared in language/commandes.h (the command loop
 // calls it for an external command); this header holds the rest: the
 // commands `Fichier` and `DMKCODE`, the `Symbole` form for `Plot`, the list of
-// external commands made at start-up (Part 4.1 step 8), the file lookup, the
-// reading of plain and coded command files, the comment block of the "?"
-// form, and the header language of `.dmk` files that the command dialog
-// (Part 4.4) reads.
+// external commands made at start-up, the file lookup, the reading of plain
+// and coded command files, the comment block of the "?" form, and the header
+// language of `.dmk` files that the command dialog reads.
 #pragma once
 
 #include <QString>
@@ -26,15 +25,15 @@ void CmdFichier(Etat& e);
 // `DMKCODE`: the prompt "MdP (GRI)"; with the code, the line becomes the
 // template of an external command's header.
 void CmdDmkCode(Etat& e);
-// The `Symbole` form for `Plot` (Part 2.8): runs `texte` one level deeper as
+// The `Symbole` form for `Plot`: runs `texte` one level deeper as
 // the file "Symbole", with `parametres` in the place of the parameter text of
 // a call ("Symbole, x, y [, parameters...]"; `Plot` passes "Symbole, 0, 0"
 // when its symbol text already holds the point). Returns AppelFichier's result.
 int AppelSymbole(Etat& e, int niveau, const QString& texte, const QString& parametres);
 
-// --- Texts of this Part
+// --- Fixed texts
 
-// The code that opens the `DMKCODE` template ("Left to the implementer").
+// The code that opens the `DMKCODE` template.
 inline const QString CodeDmkCode = QStringLiteral("58196");
 inline const QString InviteDmkCode = QStringLiteral("MdP (GRI)");
 // The lines of the template, in order.
@@ -45,10 +44,10 @@ inline const QString NomSymbole = QStringLiteral("Symbole");
 inline const QString NomBoucle = QStringLiteral("Loop");
 // The deepest level (`PileFic` has 5 levels that run).
 constexpr int NiveauMaxInclusion = 5;
-// At most this many external commands (Part 4.1 step 8).
+// At most this many external commands.
 constexpr int MaxCommandesExternes = 60;
 
-// --- External commands (Part 4.1 step 8)
+// --- External commands
 
 // The list of external commands is built by `ChargeCommandesExternes`
 // (src/app/core/externes.h).
@@ -56,18 +55,19 @@ constexpr int MaxCommandesExternes = 60;
 // --- File lookup and reading
 
 // The file that a call names: for `indexExterne` > 0 the file of that entry
-// of the list; for 0 the trimmed name as typed, looked up in the three
-// branches of Part 4.3. The first match, or the name as typed. `boiteNonTrouve`
-// is set when the name reaches the "non trouvé[not founf]" box (branch 3, the
-// last dot at the first character).
+// of the list; for 0 the trimmed name as typed, looked up by its form: a bare
+// name, a path without extension, or a name with an extension (branch 3).
+// The first match, or the name as typed. `boiteNonTrouve` is set when the
+// name reaches the "non trouvé[not founf]" box (branch 3, the last dot at the
+// first character).
 QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve = nullptr);
 // Where a relative name "as given" is looked for: the working folder
 // (`DossierTravail`, else the process's current folder), ending in "/".
 QString DossierCourant(const Etat& e);
 // The box of branch 3: "Fichier[file] " + name + " non trouvé[not founf] !".
 QString TexteNonTrouve(const QString& nom);
-// The box of a coded file of wrong length, before the run stops (the spec
-// gives no text): name + " : fichier codé illisible / unreadable coded file".
+// The box of a coded file of wrong length, before the run stops:
+// name + " : fichier codé illisible / unreadable coded file".
 QString TexteCodeIllisible(const QString& nom);
 
 // Whether a file name is a coded file: the first 3 characters of its
@@ -75,7 +75,7 @@ QString TexteCodeIllisible(const QString& nom);
 bool EstFichierCode(const QString& nom);
 enum class LectureCommande { Ok, Introuvable, LongueurFausse };
 // Reads a command file whole, a coded one through the decoder; line ends
-// become CR LF (design.md section 5). None when it cannot be read.
+// become CR LF. None when it cannot be read.
 std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat = nullptr);
 
 // --- The "?" form
@@ -89,7 +89,7 @@ QStringList BlocCommentaires(const QString& texte);
 // line with its line break.
 QString TexteBlocCommentaires(const QString& texte, const QString& nom);
 
-// --- Header language of a `.dmk` file (for the command dialog, Part 4.4)
+// --- Header language of a `.dmk` file (for the command dialog)
 
 // The marker of a language index of ",'$F,'$E,'$D,'$S,'$R" (1 French,
 // 2 English, 3 German, 4 Spanish, 5 Russian); empty for any other index.

@@ -1,5 +1,5 @@
 // `mirel render`: a run with the virtual 600 dpi printer as Surface, written
-// at true size to PDF, SVG or PNG (design.md §1). The window's export uses it.
+// at true size to PDF, SVG or PNG. The window's export uses it.
 #pragma once
 
 #include <QSizeF>

@@ -12,7 +12,7 @@
 
 #include <memory>
 
-// The resolution of the virtual printer (design.md §1) and of the headless screen.
+// The resolution of the virtual printer and of the headless screen.
 constexpr double DpiImprimante = 600.0;
 constexpr double DpiEcran = 96.0;
 
@@ -33,6 +33,6 @@ struct Session {
                      QSizeF pageMm = QSizeF(210, 297));
     // Runs as the window's F4 does (`Visualiser`), with a zoom when not 1.
     void Execute(float zoom = 1.0f);
-    // Runs with the printer as the Surface (Part 4.6).
+    // Runs with the printer as the Surface, as printing to paper does.
     void ExecuteImprimante();
 };
