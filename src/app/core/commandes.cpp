@@ -15,8 +15,10 @@
 #include "language/flux.h"
 #include "language/para.h"
 #include "language/variables.h"
+#include "shapes/bezier.h"
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
+#include "shapes/poly.h"
 #include "shapes/texte.h"
 
 namespace {
@@ -91,13 +93,13 @@ const Commande Table[] = {
 
     {"VAL1D", CmdVal1D},
 
-    {"POLY", nullptr},
-    {"POLYP", nullptr},
-    {"POLYR", nullptr},
-    {"POLYRP", nullptr},
+    {"POLY", CmdPoly},
+    {"POLYP", CmdPolyP},
+    {"POLYR", CmdPolyR},
+    {"POLYRP", CmdPolyRP},
 
-    {"DEMILUNE", nullptr},
-    {"DEMILUNEP", nullptr},
+    {"DEMILUNE", CmdDemiLune},
+    {"DEMILUNEP", CmdDemiLuneP},
 
     {"?", CmdPoint},
 
@@ -143,9 +145,9 @@ const Commande Table[] = {
     {"PLOTP", nullptr},
     {"PLOTS", nullptr},
 
-    {"BEZIER", nullptr},
-    {"BEZIERP", nullptr},
-    {"BEZIER_AGR", nullptr},
+    {"BEZIER", CmdBezier},
+    {"BEZIERP", CmdBezierP},
+    {"BEZIER_AGR", CmdBezierAGr},
 
     {"DMKCODE", CmdDmkCode},
 
