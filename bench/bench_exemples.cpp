@@ -11,6 +11,7 @@
 #include "drawing/repere.h"
 #include "drawing/surface_peinte.h"
 
+#include "pane_raster.h"
 #include "principal.h"
 
 #include <QDir>
@@ -43,19 +44,6 @@ std::unique_ptr<Session> Prepare(const QString& nom) {
     s->etat.FichierPrincipal = Dossier + nom;
     return s;
 }
-
-// The raster pane: the Session's pane size at the screen's resolution.
-struct PaneRaster {
-    QImage image;
-    std::unique_ptr<SurfacePeinte> surface;
-    PaneRaster() {
-        const double w = 297 / 25.4 * DpiEcran, h = 210 / 25.4 * DpiEcran;
-        image = QImage(int(w), int(h), QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::white);
-        surface = std::make_unique<SurfacePeinte>(GenreSurface::Ecran, w, h, 25.4 / DpiEcran,
-                                                  [this](int) -> QPaintDevice* { return &image; });
-    }
-};
 
 // Replays recorded operations on a Surface, with the pen state each one had.
 void Rejoue(Surface& s, const Journal& j) {
