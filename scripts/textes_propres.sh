@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 motif='\bparts? [0-9]+\.[0-9]+|\bspec(ification)?s?\b|\boriginal\b|\bVB6\b'
-if git grep -n -i -E "$motif" -- . ':!scripts/textes_propres.sh'; then
+if git grep -I -n -i -E "$motif" -- . ':!scripts/textes_propres.sh'; then
   echo "These lines say where a rule came from rather than what it does." >&2
   exit 1
 fi
