@@ -1,41 +1,37 @@
-// Part 1.4: the expression evaluator (EvalExpr, EvalTexte, Vrai, Prefixe, ALE).
+// The expression evaluator: EvalExpr rewrites the text to its value, EvalTexte adds
+// relations and logic, Vrai decides a condition; Prefixe and the random draw.
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
 #include "language/vb.h"
 #include "outils.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace {
 
-// The rewritten text, trimmed, as std::string so that a failure prints it.
-std::string T(const QString& expression) {
+// The rewritten text, trimmed.
+std::string T(const QString& expr) {
     Etat e;
-    QString t = expression;
+    QString t = expr;
     EvalExpr(e, t);
     return vb::Trim(t).toStdString();
 }
-
-double V(const QString& expression) {
-    Etat e;
-    QString t = expression;
-    return EvalExpr(e, t).value();
+void Reecrit(std::initializer_list<std::pair<const char*, const char*>> cas) {
+    for (const auto& [expr, attendu] : cas) EXPECT_EQ(T(expr), attendu) << expr;
 }
 
-// True when EvalExpr fails the line, and leaves no message behind.
-bool Echoue(const QString& expression) {
+// True when the text fails the line and leaves no message text of its own.
+template <typename F> bool EchoueAvec(F evalue) {
     Etat e;
-    QString t = expression;
     try {
-        EvalExpr(e, t);
+        evalue(e);
     } catch (const ErreurProvoquee&) {
         EXPECT_TRUE(e.TexteErreur.isEmpty());
         return true;
     }
     return false;
+}
+bool Echoue(const QString& expr) {
+    return EchoueAvec([&](Etat& e) { QString t = expr; EvalExpr(e, t); });
 }
 
 std::string ET(const QString& texte) {
@@ -43,506 +39,160 @@ std::string ET(const QString& texte) {
     return EvalTexte(e, texte).toStdString();
 }
 
-bool EchoueTexte(const QString& texte) {
-    Etat e;
-    try {
-        EvalTexte(e, texte);
-    } catch (const ErreurProvoquee&) {
-        EXPECT_TRUE(e.TexteErreur.isEmpty());
-        return true;
-    }
-    return false;
-}
-
-bool Vr(const QString& texte) {
-    Etat e;
-    return Vrai(e, texte);
-}
-
-QString Repete(const QString& s, int n) { return s.repeated(n); }
-
 } // namespace
 
-// ---- Edge cases worth testing (Part 1.4)
-
-TEST(EvalExpr, MillionTimesMillionGives1E12AsText) {
-    EXPECT_EQ(T("1000000*1000000"), "1E+12");
-    EXPECT_EQ(V("1000000*1000000"), 1e12);
-}
-
-TEST(EvalExpr, PointOnePlusPointTwoGivesPoint3) {
-    EXPECT_EQ(T("0.1+0.2"), ".3");
-    EXPECT_EQ(V("0.1+0.2"), 0.3);
-}
-
-TEST(EvalExpr, PowersFromTheLeft) {
-    EXPECT_EQ(T("2^3^2"), "64");
-    EXPECT_EQ(V("2^3^2"), 64);
-}
-
-TEST(EvalExpr, MinusTwoSquaredIsMinusFourAtTheStart) {
-    EXPECT_EQ(T("-2^2"), "-4");
-    EXPECT_EQ(V("-2^2"), -4);
-}
-
-TEST(EvalExpr, ThreeTimesMinusTwoSquaredIsTwelve) {
-    EXPECT_EQ(T("3*-2^2"), "12");
-    EXPECT_EQ(T("(-2^2)"), "4"); // after "(" the "-" belongs to the operand too
-}
-
-TEST(EvalExpr, DivisionsBeforeMultiplications) {
-    EXPECT_EQ(T("8/2/2"), "2");
-    EXPECT_EQ(T("2*3/4"), "1.5");
-    // 1/3 is rounded to 7 digits before the product: not 1.
-    EXPECT_EQ(T("3*1/3"), ".9999999");
-}
-
-TEST(EvalExpr, CommaIsNoDecimalPoint) {
-    EXPECT_TRUE(Echoue("1,5"));
-    EXPECT_TRUE(Echoue("1,5+1"));
-}
-
-TEST(EvalExpr, RightGroupRewrittenFirst) {
-    EXPECT_EQ(T("(1+2)*(3+4)"), "21");
-    EXPECT_EQ(T("((1+2)*(3+(4-1)))/2"), "9");
-}
-
-TEST(EvalExpr, AcosOfMinusOneIsZero) { EXPECT_EQ(T("ACOS(-1)"), "0"); }
-
-TEST(EvalExpr, RndIsRounding) {
-    EXPECT_EQ(T("RND2(1.005)"), "1");
-    EXPECT_EQ(T("RND3(3.14159)"), "3.142");
-    EXPECT_EQ(T("RND0(2.5)"), "2"); // a half goes to the even neighbour
-    EXPECT_EQ(T("RND0(3.5)"), "4");
-    EXPECT_EQ(T("RND1(0.25)"), ".2");
-    EXPECT_EQ(T("RND0(-2.5)"), "-2");
-}
-
-TEST(EvalExpr, LogOfThousandIsThree) { EXPECT_EQ(T("LOG(1000)"), "3"); }
-
-TEST(EvalExpr, LettersFail) {
-    EXPECT_TRUE(Echoue("12abc"));
-    EXPECT_TRUE(Echoue("abc"));
-}
-
-TEST(EvalExpr, OneE3IsThousand) {
-    EXPECT_EQ(V("1E3"), 1000);
-    EXPECT_EQ(T("1E3"), "1E+3"); // a single number isn't rewritten, but gets its "+"
-    EXPECT_EQ(T("1e3+1"), "1001");
-}
-
-// ---- Failure handling (Part 1.4): each case fails the line, no message
-
-TEST(EvalExprEchec, LetterWhereNumberExpected) {
-    EXPECT_TRUE(Echoue("2*A"));
-    EXPECT_TRUE(Echoue("A*2"));
-    EXPECT_TRUE(Echoue("1+"));
-    EXPECT_TRUE(Echoue("*2"));
-    EXPECT_TRUE(Echoue("5.*2")); // the left scan starts on a digit
-    EXPECT_TRUE(Echoue("()"));
-}
-
-TEST(EvalExprEchec, DivisionByZero) {
-    EXPECT_TRUE(Echoue("1/0"));
-    EXPECT_TRUE(Echoue("0/0"));
-    EXPECT_TRUE(Echoue("5MOD0"));
-    EXPECT_TRUE(Echoue("0^-1"));
-}
-
-TEST(EvalExprEchec, NumberNotClosedInTheMiddle) {
-    EXPECT_TRUE(Echoue("(1A)+2"));
-    EXPECT_TRUE(Echoue("1+2)+3"));
-    EXPECT_TRUE(Echoue("(1+2"));
-}
-
-TEST(EvalExprEchec, MoreThanFiftyParentheses) {
-    // Nested...
-    EXPECT_EQ(T(Repete("(", 50) + "1" + Repete(")", 50)), "1");
-    EXPECT_TRUE(Echoue(Repete("(", 51) + "1" + Repete(")", 51)));
-    // ...or not: the stack counts every "(", not the depth.
-    EXPECT_EQ(T(Repete("(1)+", 49) + "(1)"), "50");
-    EXPECT_TRUE(Echoue(Repete("(1)+", 50) + "(1)"));
-}
-
-TEST(EvalExprEchec, SquareRootAndLogOutOfRange) {
-    EXPECT_TRUE(Echoue("SQR(-1)"));
-    EXPECT_TRUE(Echoue("LOG(0)"));
-    EXPECT_TRUE(Echoue("LOG(-1)"));
-}
-
-TEST(EvalExprEchec, FloatOverflow) {
-    EXPECT_TRUE(Echoue("1E38*10"));
-    EXPECT_TRUE(Echoue("3E38+3E38"));
-    EXPECT_TRUE(Echoue("10^39"));
-    EXPECT_TRUE(Echoue("COSH(100)"));
-    EXPECT_TRUE(Echoue("1E39+0"));
-    EXPECT_TRUE(Echoue("(-8)^.5")); // no real result
-}
-
-TEST(EvalExprEchec, NotWithUnclosedParenthesis) { EXPECT_TRUE(EchoueTexte("NOT(1=1")); }
-
-TEST(EvalExprEchec, DoubledComparisonCharacter) {
-    EXPECT_TRUE(EchoueTexte("1==1"));
-    EXPECT_TRUE(EchoueTexte("1<<2"));
-    EXPECT_TRUE(EchoueTexte("1>>2"));
+TEST(EvalExpr, SevenDigitsOnceAnOperatorApplies) {
+    // A single number keeps all its digits; blanks go and names are upper-cased.
+    Reecrit({{"1000000*1000000", "1E+12"}, {"0.1+0.2", ".3"}, {"100000*100", "1E+07"},
+             {"3.14159265358979", "3.14159265358979"}, {"(3.14159265358979)", "3.14159265358979"},
+             {"3.14159265358979*1", "3.141593"}, {"12", "12"}, {"1E3", "1E+3"}, {"1e3+1", "1001"},
+             {"1.5E+10*2", "3E+10"}, {"2*1E-5", "2E-05"}, {"1E-5*2", "2E-05"}, {"1E12+1E12", "2E+12"},
+             {" 1 + 2 ", "3"}, {"sin( 30 )", ".5"}, {"", "0"}});
+    // The value is the number read back from the text.
+    const std::pair<const char*, double> valeurs[] = {
+        {"1000000*1000000", 1e12}, {"0.1+0.2", 0.3}, {"3.14159265358979", 3.14159265358979},
+        {"1E3", 1000}, {"--1", 1}, {"2^3^2", 64}, {"-2^2", -4}};
+    for (const auto& [expr, v] : valeurs) {
+        Etat e;
+        QString t = expr;
+        EXPECT_EQ(EvalExpr(e, t).value(), v) << expr;
+    }
     Etat e;
-    EXPECT_THROW(Vrai(e, "2==2"), ErreurProvoquee);
+    QString t = "1+2", blanc = "   ";
+    EvalExpr(e, t);
+    EXPECT_EQ(t.toStdString(), "   3 "); // three blanks in front, one behind
+    EXPECT_FALSE(EvalExpr(e, blanc).has_value());
 }
 
-TEST(EvalExprEchec, TextLeftUnchangedOnFailure) {
+TEST(EvalExpr, OperatorOrder) {
+    Reecrit({// Powers from the left; a sign at the start or after an operator or "(" is the operand's.
+             {"2^3^2", "64"}, {"-2^2", "-4"}, {"3*-2^2", "12"}, {"(-2^2)", "4"}, {"2^-1", ".5"},
+             {"(2)^3", "8"}, {"(1+2)^2", "9"}, {"-(2)^2", "-4"}, {"2*-(1+2)^2", "-18"},
+             {"(SIN(30))^2", ".25"},
+             // Divisions before multiplications; 1/3 is rounded before the product.
+             {"8/2/2", "2"}, {"2*3/4", "1.5"}, {"3*1/3", ".9999999"},
+             {"1-2-3", "-4"}, {"2+3*4", "14"}, {"2*3+4", "10"}, {"-1.5+.5", "-1"},
+             {"1--1", "2"}, {"1+-1", "0"}, {"1-+1", "0"}, {"--1", "+1"}, {"1++2", "3"}, {"0*-1", "0"},
+             // MOD rounds its operands half to even, after the products.
+             {"7MOD3", "1"}, {"-7MOD3", "-1"}, {"7MOD-3", "1"}, {"7.5MOD2", "0"}, {"6.5MOD4", "2"},
+             {"7 mod 3+1", "2"}, {"2*7MOD4", "2"},
+             // Groups, the rightmost first.
+             {"(1+2)*(3+4)", "21"}, {"((1+2)*(3+(4-1)))/2", "9"}, {"-(5)", "-5"}, {"((2+3))*2", "10"}});
+}
+
+TEST(EvalExpr, FunctionsInDegrees) {
+    Reecrit({{"SIN(30)*40", "20"}, {"COS(60)", ".5"}, {"TAN(45)", "1"}, {"SIN(-90)", "-1"},
+             {"ASIN(2)", "90"}, {"ASIN(-1)", "-90"}, {"ASIN(.5)", "30"}, {"ACOS(-1)", "0"},
+             {"ACOS(2)", "0"}, {"ACOS(0)", "90"}, {"ACOS(.5)", "60"}, {"ATAN(-1)", "-45"},
+             {"SINH(1)", "1.175201"}, {"COSH(1)", "1.543081"}, {"LOG(1000)", "3"}, {"SQR(2)", "1.414214"},
+             {"ABS(3-5)", "2"}, {"SGN(-3)", "-1"}, {"SGN(0)", "0"}, {"SGN(.1)", "1"}, {"FIX(-2.5)", "-2"},
+             {"FIX(2.7)", "2"}, {"SQR(SQR(16))", "2"},
+             // RNDn rounds to n decimals, a half to the even neighbour.
+             {"RND2(1.005)", "1"}, {"RND3(3.14159)", "3.142"}, {"RND0(2.5)", "2"}, {"RND0(3.5)", "4"},
+             {"RND1(0.25)", ".2"}, {"RND0(-2.5)", "-2"},
+             // ARG(x,y): the angle of a point; the end of the text closes the group.
+             {"ARG(1,1)", "45"}, {"ARG(-1,0)", "180"}, {"ARG(-1,1)", "135"}, {"ARG(-1,-1)", "-135"},
+             {"ARG(0,-1)", "-90"}, {"ARG(0,0)", "90"}, {"ARG(1,0)", "0"}, {"ARG(1,1)*2", "90"},
+             {"ARG(2-1,1+0)", "45"}, {"ARG(1,1)+ARG(-1,0)", "225"}, {"ARG(1,1", "45"}});
+}
+
+TEST(EvalExpr, FailuresFailTheLineWithoutAMessage) {
+    for (const char* expr :
+         {"1,5", "1,5+1", "12abc", "abc", "2*A", "A*2", "1+", "*2", "5.*2", "()", "(1A)+2", "1+2)+3", "(1+2",
+          "1/0", "0/0", "5MOD0", "0^-1", "SQR(-1)", "LOG(0)", "LOG(-1)", "1E38*10", "3E38+3E38", "10^39",
+          "COSH(100)", "1E39+0", "(-8)^.5", "FOO(2)", "RND(2)", "ARG(1)",
+          // The power applies to the group before the function is met: "SIN900" remains.
+          "SIN(30)^2"})
+        EXPECT_TRUE(Echoue(expr)) << expr;
     Etat e;
     QString t = "1/0";
     EXPECT_THROW(EvalExpr(e, t), ErreurProvoquee);
     EXPECT_EQ(t.toStdString(), "1/0");
 }
 
-TEST(EvalExprEchec, PositionsAreSixteenBits) {
-    EXPECT_TRUE(Echoue(Repete("1+", 20000) + "1"));
+TEST(EvalExpr, FiftyParenthesesAtMostAndPositionsOfSixteenBits) {
+    EXPECT_EQ(T(QString("(").repeated(50) + "1" + QString(")").repeated(50)), "1");
+    EXPECT_TRUE(Echoue(QString("(").repeated(51) + "1" + QString(")").repeated(51)));
+    // Every "(" counts, nested or not.
+    EXPECT_EQ(T(QString("(1)+").repeated(49) + "(1)"), "50");
+    EXPECT_TRUE(Echoue(QString("(1)+").repeated(50) + "(1)"));
+    EXPECT_TRUE(Echoue(QString("1+").repeated(20000) + "1"));
 }
 
-// ---- The rewriting, step by step
-
-TEST(EvalExpr, EmptyTextIsZero) {
-    Etat e;
-    QString t;
-    EXPECT_EQ(EvalExpr(e, t), 0.0);
-    EXPECT_EQ(vb::Trim(t).toStdString(), "0");
-}
-
-TEST(EvalExpr, BlankTextHasNoValue) {
-    Etat e;
-    QString t = "   ";
-    EXPECT_FALSE(EvalExpr(e, t).has_value());
-}
-
-TEST(EvalExpr, PaddedWithThreeBlanksInFrontAndOneBehind) {
-    Etat e;
-    QString t = "1+2";
-    EvalExpr(e, t);
-    EXPECT_EQ(t.toStdString(), "   3 ");
-}
-
-TEST(EvalExpr, BlanksRemovedAndUpperCased) {
-    EXPECT_EQ(T(" 1 + 2 "), "3");
-    EXPECT_EQ(T("sin( 30 )"), ".5");
-}
-
-TEST(EvalExpr, SingleNumberKeepsAllItsDigits) {
-    EXPECT_EQ(T("3.14159265358979"), "3.14159265358979");
-    EXPECT_EQ(V("3.14159265358979"), 3.14159265358979);
-    EXPECT_EQ(T("12"), "12");
-    EXPECT_EQ(T("(3.14159265358979)"), "3.14159265358979");
-    // As soon as an operator applies, 7 digits remain.
-    EXPECT_EQ(T("3.14159265358979*1"), "3.141593");
-}
-
-TEST(EvalExpr, Signs) {
-    EXPECT_EQ(T("1--1"), "2");
-    EXPECT_EQ(T("1+-1"), "0");
-    EXPECT_EQ(T("1-+1"), "0");
-    EXPECT_EQ(T("--1"), "+1");
-    EXPECT_EQ(V("--1"), 1);
-    EXPECT_EQ(T("1++2"), "3");
-    EXPECT_EQ(T("0*-1"), "0");
-}
-
-TEST(EvalExpr, AdditionsFromTheLeft) {
-    EXPECT_EQ(T("1-2-3"), "-4");
-    EXPECT_EQ(T("2+3*4"), "14");
-    EXPECT_EQ(T("2*3+4"), "10");
-    EXPECT_EQ(T("-1.5+.5"), "-1");
-}
-
-TEST(EvalExpr, ExponentsInNumbers) {
-    EXPECT_EQ(T("1.5E+10*2"), "3E+10");
-    EXPECT_EQ(T("2*1E-5"), "2E-05");
-    EXPECT_EQ(T("1E-5*2"), "2E-05");
-    EXPECT_EQ(T("1E12+1E12"), "2E+12");
-    EXPECT_EQ(T("100000*100"), "1E+07");
-    EXPECT_EQ(T("2^-1"), ".5");
-}
-
-TEST(EvalExpr, Modulo) {
-    EXPECT_EQ(T("7MOD3"), "1");
-    EXPECT_EQ(T("-7MOD3"), "-1");
-    EXPECT_EQ(T("7MOD-3"), "1");
-    EXPECT_EQ(T("7.5MOD2"), "0"); // 7.5 rounds to 8
-    EXPECT_EQ(T("6.5MOD4"), "2"); // 6.5 rounds to 6
-    EXPECT_EQ(T("7 mod 3+1"), "2");
-    EXPECT_EQ(T("2*7MOD4"), "2"); // 14 MOD 4: the product goes first
-}
-
-TEST(EvalExpr, PowerOfAGroup) {
-    EXPECT_EQ(T("(2)^3"), "8");
-    EXPECT_EQ(T("(1+2)^2"), "9");
-    EXPECT_EQ(T("-(2)^2"), "-4");
-    EXPECT_EQ(T("2*-(1+2)^2"), "-18");
-}
-
-TEST(EvalExpr, PowerAfterAFunctionTakesTheGroupAlone) {
-    // Step 11 comes before step 12: SIN(30)^2 powers the group and leaves
-    // "SIN900", a letter where a number is expected.
-    EXPECT_TRUE(Echoue("SIN(30)^2"));
-    EXPECT_EQ(T("(SIN(30))^2"), ".25");
-}
-
-TEST(EvalExpr, ParenthesesRemoved) {
-    EXPECT_EQ(T("(5)"), "5");
-    EXPECT_EQ(T("-(5)"), "-5");
-    EXPECT_EQ(T("((2+3))*2"), "10");
-}
-
-TEST(EvalExpr, Trigonometry) {
-    EXPECT_EQ(T("SIN(30)"), ".5");
-    EXPECT_EQ(T("SIN(30)*40"), "20");
-    EXPECT_EQ(T("COS(60)"), ".5");
-    EXPECT_EQ(T("COS(0)"), "1");
-    EXPECT_EQ(T("TAN(45)"), "1");
-    EXPECT_EQ(T("SIN(-90)"), "-1");
-}
-
-TEST(EvalExpr, InverseTrigonometryInDegrees) {
-    EXPECT_EQ(T("ASIN(1)"), "90");
-    EXPECT_EQ(T("ASIN(2)"), "90");
-    EXPECT_EQ(T("ASIN(-1)"), "-90");
-    EXPECT_EQ(T("ASIN(.5)"), "30");
-    EXPECT_EQ(T("ACOS(1)"), "0");
-    EXPECT_EQ(T("ACOS(2)"), "0");
-    EXPECT_EQ(T("ACOS(0)"), "90");
-    EXPECT_EQ(T("ACOS(.5)"), "60");
-    EXPECT_EQ(T("ATAN(1)"), "45");
-    EXPECT_EQ(T("ATAN(-1)"), "-45");
-}
-
-TEST(EvalExpr, OtherFunctions) {
-    EXPECT_EQ(T("SINH(0)"), "0");
-    EXPECT_EQ(T("COSH(0)"), "1");
-    EXPECT_EQ(T("SINH(1)"), "1.175201");
-    EXPECT_EQ(T("COSH(1)"), "1.543081");
-    EXPECT_EQ(T("LOG(100)"), "2");
-    EXPECT_EQ(T("SQR(16)"), "4");
-    EXPECT_EQ(T("SQR(2)"), "1.414214");
-    EXPECT_EQ(T("ABS(-3)"), "3");
-    EXPECT_EQ(T("ABS(3-5)"), "2");
-    EXPECT_EQ(T("SGN(-3)"), "-1");
-    EXPECT_EQ(T("SGN(0)"), "0");
-    EXPECT_EQ(T("SGN(.1)"), "1");
-    EXPECT_EQ(T("FIX(-2.5)"), "-2");
-    EXPECT_EQ(T("FIX(2.7)"), "2");
-    EXPECT_EQ(T("SQR(SQR(16))"), "2");
-}
-
-TEST(EvalExpr, UnknownFunctionLeavesLetters) {
-    EXPECT_TRUE(Echoue("FOO(2)"));
-    EXPECT_TRUE(Echoue("RND(2)")); // RND needs its digit
-}
-
-TEST(EvalExpr, Arg) {
-    EXPECT_EQ(T("ARG(1,1)"), "45");
-    EXPECT_EQ(T("ARG(1,0)"), "0");
-    EXPECT_EQ(T("ARG(-1,0)"), "180");
-    EXPECT_EQ(T("ARG(-1,1)"), "135");
-    EXPECT_EQ(T("ARG(-1,-1)"), "-135");
-    EXPECT_EQ(T("ARG(0,-1)"), "-90");
-    EXPECT_EQ(T("ARG(0,1)"), "90");
-    EXPECT_EQ(T("ARG(0,0)"), "90");
-    EXPECT_EQ(T("ARG(1,1)*2"), "90");
-    EXPECT_EQ(T("ARG(2-1,1+0)"), "45");
-    EXPECT_EQ(T("ARG(1,1)+ARG(-1,0)"), "225");
-    EXPECT_EQ(T("ARG(1,1"), "45"); // closed by the end of the text
-    EXPECT_TRUE(Echoue("ARG(1)"));
-}
-
-TEST(EvalExpr, AleGivesAFractionAndSeedsWithNegatives) {
-    Etat e;
-    QString t = "ALE(1)";
-    const double v = EvalExpr(e, t).value();
-    EXPECT_GE(v, 0);
-    EXPECT_LT(v, 1);
-    EXPECT_FALSE(t.contains(u','));
-
-    Etat e1, e2;
-    QString a = "ALE(-3)", b = "ALE(-3)";
-    EvalExpr(e1, a);
-    EvalExpr(e2, b);
-    EXPECT_EQ(a, b);
-    QString c = "ALE(-3)";
-    EvalExpr(e1, c); // seeding again gives the same number again
-    EXPECT_EQ(a, c);
-}
-
-TEST(Rnd, SeededSequenceRepeats) {
-    Etat e1, e2;
-    const float a = Rnd(e1, -7);
-    const float b = Rnd(e1);
-    EXPECT_EQ(Rnd(e2, -7), a);
-    EXPECT_EQ(Rnd(e2), b);
-    for (int i = 0; i < 1000; ++i) {
-        const float r = Rnd(e1);
-        ASSERT_GE(r, 0.0f);
-        ASSERT_LT(r, 1.0f);
-    }
-}
-
-// ---- Vrai
-
-TEST(Vrai, EmptyIsFalse) {
-    EXPECT_FALSE(Vr(""));
-    EXPECT_FALSE(Vr("   "));
-}
-
-TEST(Vrai, NumberIsTrueWhenNotZero) {
-    EXPECT_TRUE(Vr("1"));
-    EXPECT_TRUE(Vr("-2"));
-    EXPECT_FALSE(Vr("0"));
-    EXPECT_FALSE(Vr("1-1"));
-}
-
-TEST(Vrai, Comparisons) {
-    EXPECT_TRUE(Vr("1<2"));
-    EXPECT_FALSE(Vr("2<1"));
-    EXPECT_TRUE(Vr("2<=2"));
-    EXPECT_TRUE(Vr("2=<2"));
-    EXPECT_TRUE(Vr("2=2"));
-    EXPECT_FALSE(Vr("2=3"));
-    EXPECT_TRUE(Vr("3>=2"));
-    EXPECT_TRUE(Vr("3=>3"));
-    EXPECT_TRUE(Vr("3>2"));
-    EXPECT_TRUE(Vr("1<>2"));
-    EXPECT_TRUE(Vr("1><2"));
-    EXPECT_FALSE(Vr("2<>2"));
-    EXPECT_TRUE(Vr("1+1=2"));
-    EXPECT_TRUE(Vr("0.1+0.2=0.3"));
-    EXPECT_TRUE(Vr("=0")); // the empty side counts as 0
-}
-
-TEST(Vrai, EnclosingParenthesesRemoved) {
-    EXPECT_TRUE(Vr("(1<2)"));
-    EXPECT_TRUE(Vr("(1)<(2)")); // not one pair around the whole text
-    EXPECT_TRUE(Vr("(1+1)*2=4"));
-}
-
-TEST(Vrai, LastComparisonSplits) {
-    Etat e;
-    EXPECT_THROW(Vrai(e, "1<2<3"), ErreurProvoquee); // left side "1<2" is no number
-}
-
-// ---- EvalTexte
-
-TEST(EvalTexte, NumberWithoutRelation) {
-    EXPECT_EQ(ET("1+1"), "2");
-    EXPECT_EQ(ET("0.1+0.2"), ".3");
-    EXPECT_EQ(ET("3.14159265358979"), "3.14159265358979");
-    EXPECT_EQ(ET("1E3"), "1000");
-    // The 64-bit value read from "1E+12", printed with 15 digits.
-    EXPECT_EQ(ET("1000000*1000000"), "1000000000000");
-    EXPECT_EQ(ET(""), "0");
-    EXPECT_EQ(ET("  "), "0"); // its copy without blanks is the empty text
-}
-
-TEST(EvalTexte, RelationGivesOneOrZero) {
-    EXPECT_EQ(ET("1<2"), "1");
-    EXPECT_EQ(ET("2 < 1"), "0");
-    EXPECT_EQ(ET("2*3 = 6"), "1");
-}
-
-TEST(EvalTexte, Logic) {
-    EXPECT_EQ(ET("1=1 AND 2=2"), "1");
-    EXPECT_EQ(ET("1=1 AND 2=3"), "0");
-    EXPECT_EQ(ET("1=2 OR 2=2"), "1");
-    EXPECT_EQ(ET("1=2 OR 2=3"), "0");
-    EXPECT_EQ(ET("1=1 XOR 2=2"), "0");
-    EXPECT_EQ(ET("1=1 XOR 1=2"), "1");
-    EXPECT_EQ(ET("1=2 XOR 1=1"), "1");
-    EXPECT_EQ(ET("1=2 XOR 1=3"), "0");
-    EXPECT_EQ(ET("3 > 2 and 1 < 2"), "1");
-}
-
-TEST(EvalTexte, NotBindsFirst) {
-    EXPECT_EQ(ET("NOT 1=2"), "1");
-    EXPECT_EQ(ET("NOT(1=1)"), "0");
-    EXPECT_EQ(ET("NOT 1=2 AND 1=1"), "1");
-    EXPECT_EQ(ET("NOT (1=1 AND 2=2)"), "0");
-    EXPECT_EQ(ET("NOT NOT 1=1"), "1");
-    EXPECT_EQ(ET("NOT 0"), "1");
-}
-
-TEST(EvalTexte, AndBeforeOrBeforeXor) {
-    EXPECT_EQ(ET("1=1 OR 1=2 AND 1=3"), "1");
-    EXPECT_EQ(ET("1=2 AND 1=3 OR 1=1"), "1");
-    EXPECT_EQ(ET("1=1 XOR 1=1 OR 1=2"), "0");
-}
-
-TEST(EvalTexte, ParenthesesGroupLogic) {
-    EXPECT_EQ(ET("(1=1 OR 1=2) AND 3=3"), "1");
-    EXPECT_EQ(ET("(1=2 OR 1=3) AND 3=3"), "0");
-    EXPECT_EQ(ET("3=3 AND (1=2 OR 1=1)"), "1");
-    EXPECT_EQ(ET("1=1 AND (1+1)=2"), "1");
-}
-
-TEST(EvalTexte, LogicResultIsANumberInAComparison) {
-    EXPECT_EQ(ET("(1=1 AND 2=2)=1"), "1");
-    EXPECT_EQ(ET("(1=1 AND 2=3)=1"), "0");
-}
-
-TEST(EvalTexte, CountingFormsFirst) {
-    EXPECT_EQ(ET("NBP(1,2,(3,4))"), "4");
-    EXPECT_EQ(ET("INS(\"abc\",\"B\")=2"), "1");
-    EXPECT_EQ(ET("nbp (a,b)+1"), "3"); // met again without blanks, in upper case
-}
-
-// ---- Prefixe
-
-TEST(Prefixe, ScalesByTheFirstLimitReached) {
-    QString l;
-    EXPECT_EQ(Prefixe(1.5e9f, l), 1.5f);
-    EXPECT_EQ(l.toStdString(), "G");
-    EXPECT_EQ(Prefixe(2000, l), 2.0f);
-    EXPECT_EQ(l.toStdString(), "k");
-    EXPECT_EQ(Prefixe(1000, l), 1.0f);
-    EXPECT_EQ(l.toStdString(), "k");
-    EXPECT_EQ(Prefixe(999, l), 999.0f);
-    EXPECT_EQ(l.toStdString(), "");
-    EXPECT_EQ(Prefixe(1, l), 1.0f);
-    EXPECT_EQ(l.toStdString(), "");
-    EXPECT_EQ(Prefixe(0.5f, l), 500.0f);
-    EXPECT_EQ(l.toStdString(), "m");
-    EXPECT_EQ(Prefixe(1e-6f, l), 1.0f);
-    EXPECT_EQ(l, QStringLiteral("µ"));
-    EXPECT_EQ(Prefixe(4.7e-9f, l), 4.7f);
-    EXPECT_EQ(l.toStdString(), "n");
-    EXPECT_EQ(Prefixe(1e18f, l), 1.0f);
-    EXPECT_EQ(l.toStdString(), "E");
-    EXPECT_EQ(Prefixe(3e15f, l), 3.0f);
-    EXPECT_EQ(l.toStdString(), "P");
-    EXPECT_FLOAT_EQ(Prefixe(2.2e-12f, l), 2.2f);
-    EXPECT_EQ(l.toStdString(), "p");
-    EXPECT_FLOAT_EQ(Prefixe(1e-15f, l), 1.0f);
-    EXPECT_EQ(l.toStdString(), "f");
-    EXPECT_FLOAT_EQ(Prefixe(1e-18f, l), 1.0f);
-    EXPECT_EQ(l.toStdString(), "a");
-}
-
-TEST(Prefixe, BelowAllLimitsOrNegativeUnchanged) {
-    QString l = "x";
-    EXPECT_EQ(Prefixe(5e-19f, l), 5e-19f);
-    EXPECT_EQ(l.toStdString(), "");
-    EXPECT_EQ(Prefixe(-2000, l), -2000.0f);
-    EXPECT_EQ(l.toStdString(), "");
-    EXPECT_EQ(Prefixe(0, l), 0.0f);
-    EXPECT_EQ(l.toStdString(), "");
-}
-
-// Part 1.4: a comma is no decimal point; in a command it ends the parameter.
 TEST(EvalExpr, CommaEndsTheParameterInACommand) {
-    // "1,5" is two parameters, not one and a half.
     auto s = Lance("CT = 1,5\n%A == 1,5\n");
     EXPECT_MM(s->etat.Repere.CTx, 1);
     EXPECT_MM(s->etat.Repere.CTy, 5);
-    // The whole rest of a "==" line is one expression: there the comma fails the
-    // evaluator, which leaves no text of its own in the box.
+    // The whole rest of a "==" line is one expression, which the comma fails.
     ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(
-        QStringLiteral("Erreur dans la ligne : 2: %A == 1,5\r\n\r\n%iRec\t= 1\t")))
+    EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur dans la ligne : 2: %A == 1,5\r\n\r\n%iRec\t= 1\t"))
         << Messages(*s)[0].toStdString();
+}
+
+TEST(EvalExpr, AleDrawsAFractionAndANegativeArgumentSeeds) {
+    Etat e, e2;
+    QString t = "ALE(1)", a = "ALE(-3)", b = "ALE(-3)", c = "ALE(-3)";
+    const double v = EvalExpr(e, t).value();
+    EXPECT_TRUE(v >= 0 && v < 1) << v;
+    EvalExpr(e, a);
+    EvalExpr(e2, b);
+    EvalExpr(e, c);
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(a, c);
+    const float r = Rnd(e, -7), r2 = Rnd(e);
+    EXPECT_EQ(Rnd(e2, -7), r);
+    EXPECT_EQ(Rnd(e2), r2);
+    for (int i = 0; i < 1000; ++i) {
+        const float x = Rnd(e);
+        ASSERT_TRUE(x >= 0 && x < 1) << x;
+    }
+}
+
+TEST(Vrai, ConditionsAndComparisons) {
+    const std::pair<const char*, bool> cas[] = {
+        {"", false}, {"   ", false}, {"-2", true}, {"0", false}, {"1-1", false}, {"2<1", false},
+        {"2<=2", true}, {"2=<2", true}, {"2=3", false}, {"3>=2", true}, {"3=>3", true}, {"3>2", true},
+        {"1<>2", true}, {"1><2", true}, {"2<>2", false}, {"1+1=2", true}, {"0.1+0.2=0.3", true},
+        {"=0", true}, {"(1<2)", true}, {"(1)<(2)", true}, {"(1+1)*2=4", true}};
+    for (const auto& [texte, vrai] : cas) {
+        Etat e;
+        EXPECT_EQ(Vrai(e, texte), vrai) << texte;
+    }
+    // The last comparison splits: "1<2" is no number; a doubled character fails.
+    for (const char* texte : {"1<2<3", "2==2"})
+        EXPECT_TRUE(EchoueAvec([&](Etat& e) { Vrai(e, texte); })) << texte;
+}
+
+TEST(EvalTexte, RelationsAndLogicGiveOneOrZero) {
+    const std::pair<const char*, const char*> cas[] = {
+        // Without relation, the number with 15 digits.
+        {"0.1+0.2", ".3"}, {"3.14159265358979", "3.14159265358979"}, {"1E3", "1000"},
+        {"1000000*1000000", "1000000000000"}, {"", "0"}, {"  ", "0"},
+        {"1<2", "1"}, {"2 < 1", "0"}, {"2*3 = 6", "1"},
+        {"1=1 AND 2=3", "0"}, {"1=2 OR 2=2", "1"}, {"1=2 OR 2=3", "0"}, {"1=1 XOR 2=2", "0"},
+        {"1=2 XOR 1=1", "1"}, {"1=2 XOR 1=3", "0"}, {"3 > 2 and 1 < 2", "1"},
+        // NOT binds first, then AND, OR, XOR.
+        {"NOT 1=2", "1"}, {"NOT(1=1)", "0"}, {"NOT 1=2 AND 1=1", "1"}, {"NOT (1=1 AND 2=2)", "0"},
+        {"NOT NOT 1=1", "1"}, {"NOT 0", "1"}, {"1=1 OR 1=2 AND 1=3", "1"}, {"1=2 AND 1=3 OR 1=1", "1"},
+        {"1=1 XOR 1=1 OR 1=2", "0"}, {"(1=2 OR 1=3) AND 3=3", "0"}, {"3=3 AND (1=2 OR 1=1)", "1"},
+        {"1=1 AND (1+1)=2", "1"}, {"(1=1 AND 2=2)=1", "1"}, {"(1=1 AND 2=3)=1", "0"},
+        // The counting forms first, met again without blanks and in upper case.
+        {"NBP(1,2,(3,4))", "4"}, {"INS(\"abc\",\"B\")=2", "1"}, {"nbp (a,b)+1", "3"}};
+    for (const auto& [texte, attendu] : cas) EXPECT_EQ(ET(texte), attendu) << texte;
+    for (const char* texte : {"NOT(1=1", "1==1", "1<<2", "1>>2"})
+        EXPECT_TRUE(EchoueAvec([&](Etat& e) { EvalTexte(e, texte); })) << texte;
+}
+
+TEST(Prefixe, ScalesByTheFirstLimitReached) {
+    const std::tuple<float, float, const char*> cas[] = {
+        {1e18f, 1, "E"}, {3e15f, 3, "P"}, {1.5e9f, 1.5f, "G"}, {2000, 2, "k"}, {1000, 1, "k"},
+        {999, 999, ""}, {1, 1, ""}, {0.5f, 500, "m"}, {1e-6f, 1, "µ"}, {4.7e-9f, 4.7f, "n"},
+        {2.2e-12f, 2.2f, "p"}, {1e-15f, 1, "f"}, {1e-18f, 1, "a"},
+        // Below every limit, negative or zero: unchanged, no letter.
+        {5e-19f, 5e-19f, ""}, {-2000, -2000, ""}, {0, 0, ""}};
+    for (const auto& [v, attendu, lettre] : cas) {
+        QString l = "x";
+        EXPECT_FLOAT_EQ(Prefixe(v, l), attendu) << v;
+        EXPECT_EQ(l, QString::fromUtf8(lettre)) << v;
+    }
 }

@@ -1,14 +1,11 @@
-// Seeded random programs through the whole interpreter: lines of flow,
-// assignments, conditions and origin commands. Only boxes may come out of a
-// run: no crash, no hang (a host stops endless Goto loops), no exception.
+// Seeded random programs through the whole interpreter: only boxes may come out
+// of a run; no crash, no exception, no hang (the host stops endless loops).
 #include "outils.h"
 
 #include <random>
 
-namespace {
-
-const QStringList& Lignes() {
-    static const QStringList l = {
+TEST(FuzzProgrammes, OnlyBoxesComeOutOfARun) {
+    static const QStringList lignes = {
         "%A = 1", "%A == %A+1", "%B =< %A", "%C = \"x\"", "%A =< %A", "%L = 1,2,3", "%N == NBP(%L)",
         "If %A > 2 Then", "If %A < 5 Goto E1", "If %A = 1 Then CT = 1, 1", "IfT %C = x Then",
         "ElseIf %A = 3 Then", "Else", "EndIf", "E1:", "E2:", "Goto E1", "Goto E2", "Goto 3", "Goto Nulle",
@@ -16,30 +13,22 @@ const QStringList& Lignes() {
         "Separateur = ;", "Separateur", "EpaisT = 2mm§C§1§2", "Couleur = ROUGE", "? = %X, %Y", "?",
         "RefCur = 1, 2", "NPage", "Options#$ = MaxIf,4,,OptMaxIf", "%T = LEF2(\"abc\")", "%U = #1+#",
         "If (1 AND 0) OR NOT 1 Then", "If 1 == 1 Then", "If Then", "_", "CT = 1, _", "' comment",
-        "Inconnu = 1", "Facteur = 2", "%A(", "%IRE$#0z = 4", "ListeVar = v", "Input = x?§3, %I",
+        "Inconnu = 1", "Facteur = 2", "%A(", "%IRE$#0z = 4", "ListeVar = v", "Input = x?§3, %I"};
+    struct HoteBorne : HoteMemoire {
+        Etat* e = nullptr;
+        int pompes = 0;
+        using HoteMemoire::HoteMemoire;
+        void PompeEvenements() override {
+            if (++pompes > 2000) e->ArretDemande = true;
+        }
     };
-    return l;
-}
-
-struct HoteBorne : HoteMemoire {
-    Etat* e = nullptr;
-    int pompes = 0;
-    using HoteMemoire::HoteMemoire;
-    void PompeEvenements() override {
-        if (e && ++pompes > 2000) e->ArretDemande = true;
-    }
-};
-
-} // namespace
-
-TEST(FuzzProgrammes, OnlyBoxesComeOutOfARun) {
     std::mt19937 g(7u);
-    std::uniform_int_distribution<int> nombre(1, 25), choix(0, int(Lignes().size()) - 1);
+    std::uniform_int_distribution<int> nombre(1, 25), choix(0, int(lignes.size()) - 1);
     for (int tour = 0; tour < 400; ++tour) {
         QString p;
-        for (int n = nombre(g); n > 0; --n) p += Lignes()[choix(g)] + QStringLiteral("\r\n");
-        Session s(p);
+        for (int n = nombre(g); n > 0; --n) p += lignes[choix(g)] + "\r\n";
         HoteBorne h(p);
+        Session s(p);
         h.e = &s.etat;
         s.etat.Host = &h;
         EXPECT_NO_THROW(s.Execute()) << p.toStdString();

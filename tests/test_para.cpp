@@ -1,4 +1,4 @@
-// Part 1.2: source preparation and the parameter readers.
+// Parameter readers, labels, the separators and the keyword aliases.
 #include "language/para.h"
 #include "outils.h"
 
@@ -12,87 +12,47 @@ struct Para : ::testing::Test {
 
 } // namespace
 
-TEST_F(Para, ParaValDropsTwoTrailingCharacters) {
-    EXPECT_EQ(ParaVal(e, "12mm", 1).value(), 12);
-    EXPECT_EQ(ParaVal(e, "3R", 1).value(), 3);
-    EXPECT_EQ(ParaVal(e, "7§R", 1).value(), 7);
-    EXPECT_FALSE(ParaVal(e, "§R", 1).has_value());
-    EXPECT_FALSE(ParaVal(e, "1,,3", 2).has_value());
-    EXPECT_FALSE(ParaVal(e, "1", 2).has_value());
-    EXPECT_EQ(ParaVal(e, " 4 ,5", 1).value(), 4);
-}
-
-TEST_F(Para, ParaValKeepsThePartBeforeADoubledSecondSeparator) {
-    EXPECT_EQ(ParaVal(e, "5§§9", 1).value(), 5);
-}
-
-TEST_F(Para, ParaNNegativeReadsToTheEnd) {
-    int n = -1;
+TEST_F(Para, ReadersSplitOnTheSeparators) {
+    // ParaVal drops up to two trailing unit characters ("mm", "R", "§R").
+    const std::tuple<const char*, int, std::optional<double>> cas[] = {
+        {"12mm", 1, 12}, {"3R", 1, 3}, {"7§R", 1, 7}, {"§R", 1, {}}, {"1,,3", 2, {}}, {"1", 2, {}},
+        {" 4 ,5", 1, 4}, {"5§§9", 1, 5}};
+    for (const auto& [texte, n, v] : cas) EXPECT_EQ(ParaVal(e, texte, n), v) << texte;
+    int n = -1; // a negative number reads to the end, and is turned positive
     EXPECT_EQ(ParaN(e, "a,b", n), QStringLiteral("a,b"));
-    EXPECT_EQ(n, 1); // turned positive in the caller's variable
+    EXPECT_EQ(n, 1);
     n = -2;
     EXPECT_EQ(ParaN(e, "a,b", n), QStringLiteral("b"));
-    EXPECT_EQ(ParaN(e, "a,b,c", 2), QStringLiteral("b"));
     EXPECT_EQ(ParaN(e, "a,b", 3), QString());
     EXPECT_EQ(ParaN(e, " a , b", 2), QStringLiteral(" b")); // not trimmed
-}
-
-TEST_F(Para, NbParaCountsSeparators) {
-    EXPECT_EQ(NbPara(e, ""), 0);
-    EXPECT_EQ(NbPara(e, "   "), 0);
-    EXPECT_EQ(NbPara(e, " ) "), 0);
-    EXPECT_EQ(NbPara(e, "a,"), 2);
-    EXPECT_EQ(NbPara(e, "a,b,c"), 3);
+    for (const auto& [texte, nb] : {std::pair{"", 0}, {"   ", 0}, {" ) ", 0}, {"a,", 2}, {"a,b,c", 3}})
+        EXPECT_EQ(NbPara(e, texte), nb) << texte;
     EXPECT_EQ(NbSousPara(e, "a§b"), 2);
-}
-
-TEST_F(Para, SautePara) {
-    QString t = "a,b,c";
+    QString t = "a,b,c", u = "a,b";
     SautePara(e, t, 2);
-    EXPECT_EQ(t, QStringLiteral("c"));
-    t = "a,b";
-    SautePara(e, t, 3);
-    EXPECT_EQ(t, QString());
-}
-
-TEST_F(Para, SousParaSplitsOnTheSecondSeparatorOrAGivenOne) {
+    SautePara(e, u, 3);
+    EXPECT_EQ(t + u, QStringLiteral("c"));
     EXPECT_EQ(SousPara(e, "1§2§3", 2), QStringLiteral("2"));
     EXPECT_EQ(SousPara(e, "a--b--c", 3, "--"), QStringLiteral("c"));
+    EXPECT_THROW(ParaVal(e, "%Nope", 1), ErreurProvoquee);
+    EXPECT_EQ(e.TexteErreur, QStringLiteral("%Nope : non initialisée / not initialized / nicht initialisiert\r\n\r\n"));
 }
 
 TEST_F(Para, ParaCoordCartesianRelativeAndPolar) {
+    // From the reference point (5, 7).
+    const std::tuple<const char*, double, double> cas[] = {
+        {"10, 20", 10, 20}, {"10R, 20R", 15, 27}, {"10§R, 2", 15, 2}, {"90°, 10", 5, 17}, {", ", 5, 7},
+        {"3, §45", 3, 7}}; // a y beginning with the second separator is no value
+    for (const auto& [texte, x0, y0] : cas) {
+        double x = 0, y = 0;
+        ParaCoord(e, x, y, texte, 1, 5, 7);
+        EXPECT_MM(x, x0) << texte;
+        EXPECT_MM(y, y0) << texte;
+    }
     double x = 0, y = 0;
-    ParaCoord(e, x, y, "10, 20", 1, 5, 7);
-    EXPECT_MM(x, 10);
-    EXPECT_MM(y, 20);
-    ParaCoord(e, x, y, "10R, 20R", 1, 5, 7);
-    EXPECT_MM(x, 15);
-    EXPECT_MM(y, 27);
-    ParaCoord(e, x, y, "10§R, 2", 1, 5, 7);
-    EXPECT_MM(x, 15);
-    EXPECT_MM(y, 2);
-    ParaCoord(e, x, y, "90°, 10", 1, 5, 7);
-    EXPECT_MM(x, 5);
-    EXPECT_MM(y, 17);
-    ParaCoord(e, x, y, ", ", 1, 5, 7);
-    EXPECT_MM(x, 5);
-    EXPECT_MM(y, 7);
-    ParaCoord(e, x, y, "3, §45", 1, 5, 7); // y beginning with the second separator
-    EXPECT_MM(x, 3);
-    EXPECT_MM(y, 7);
-}
-
-TEST_F(Para, ParaCoordRefusesBadPolarForms) {
-    double x = 0, y = 0;
-    EXPECT_THROW(ParaCoord(e, x, y, "90°, ", 1, 0, 0), ErreurProvoquee);
-    EXPECT_THROW(ParaCoord(e, x, y, "90°R, 3", 1, 0, 0), ErreurProvoquee);
-    EXPECT_THROW(ParaCoord(e, x, y, "90°, 3R", 1, 0, 0), ErreurProvoquee);
-    EXPECT_THROW(ParaCoord(e, x, y, "1, 3°", 1, 0, 0), ErreurProvoquee);
-    EXPECT_THROW(ParaCoord(e, x, y, "1°2, 3", 1, 0, 0), ErreurProvoquee);
-}
-
-TEST_F(Para, ParaCoordAppliesTheTraitFactors) {
-    double x = 0, y = 0;
+    for (const char* texte : {"90°, ", "90°R, 3", "90°, 3R", "1, 3°", "1°2, 3"})
+        EXPECT_THROW(ParaCoord(e, x, y, texte, 1, 0, 0), ErreurProvoquee) << texte;
+    // The factors of the stroke apply to the relative form and to the absolute one.
     e.Repere.FacteurTraitX = 2;
     e.Repere.FacteurTraitY = 3;
     ParaCoord(e, x, y, "10R, 20", 1, 1, 1);
@@ -100,66 +60,39 @@ TEST_F(Para, ParaCoordAppliesTheTraitFactors) {
     EXPECT_MM(y, 60);
 }
 
-TEST_F(Para, UndefinedVariableInParaValFails) {
-    EXPECT_THROW(ParaVal(e, "%Nope", 1), ErreurProvoquee);
-    EXPECT_EQ(e.TexteErreur, QStringLiteral("%Nope : non initialisée / not initialized / nicht initialisiert\r\n\r\n"));
-}
-
-TEST(Etiquettes, LabelWithAColonInItsCommentIsOneLabel) {
-    auto s = Lance("E1: ' note: here\nE2: ' a=b\nCT = 1, 1\n");
+TEST(Etiquettes, ScanOfTheLabels) {
+    // A colon in the comment doesn't make a second label; continuations are joined.
+    auto s = Lance("E1: ' note: here\nE2: ' a=b\nCT = 1, _\n  2\nLa:\n");
     const auto& t = s->etat.Etiquettes[1];
-    ASSERT_EQ(t.size(), 1);
+    ASSERT_EQ(t.size(), 2);
     EXPECT_EQ(t[0].Nom, QStringLiteral("E1"));
     EXPECT_EQ(t[0].Ligne, 1);
     EXPECT_EQ(t[0].Position, 1);
-}
-
-TEST(Etiquettes, DuplicateLabelFailsBeforeAnythingIsDrawn) {
-    auto s = Lance("CT = 1, 1\nFin:\nCT = 2, 2\nfin:\n");
+    EXPECT_EQ(t[1].Ligne, 5);
+    // A duplicate label fails at the entry of the level, before anything is drawn.
+    s = Lance("CT = 1, 1\nFin:\nCT = 2, 2\nfin:\n");
     ASSERT_EQ(s->hote.Messages().size(), 1);
     EXPECT_TRUE(Lignes(*s).isEmpty());
-    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 4: fin:")))
+    EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur dans la ligne : 4: fin:\r\n\r\n%iRec\t= 1"))
         << Messages(*s)[0].toStdString();
 }
 
-TEST(Etiquettes, ContinuationsAreJoinedForTheScan) {
-    auto s = Lance("CT = 1, _\n  2\nLa:\n");
-    ASSERT_EQ(s->etat.Etiquettes[1].size(), 1);
-    EXPECT_EQ(s->etat.Etiquettes[1][0].Ligne, 3);
-}
-
-TEST(SeparateurCmd, SemicolonUntilTheLevelEnds) {
+TEST(SeparateurCmd, ChangesTheSeparatorsUntilTheLevelEnds) {
     auto s = Lance("Separateur = ;\nCT = 4; 6\n");
     EXPECT_TRUE(s->hote.Messages().isEmpty());
     EXPECT_MM(s->etat.Repere.CTx, 4);
     EXPECT_MM(s->etat.Repere.CTy, 6);
     EXPECT_EQ(s->etat.PileFic[1].Separateur1, QStringLiteral(";"));
-    // The next run (or level) starts again with ",".
-    s->Execute();
-    EXPECT_EQ(s->etat.Separateur1, QStringLiteral(";"));
-    auto t = Lance("CT = 4, 6\n");
-    EXPECT_EQ(t->etat.Separateur1, QStringLiteral(","));
-}
-
-TEST(SeparateurCmd, SecondSeparatorIsTakenFirstAndEmptyFirstIsComma) {
-    auto s = Lance("Separateur = , |\nCT = 4, 6|30\n");
+    EXPECT_EQ(Lance("CT = 4, 6\n")->etat.Separateur1, QStringLiteral(",")); // a new run starts again
+    // The second separator is taken first; an empty first one is the comma.
+    s = Lance("Separateur = , |\nCT = 4, 6|30\n");
     EXPECT_EQ(s->etat.Separateur2, QStringLiteral("|"));
     EXPECT_EQ(s->etat.Separateur1, QStringLiteral(","));
 }
 
-TEST(MotsCles, CanonicalListAndAliases) {
+TEST(MotsCles, EditorAliases) {
     EXPECT_TRUE(MotsCanoniques().contains(QStringLiteral("Bezier_aGr")));
-    EXPECT_EQ(MotsCanoniques().size(), 89);
-    EXPECT_EQ(AliasEditeur("SI"), QStringLiteral("If"));
-    EXPECT_EQ(AliasEditeur("SIT"), QStringLiteral("IfT"));
-    EXPECT_EQ(AliasEditeur("ROTANG"), QStringLiteral("AngRot"));
-    EXPECT_EQ(AliasEditeur("SINON"), QStringLiteral("Else")); // over four letters: "ElseN"
-}
-
-// Part 1.2: a duplicate label fails at level entry, with no text of its own.
-TEST(Etiquettes, DuplicateLabelFailsWithTheLineOnly) {
-    auto s = Lance("fin:\nCT = 1, 1\nfin:\n");
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans la ligne : 3: fin:\r\n\r\n%iRec\t= 1")))
-        << Messages(*s)[0].toStdString();
+    const std::pair<const char*, const char*> cas[] = {
+        {"SI", "If"}, {"SIT", "IfT"}, {"ROTANG", "AngRot"}, {"SINON", "Else"}}; // not "ElseN"
+    for (const auto& [alias, mot] : cas) EXPECT_EQ(AliasEditeur(alias), QString(mot)) << alias;
 }

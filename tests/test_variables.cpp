@@ -1,4 +1,4 @@
-// Part 1.3: variables and substitution.
+// Variables: assignment, lookup and substitution.
 #include "language/variables.h"
 #include "outils.h"
 
@@ -11,71 +11,62 @@ struct Vars : ::testing::Test {
         e.NiveauCourant = 1;
         e.PileFic[1].MaxVar = 33;
     }
-    void Pose(int niveau, const QString& nom, const QString& valeur) { EcritVarTxt(e, niveau, nom, valeur); }
+    void Pose(const QString& nom, const QString& valeur) { EcritVarTxt(e, 1, nom, valeur); }
+    QString Remplace(const QString& texte) { // every name known
+        QString t = texte;
+        EXPECT_EQ(RemplaceVar(e, t), 0) << texte.toStdString();
+        return t;
+    }
 };
+
+// The first message starts with the failing line and no text of its own.
+void EchoueSurLaLigne(const Session& s, const QString& ligne) {
+    ASSERT_EQ(s.hote.Messages().size(), 1) << Messages(s).join("|").toStdString();
+    EXPECT_TRUE(Messages(s)[0].startsWith("Erreur dans la ligne : " + ligne + "\r\n\r\n%"))
+        << Messages(s)[0].toStdString();
+}
 
 } // namespace
 
-TEST(Variables, AssignmentWithEqualsKeepsTheText) {
-    auto s = Lance("%A = 1\n%A = %A+1\n");
-    EXPECT_EQ(Variable(*s, "%A"), QStringLiteral("1+1"));
+TEST(Variables, AssignmentForms) {
+    const std::tuple<const char*, const char*, const char*> cas[] = {
+        {"%A = 1\n%A = %A+1\n", "%A", "1+1"}, // "=" keeps the text
+        {"%A = 1\n%A == %A+1\n", "%A", "2"},  // "==" evaluates
+        {"%X = \" a \"\n", "%X", " a "},
+        {"%B = 5\n%A =< %B\n", "%A", "%B"}, // "=<" stores the characters
+        {"%T = l\"'\"an ' comment\n", "%T", "l'an"},
+        {"%Rayon = 10\n%RAYON = 12\n", "%rayon", "12"},
+        {"%ClipBoard = bonjour\n%X = CLIPBOARD\n", "%X", "bonjour"}};
+    for (const auto& [programme, nom, valeur] : cas) {
+        auto s = Lance(programme);
+        EXPECT_TRUE(s->hote.Messages().isEmpty()) << programme;
+        EXPECT_EQ(Variable(*s, nom), QString::fromUtf8(valeur)) << programme;
+    }
+    auto s = Lance("%Rayon = 10\n%RAYON = 12\nCT = %rayon, 0\n%ClipBoard = bonjour\n");
+    EXPECT_EQ(s->etat.PileFic[1].NomVar[1], QStringLiteral("%Rayon")); // the first spelling stays
+    EXPECT_MM(s->etat.Repere.CTx, 12);
+    EXPECT_EQ(s->hote.PressePapier(), QStringLiteral("bonjour"));
 }
 
-TEST(Variables, DoubleEqualsEvaluates) {
-    auto s = Lance("%A = 1\n%A == %A+1\n");
-    EXPECT_EQ(Variable(*s, "%A"), QStringLiteral("2"));
-}
-
-TEST(Variables, QuotedValueKeepsItsBlanks) {
-    auto s = Lance("%X = \" a \"\n");
-    EXPECT_EQ(Variable(*s, "%X"), QStringLiteral(" a "));
-}
-
-TEST(Variables, LessThanStoresTheCharacters) {
-    auto s = Lance("%B = 5\n%A =< %B\n");
-    EXPECT_EQ(Variable(*s, "%A"), QStringLiteral("%B"));
-}
-
-TEST(Variables, ValueReferringToItselfFails) {
-    auto s = Lance("%A =< %A\nCT = %A, 1\n");
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    // No text of its own (Part 1.3): the listing of variables follows the line.
-    EXPECT_TRUE(Messages(*s)[0].startsWith(
-        QStringLiteral("Erreur dans la ligne : 2: CT = %A, 1\r\n\r\n%")))
-        << Messages(*s)[0].toStdString();
-}
-
-TEST(Variables, ThirtyFourthVariableOfAMainProgramFails) {
+TEST(Variables, SelfReferenceAndTooManyVariablesFailTheLine) {
+    EchoueSurLaLigne(*Lance("%A =< %A\nCT = %A, 1\n"), "2: CT = %A, 1");
     QString p;
     for (int i = 1; i <= 34; ++i) p += QStringLiteral("%V%1 = %1\n").arg(i);
     auto s = Lance(p);
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(
-        QStringLiteral("Erreur dans la ligne : 34: %V34 = 34\r\n\r\n%")))
-        << Messages(*s)[0].toStdString();
+    EchoueSurLaLigne(*s, "34: %V34 = 34");
     EXPECT_EQ(s->etat.PileFic[1].NbVar, 33);
-}
-
-TEST(Variables, OptionsRaisesMaxVarHeldAt64) {
-    QString p = QStringLiteral("Options#$ = Var,100,,OptMaxVar\n");
+    // Options raises the limit of a main program, held at 64.
+    p = QStringLiteral("Options#$ = Var,100,,OptMaxVar\n");
     for (int i = 1; i <= 64; ++i) p += QStringLiteral("%V%1 = %1\n").arg(i);
-    auto s = Lance(p);
+    s = Lance(p);
     EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
     EXPECT_EQ(s->etat.PileFic[1].MaxVar, 64);
-    auto t = Lance(p + QStringLiteral("%V65 = 1\n"));
-    ASSERT_EQ(t->hote.Messages().size(), 1);
-}
-
-TEST(Variables, NamesCompareInUpperCaseAndKeepTheirSpelling) {
-    auto s = Lance("%Rayon = 10\n%RAYON = 12\nCT = %rayon, 0\n");
-    EXPECT_EQ(s->etat.PileFic[1].NbVar, 3); // %Rayon, %CTx, %CTy
-    EXPECT_EQ(s->etat.PileFic[1].NomVar[1], QStringLiteral("%Rayon"));
-    EXPECT_MM(s->etat.Repere.CTx, 12);
+    EchoueSurLaLigne(*Lance(p + "%V65 = 1\n"), "66: %V65 = 1");
 }
 
 TEST_F(Vars, ChercheVarCutsTheNameAtItsTerminators) {
-    Pose(1, "%A", "3");
-    Pose(1, "%Long", "4");
+    Pose("%A", "3");
+    Pose("%Long", "4");
     EXPECT_EQ(ChercheVar(e, "%a+1", 1), 1);
     EXPECT_EQ(ChercheVar(e, " %LONG)", 1), 2);
     EXPECT_EQ(ChercheVar(e, "%AB", 1), 0);
@@ -83,96 +74,36 @@ TEST_F(Vars, ChercheVarCutsTheNameAtItsTerminators) {
     EXPECT_EQ(NomVar(" %Abc = 3"), QStringLiteral("%ABC"));
 }
 
-TEST_F(Vars, RemplaceVarSubstitutesAndRestartsInPlace) {
-    Pose(1, "%A", "%B*2");
-    Pose(1, "%B", "5");
-    QString t = "1+%A";
-    EXPECT_EQ(RemplaceVar(e, t), 0);
-    EXPECT_EQ(t, QStringLiteral("1+5*2"));
+TEST_F(Vars, RemplaceVarSubstitutes) {
+    for (const auto& [nom, valeur] : {std::pair{"%A", "5"}, {"%B", "%A*2"}, {"%L", "a,b,c"}, {"%S", "x§y§z"},
+                                      {"%I", "2"}, {"%P", "1--2--3"}, {"%N", "%X"}})
+        Pose(nom, QString::fromUtf8(valeur));
+    const std::pair<const char*, const char*> cas[] = {
+        {"1+%B", "1+5*2"}, // the value is substituted again in place
+        {"%A mm", "5mm"}, {"%A AND 1", "5 AND 1"}, // a blank after a name goes with it
+        {"100 % sur", "100 % sur"}, {"50%", "50%"},
+        // List items: by separator, by character, by the second separator or a given one.
+        {"%L(2)", "b"}, {"%L(#3)", "b"}, {"%L(#9)", ""}, {"%S(§3)", "z"}, {"%L(%I)", "b"},
+        {"%P(§\"--\"2)", "2"},
+        {"VAR(%N)", "%X"}, // the % of the value is not substituted again
+        {"%iRec", "1"}, {"%PI", "3.14159265358979"}, {"%CR", "\r"}, {"%Imp", "0"}, {"%EOF", "1"},
+        {"%Pol", "Times New Roman"}};
+    for (const auto& [texte, attendu] : cas) EXPECT_EQ(Remplace(texte), QString::fromUtf8(attendu)) << texte;
+    EXPECT_TRUE(Remplace("%Datex").endsWith('x')); // the predefined name's end isn't checked
+    Pose("%CR", "user");
+    EXPECT_EQ(Remplace("%CR"), QStringLiteral("user")); // a user variable comes first
+    QString inconnu = "%Inconnu+1";
+    EXPECT_NE(RemplaceVar(e, inconnu), 0);
+    EXPECT_EQ(inconnu, QStringLiteral("%Inconnu+1"));
 }
 
-TEST_F(Vars, RemplaceVarLeavesUnknownNamesAndSaysSo) {
-    QString t = "%Inconnu+1";
-    EXPECT_NE(RemplaceVar(e, t), 0);
-    EXPECT_EQ(t, QStringLiteral("%Inconnu+1"));
-    QString u = "100 % sur";
-    EXPECT_EQ(RemplaceVar(e, u), 0); // "% " is no variable
-    QString v = "50%";
-    EXPECT_EQ(RemplaceVar(e, v), 0);
-}
-
-TEST_F(Vars, BlankAfterANameIsTakenWithIt) {
-    Pose(1, "%A", "5");
-    QString t = "%A mm";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("5mm"));
-    QString u = "%A AND 1";
-    RemplaceVar(e, u);
-    EXPECT_EQ(u, QStringLiteral("5 AND 1"));
-}
-
-TEST_F(Vars, ListIndexForms) {
-    Pose(1, "%L", "a,b,c");
-    Pose(1, "%S", "x§y§z");
-    Pose(1, "%I", "2");
-    QString t = "%L(2)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("b"));
-    t = "%L(#3)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("b")); // the 3rd character of "a,b,c"
-    t = "%L(#9)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QString());
-    t = "%S(§3)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("z"));
-    t = "%L(%I)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("b"));
-    Pose(1, "%P", "1--2--3");
-    t = "%P(§\"--\"2)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("2"));
-    t = "%L(4)";
-    EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee);
-}
-
-TEST_F(Vars, VarFormsAreReplacedFromTheLast) {
-    Pose(1, "%N", "%X");
-    QString t = "VAR(%N)";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("%X")); // the % of the value is not substituted again
-}
-
-TEST_F(Vars, SubstitutionLongerThan4096Fails) {
-    Pose(1, "%A", QString(3000, u'x'));
-    QString t = "%A+%A";
-    EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee);
-}
-
-TEST_F(Vars, MutuallyReferringValuesFailInsteadOfLooping) {
-    Pose(1, "%A", "%B");
-    Pose(1, "%B", "%A");
-    QString t = "%A+1";
-    EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee);
-}
-
-TEST_F(Vars, PredefinedVariables) {
-    auto lit = [&](const char* n) {
-        QString t = QLatin1String(n);
-        RemplaceVar(e, t);
-        return t;
-    };
-    EXPECT_EQ(lit("%iRec"), QStringLiteral("1"));
-    EXPECT_EQ(lit("%PI"), QStringLiteral("3.14159265358979"));
-    EXPECT_EQ(lit("%CR"), QStringLiteral("\r"));
-    EXPECT_EQ(lit("%Imp"), QStringLiteral("0"));
-    EXPECT_EQ(lit("%EOF"), QStringLiteral("1"));
-    EXPECT_EQ(lit("%Pol"), QStringLiteral("Times New Roman"));
-    EXPECT_EQ(lit("%Datex").right(1), QStringLiteral("x")); // no check of the name's end
-    Pose(1, "%CR", "user");
-    EXPECT_EQ(lit("%CR"), QStringLiteral("user")); // a user variable comes first
+TEST_F(Vars, RemplaceVarFailures) {
+    Pose("%L", "a,b,c");
+    Pose("%Long", QString(3000, u'x'));
+    Pose("%C", "%D");
+    Pose("%D", "%C");
+    // Out of the list, over 4096 characters, and values referring to each other.
+    for (QString t : {"%L(4)", "%Long+%Long", "%C+1"}) EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee) << t.toStdString();
 }
 
 TEST_F(Vars, SharedLevelThroughTheMarker) {
@@ -181,58 +112,35 @@ TEST_F(Vars, SharedLevelThroughTheMarker) {
     EXPECT_EQ(e.PileFic[0].NbVar, 1);
     EXPECT_EQ(e.PileFic[2].NbVar, 0);
     e.NiveauCourant = 3;
-    QString t = "%IRE$#0x+1";
-    RemplaceVar(e, t);
-    EXPECT_EQ(t, QStringLiteral("5+1"));
-    QString u = "2+%IRE$#0nope";
-    RemplaceVar(e, u);
-    EXPECT_EQ(u, QStringLiteral("2")); // the name and its letters go, then a final "+"
-}
-
-TEST(Variables, CallerLevelMarkerDoesNothingAtLevel1) {
+    EXPECT_EQ(Remplace("%IRE$#0x+1"), QStringLiteral("5+1"));
+    EXPECT_EQ(Remplace("2+%IRE$#0nope"), QStringLiteral("2")); // the name and a final "+" go
+    // The caller's level marker does nothing at level 1.
     auto s = Lance("%IRE$-1x = 5\n");
     EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_EQ(s->etat.PileFic[1].NbVar, 0);
-    EXPECT_EQ(s->etat.PileFic[0].NbVar, 0);
+    EXPECT_EQ(s->etat.PileFic[1].NbVar + s->etat.PileFic[0].NbVar, 0);
 }
 
-TEST(Variables, ClipboardBothWays) {
-    auto s = Lance("%ClipBoard = bonjour\n%X = CLIPBOARD\n");
-    EXPECT_EQ(s->hote.PressePapier(), QStringLiteral("bonjour"));
-    EXPECT_EQ(Variable(*s, "%X"), QStringLiteral("bonjour"));
-}
-
-TEST(Variables, CommentInAnAssignmentKeepsQuotedApostrophes) {
-    auto s = Lance("%T = l\"'\"an ' comment\n");
-    EXPECT_EQ(Variable(*s, "%T"), QStringLiteral("l'an"));
-}
-
-TEST(Variables, SkippedAssignmentAndStopArg) {
-    Session s(QString{});
-    Etat& e = s.etat;
+TEST_F(Vars, SkippedAssignmentAndStopArg) {
     e.NiveauCourant = 2;
     EcritVarTxt(e, 2, "%P", "caller");
     e.PileFic[2].SauteVar[1] = 1;
-    e.LigneCourante = QStringLiteral(" default");
-    e.PileFic[2].Mot = QStringLiteral("%P");
-    e.NomAffecte = QStringLiteral("%P");
+    e.LigneCourante = " default";
+    e.PileFic[2].Mot = e.NomAffecte = "%P";
     Affectation(e);
     EXPECT_EQ(e.PileFic[2].ValVar[1], QStringLiteral("caller")); // the first assignment is skipped
     Affectation(e);
     EXPECT_EQ(e.PileFic[2].ValVar[1], QStringLiteral("default")); // not the second
     e.PileFic[2].SauteVar[1] = 1;
     CmdStopArg(e);
-    e.LigneCourante = QStringLiteral(" again");
+    e.LigneCourante = " again";
     Affectation(e);
     EXPECT_EQ(e.PileFic[2].ValVar[1], QStringLiteral("again"));
 }
 
 TEST(Variables, ListeVarsLayout) {
-    auto s = Lance("%A = 1\n");
-    const QString l = ListeVars(s->etat, 1);
-    EXPECT_TRUE(l.startsWith(QStringLiteral("%iRec\t= 1\t%Date\t= ")));
-    EXPECT_TRUE(l.contains(QStringLiteral("%Fil1\t= \t%EOF\t= 1\r\n")));
-    EXPECT_TRUE(l.contains(QStringLiteral("%EpT\t= ")));
-    EXPECT_TRUE(l.contains(QStringLiteral("%Coul\t= RVB 000 000 000\r\n")));
-    EXPECT_TRUE(l.endsWith(QStringLiteral("%AR0\t= 0\r\n%A\t= 1\r\n")));
+    const QString l = ListeVars(Lance("%A = 1\n")->etat, 1);
+    EXPECT_TRUE(l.startsWith("%iRec\t= 1\t%Date\t= ")) << l.toStdString();
+    for (const char* morceau : {"%Fil1\t= \t%EOF\t= 1\r\n", "%EpT\t= ", "%Coul\t= RVB 000 000 000\r\n"})
+        EXPECT_TRUE(l.contains(morceau)) << morceau;
+    EXPECT_TRUE(l.endsWith("%AR0\t= 0\r\n%A\t= 1\r\n")) << l.toStdString();
 }
