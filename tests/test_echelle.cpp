@@ -94,7 +94,7 @@ TEST(Echelle, ArcCircles) {
         // On a wide scale the centre stays within half the radius.
         {"Decal = -80\nArc = -30, 210, 100", {{0, -50, 86.60254, 0, 180}}},
         {"Decal = 80\nArc = -30, 210, 100", {{0, 50, 132.28756, 310.89339, 229.10661}}},
-        {"Decal = 10000\nArc = 60, 120, 100", {}},
+        {"Decal = 10000\nArc = 60, 120, 100", {}}, {"Decal = -25000\nArc = 60, 120, 100", {}},
     };
     for (const auto& c : cas) {
         SCOPED_TRACE(c.prog);
