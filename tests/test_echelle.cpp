@@ -1,326 +1,151 @@
-// Part 2.3: scale definition. Expected values are worked out here from the
-// spec's formulas (its constants included), not taken from the code.
+// Scale definition: arcs, straight scales, Decal, Exposant, Inversion.
 #include "outils.h"
 
 #include <cmath>
 
 namespace {
 
-constexpr double K = 0.017453293; // the spec's degrees to radians
-constexpr double PI = 3.14159265358979;
+constexpr double K = 0.017453293;
 
-// Needle point at deviation a (degrees) and radius r about (0, 0): deviation 0
-// points left, 90 up.
-QPointF Aiguille(double a, double r) { return {-r * std::cos(a * K), r * std::sin(a * K)}; }
+// Every line of the run, to 0.001 mm.
+void ExpectLignes(const Session& s, const QVector<QLineF>& attendu) {
+    const auto l = Lignes(s);
+    ASSERT_EQ(l.size(), attendu.size());
+    for (int i = 0; i < l.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_MM(l[i].x1, attendu[i].x1());
+        EXPECT_MM(l[i].y1, attendu[i].y1());
+        EXPECT_MM(l[i].x2, attendu[i].x2());
+        EXPECT_MM(l[i].y2, attendu[i].y2());
+    }
+}
 
-QVector<OpSurface> Cercles(const Session& s) { return Ops(s, OpSurface::Cercle); }
-
-bool Contient(const QStringList& l, const QString& t) {
-    for (const QString& m : l)
-        if (m.contains(t)) return true;
-    return false;
+// What the run drew: the journal without the clearing of the pane.
+int NbDessins(const Session& s) {
+    int n = 0;
+    for (const OpSurface& op : s.journal) n += op.genre != OpSurface::Effacement;
+    return n;
 }
 
 } // namespace
 
-// Arc = 0, 180, 50: a half circle over the top, left to right, with the zero
-// end replaced by 0.000001.
-TEST(Echelle, ArcDemiCercleParLeHaut) {
-    auto s = Lance("Arc = 0, 180, 50\nGrad1 = 0, 5, , , 100, 5");
-    EXPECT_EQ(s->etat.Ech.a1, 0.000001);
-    EXPECT_EQ(s->etat.Ech.a2, 180);
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 1);
-    EXPECT_MM(c[0].x1, 0);
-    EXPECT_MM(c[0].y1, 0);
-    EXPECT_MM(c[0].r, 50);
-    // RadMod(540 - 0.000001) = 18000 hundredths; RadMod(540 - 180) = 0.
-    ASSERT_TRUE(c[0].debut && c[0].fin);
-    EXPECT_NEAR(*c[0].debut, 0, 1e-12);
-    EXPECT_NEAR(*c[0].fin, 18000 * K / 100, 1e-12);
-    // Position 0 % is at the left, 100 % at the right.
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 2);
-    EXPECT_MM(l[0].x1, -50);
-    EXPECT_MM(l[0].y1, 0);
-    EXPECT_MM(l[1].x1, 50);
-    EXPECT_MM(l[1].y1, 0);
-    EXPECT_EQ(s->etat.EtatOrdre & 96, 96);
-}
-
-// Arc = 180, 0, 50 is drawn the same, but positions run from right to left.
-TEST(Echelle, ArcInverseMemeTraceSensContraire) {
-    auto s = Lance("Arc = 180, 0, 50\nGrad1 = 0, 5, , , 25, 5");
-    EXPECT_EQ(s->etat.Ech.a2, 0.000001);
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 1);
-    EXPECT_NEAR(*c[0].debut, 0, 1e-12);
-    EXPECT_NEAR(*c[0].fin, 18000 * K / 100, 1e-12);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 2);
-    EXPECT_MM(l[0].x1, 50);
-    EXPECT_MM(l[0].y1, 0);
-    // 25 % of 180 -> 0: deviation 135, up and to the right.
-    const QPointF p = Aiguille(180 - 0.25 * (180 - 0.000001), 50);
-    EXPECT_MM(l[1].x1, p.x());
-    EXPECT_MM(l[1].y1, p.y());
-}
-
-// Decal = -200 with Arc = 60, 120, 100: a flatter arc about a centre 200
-// below the needle's axis; "?" writes its Cercle into the line as a comment.
-TEST(Echelle, DecalMoins200ArcPlusPlatEtSonCercle) {
-    auto s = Lance("Decal = -200\nArc = 60, 120, 100, , ?");
-    const double D = 200, R = 100;
-    EXPECT_EQ(s->etat.Ech.D, D);
-    const double rp = std::sqrt(D * D + R * R - 2 * D * R * std::cos((60 + 90) * K));
-    // AngDebut: |a1| < 90, pi - q; AngFin by ArcSinus.
-    const double q = std::atan((D + R * std::sin(60 * K)) / (R * std::cos(60 * K)));
-    const double angDebut = PI - q;
-    const double v = D * std::sin(120 * K + PI / 2) / rp;
-    const double angFin = PI - 120 * K - std::atan(v / std::sqrt(1 - v * v));
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 1);
-    EXPECT_MM(c[0].x1, 0);
-    EXPECT_MM(c[0].y1, -200);
-    EXPECT_MM(c[0].r, rp);
-    EXPECT_NEAR(*c[0].debut, angFin, 1e-9);
-    EXPECT_NEAR(*c[0].fin, angDebut, 1e-9);
-    // Both ends lie on the needle's rays at 60 and 120.
-    const double xd = rp * std::cos(angDebut), yd = -200 + rp * std::sin(angDebut);
-    EXPECT_NEAR(std::atan2(yd, xd), PI - 60 * K, 1e-7);
-    const double xf = rp * std::cos(angFin), yf = -200 + rp * std::sin(angFin);
-    EXPECT_NEAR(std::atan2(yf, xf), PI - 120 * K, 1e-7);
-    // The flatter arc: its radius is far larger than the needle's.
-    EXPECT_GT(rp, 2.5 * R);
-    // The editor's line keeps the equivalent Cercle as a comment, numbers in
-    // the format "##0.##" (r with a blank before it).
-    auto f = [](double x) {
-        QString t = QString::number(std::abs(std::round(x * 100) / 100), 'f', 2);
-        while (t.endsWith(u'0')) t.chop(1);
-        return (x < 0 ? QStringLiteral("-") : QString()) + t;
+// The scale's own line and ticks at positions 0 to 100 % (or scale values).
+TEST(Echelle, ScaleLinesAndTicks) {
+    const QString g = QStringLiteral("\nArc = 0, 180, 50\nGrad1 = 50, 5");
+    const QVector<QLineF> dehors = {{0, 50, 0, 55}}, dedans = {{0, 50, 0, 45}};
+    const QVector<QLineF> droite10000 = {{-50, 86.60254, 50, 86.60254}, {0, 86.60254, 0, 95.26280}};
+    const struct { QString prog; QVector<QLineF> l; } cas[] = {
+        // Over the top from left to right, or from right to left.
+        {"Arc = 0, 180, 50\nGrad1 = 0, 5, , , 100, 5", {{-50, 0, -55, 0}, {50, 0, 55, 0}}},
+        {"Arc = 180, 0, 50\nGrad1 = 0, 5, , , 25, 5",
+         {{50, 0, 55, 0}, {35.35534, 35.35534, 38.89087, 38.89087}}},
+        {"Arc = 0, 180§30, 50\nGrad1 = 0, 5", {{-43.30127, -25, -47.63140, -27.5}}},
+        {"Exposant = 2\nArc = 0, 180, 50\nGrad1 = 50, 5", {{-35.35534, 35.35534, -38.89087, 38.89087}}},
+        {"Exposant = L, 2\nArc = 0, 180, 50\nGrad1 = 1, 5, , , 10, 5, , , 100, 5",
+         {{-50, 0, -55, 0}, {0, 50, 0, 55}, {50, 0, 55, 0}}},
+        {"Exposant = L, 0, 2, 8\nDroite = 0, 100\nGrad1 = 2, 5, , , 3, 5, , , 4, 5, , , 8, 5",
+         {{0, 0, 100, 0}, {0, 0, 0, 5}, {29.24813, 0, 29.24813, 5}, {50, 0, 50, 5}, {100, 0, 100, 5}}},
+        // Inversion with no parameter or any other than 1 and -1 flips the side.
+        {"Inversion = 5" + g, dedans},
+        {"Inversion" + g, dedans},
+        {"Inversion\nInversion" + g, dehors},
+        {"Inversion = -1\nInversion = -1" + g, dedans},
+        {"Inversion = -1\nInversion = 1" + g, dehors},
+        {"Droite = 10, 80R, 5", {{10, 5, 90, 5}}},
+        {"Droite = 0, 100§90, 10", {{-10, 0, -10, 100}}},
+        {"DroiteV = -20, 40, 30, N\nGrad1 = 50, 4", {{30, 10, 34, 10}}},
+        // One form lives at a time: a straight scale ends the arc and its Decal.
+        {"Decal = -50, N\nArc = 30, 150, 60\nDroite = 0, 50\nGrad1 = 50, 5", {{0, 0, 50, 0}, {25, 0, 25, 5}}},
+        {"Droite = 0, 50\nArc = 30, 150, 60\nGrad1 = 50, 5", {{0, 0, 50, 0}, {0, 60, 0, 65}}},
+        {"Decal = -50, N\nArc = 30, 150, 60\nDroite = 0, 50\nArc = 30, 150, 60\nGrad1 = 50, 5",
+         {{0, 0, 50, 0}, {0, 60, 0, 65}}},
+        // From an offset of 10000 either way the arc is straight: the ticks go
+        // along the needle's ray to the line y = R sin(a1).
+        {"Decal = 10000\nArc = 60, 120, 100\nGrad1 = 50, 10", droite10000},
+        {"Decal = -10000\nArc = 60, 120, 100\nGrad1 = 50, 10", droite10000},
+        {"Decal = 25000\nArc = 60, 120, 100\nGrad1 = 50, 10", droite10000},
+        {"Decal = -25000\nArc = 60, 120, 100\nGrad1 = 50, 10", droite10000},
+        {"Decal = 10000\nArc = 60, 120, 100, N\nGrad1 = 0, 10, , , 25, 10",
+         {{-50, 86.60254, -55, 95.26280}, {-23.20508, 86.60254, -25.52559, 95.26280}}},
+        // Decal's cross of half size 1 at the drawn centre, unless N.
+        {"Decal = -200, rouge\nArc = 60, 120, 100", {{-1, -200, 1, -200}, {0, -201, 0, -199}}},
+        {"Decal = -200, N\nArc = 60, 120, 100", {}},
     };
-    const QString attendu = QStringLiteral("Arc = 60, 120, 100,   'Cercle = 0., -200., ") + u' ' +
-                            f(rp) + QStringLiteral(", ") + f(angFin / K) + QStringLiteral(", ") +
-                            f(angDebut / K);
-    EXPECT_EQ(s->hote.TexteEditeur().split(QStringLiteral("\r\n"))[1], attendu);
-    EXPECT_EQ(f(rp), QStringLiteral("290.93"));
-}
-
-// The same arc gives its Cercle to a %CMD variable and its length to another.
-TEST(Echelle, DecalParametre5Variables) {
-    auto s = Lance("Decal = -200\nArc = 60, 120, 100, , %CMDa\nArc = 60, 120, 100, , %Long");
-    EXPECT_TRUE(Variable(*s, "%CMDa").startsWith(QStringLiteral("Cercle = 0., -200.,  290.93, ")));
-    const double rp = std::sqrt(200.0 * 200 + 100 * 100 - 2 * 200 * 100 * std::cos(150 * K));
-    const double q = std::atan((200 + 100 * std::sin(60 * K)) / (100 * std::cos(60 * K)));
-    const double v = 200 * std::sin(120 * K + PI / 2) / rp;
-    const double angFin = PI - 120 * K - std::atan(v / std::sqrt(1 - v * v));
-    EXPECT_NEAR(Variable(*s, "%Long").toDouble(), std::abs(PI - q - angFin) * rp, 1e-3);
-    // Without Decal the parameter does nothing.
-    auto s2 = Lance("Arc = 60, 120, 100, , %Long");
-    EXPECT_TRUE(Variable(*s2, "%Long").isEmpty());
-}
-
-// Decal: %DECAL holds the opposite of what was written, the cross colour is
-// kept, and the cross is drawn at the drawn centre.
-TEST(Echelle, DecalVariablesEtCroix) {
-    auto s = Lance("Decal = -200, rouge\nArc = 60, 120, 100");
-    EXPECT_EQ(Variable(*s, "%DECAL"), QStringLiteral("200"));
-    EXPECT_EQ(Variable(*s, "%CouleurDECAL").trimmed(), QStringLiteral("rouge"));
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 2); // the cross of half size 1 at (0, -200)
-    EXPECT_MM(l[0].x1, -1);
-    EXPECT_MM(l[0].y1, -200);
-    EXPECT_MM(l[0].x2, 1);
-    EXPECT_MM(l[1].y1, -201);
-    EXPECT_MM(l[1].y2, -199);
-    EXPECT_EQ(l[0].couleur, 255);
-    // N: no cross.
-    auto s2 = Lance("Decal = -200, N\nArc = 60, 120, 100");
-    EXPECT_EQ(Lignes(*s2).size(), 0);
-}
-
-// Decal = 10000 makes the scale straight, and |offset| >= 10000 in either sign
-// does.
-TEST(Echelle, Decal10000EchelleDroite) {
-    for (const char* decal : {"10000", "-10000", "25000", "-25000"}) {
-        auto s = Lance(QStringLiteral("Decal = %1\nArc = 60, 120, 100\nGrad1 = 50, 10").arg(decal));
-        SCOPED_TRACE(decal);
-        EXPECT_EQ(Cercles(*s).size(), 0);
-        EXPECT_GE(s->etat.Ech.D, 10000);
-        const auto l = Lignes(*s);
-        ASSERT_EQ(l.size(), 2);
-        const double y = 100 * std::sin(60 * K);
-        EXPECT_MM(l[0].x1, -100 * std::cos(60 * K));
-        EXPECT_MM(l[0].y1, y);
-        EXPECT_MM(l[0].x2, y * std::tan((120 - 90) * K));
-        EXPECT_MM(l[0].y2, y);
-        // The tick at 50 % (deviation 90) stands upright, pointing at the axis.
-        EXPECT_MM(l[1].x1, 0);
-        EXPECT_MM(l[1].y1, y);
-        EXPECT_MM(l[1].x2, 0);
-        EXPECT_MM(l[1].y2, 110 * std::sin(60 * K));
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.prog.toStdString());
+        auto s = Lance(c.prog);
+        EXPECT_TRUE(Messages(*s).isEmpty());
+        ExpectLignes(*s, c.l);
     }
 }
 
-// The straight limit projects ticks along the needle's ray onto y = R sin(a1).
-TEST(Echelle, LimiteDroiteProjetteLesPositions) {
-    auto s = Lance("Decal = 10000\nArc = 60, 120, 100, N\nGrad1 = 0, 10, , , 25, 10");
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 2);
-    const double y = 100 * std::sin(60 * K), yt = 110 * std::sin(60 * K);
-    const double A = (60 + 0.25 * 60) * K, f = PI - A;
-    EXPECT_MM(l[1].x1, y * std::tan(PI / 2 - f));
-    EXPECT_MM(l[1].y1, y);
-    EXPECT_MM(l[1].x2, yt * std::tan(PI / 2 - f));
-    EXPECT_MM(l[1].y2, yt);
-    // "?" composes the Trait of the line.
-    auto s2 = Lance("Decal = 10000\nArc = 60, 120, 100, , %CMD");
-    EXPECT_EQ(Variable(*s2, "%CMD"), QStringLiteral("Trait = -50., 86.6, 50., 86.6"));
+// The circle of an arc: centre, radius, start and end angles in degrees.
+TEST(Echelle, ArcCircles) {
+    struct Arc { double x, y, r, debut, fin; };
+    const struct { const char* prog; QVector<Arc> c; } cas[] = {
+        {"Arc = 0, 180, 50", {{0, 0, 50, 0, 180}}},
+        {"Arc = 180, 0, 50", {{0, 0, 50, 0, 180}}},
+        {"Arc = 0, 180§30, 50", {{0, 0, 50, 30, 210}}},
+        // Angles stay within one turn: never a negative one (a radius line).
+        {"Arc = 0, 600, 50", {{0, 0, 50, 300, 180}}},
+        {"Arc = 250, 290§-300, 50", {{0, 0, 50, 310, 350}}},
+        // A flatter arc about a centre below the needle's axis, through its ends.
+        {"Decal = -200\nArc = 60, 120, 100", {{0, -200, 290.93129, 80.10391, 99.89609}}},
+        // On a wide scale the centre stays within half the radius.
+        {"Decal = -80\nArc = -30, 210, 100", {{0, -50, 86.60254, 0, 180}}},
+        {"Decal = 80\nArc = -30, 210, 100", {{0, 50, 132.28756, 310.89339, 229.10661}}},
+        {"Decal = 10000\nArc = 60, 120, 100", {}}, {"Decal = -25000\nArc = 60, 120, 100", {}},
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.prog);
+        auto s = Lance(c.prog);
+        const auto o = Ops(*s, OpSurface::Cercle);
+        ASSERT_EQ(o.size(), c.c.size());
+        for (int i = 0; i < o.size(); ++i) {
+            EXPECT_MM(o[i].x1, c.c[i].x);
+            EXPECT_MM(o[i].y1, c.c[i].y);
+            EXPECT_MM(o[i].r, c.c[i].r);
+            ASSERT_TRUE(o[i].debut && o[i].fin);
+            EXPECT_NEAR(std::remainder(*o[i].debut / K - c.c[i].debut, 360), 0, 1e-4);
+            EXPECT_NEAR(std::remainder(*o[i].fin / K - c.c[i].fin, 360), 0, 1e-4);
+        }
+    }
 }
 
-// Exposant = 2 puts 50 % at a quarter of the deviation.
-TEST(Echelle, ExposantDeuxCinquantePourCentAuQuart) {
-    auto s = Lance("Exposant = 2\nArc = 0, 180, 50\nGrad1 = 50, 5");
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    const QPointF p = Aiguille(0.000001 + 0.25 * (180 - 0.000001), 50);
-    EXPECT_MM(l[0].x1, p.x());
-    EXPECT_MM(l[0].y1, p.y());
-    EXPECT_FLOAT_EQ(s->etat.PileFic[1].CoefExposant, 2.0f);
+// A straight scale leaves the pen at its middle; a turned one gives it back unturned.
+TEST(Echelle, PenAtTheMiddleOfAStraightScale) {
+    const struct { const char* prog; double cx, cy, px, py; } cas[] = {
+        {"Droite = 10, 80R, 5", 50, 5, 50, 5}, {"Droite = 0, 100§90, 10", -10, 50, 50, 10}};
+    for (const auto& c : cas) {
+        auto s = Lance(c.prog);
+        EXPECT_MM(s->pane->CurrentX, c.cx) << c.prog;
+        EXPECT_MM(s->pane->CurrentY, c.cy) << c.prog;
+        EXPECT_MM(s->etat.Repere.PointX, c.px) << c.prog;
+        EXPECT_MM(s->etat.Repere.PointY, c.py) << c.prog;
+    }
 }
 
-// Exposant = L, 2: 1 to 100 with 10 at the middle.
-TEST(Echelle, ExposantLDeuxDecadesDixAuMilieu) {
-    auto s = Lance("Exposant = L, 2\nArc = 0, 180, 50\nGrad1 = 1, 5, , , 10, 5, , , 100, 5");
-    const Echelle& ech = s->etat.Ech;
-    EXPECT_EQ(ech.NbDecades, 2);
-    EXPECT_EQ(ech.LogDebut, 1.0f);
-    EXPECT_EQ(ech.LogFin, 1.0f);
-    EXPECT_DOUBLE_EQ(ech.DecadesTotal, 2);
-    EXPECT_TRUE(s->etat.PileFic[1].EchelleLog);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 3);
-    EXPECT_MM(l[0].x1, -50);
-    const QPointF m = Aiguille(0.000001 + 0.5 * (180 - 0.000001), 50);
-    EXPECT_MM(l[1].x1, m.x());
-    EXPECT_MM(l[1].y1, m.y());
-    EXPECT_MM(l[2].x1, 50);
-}
-
-// Exposant = L, 0, 2, 8: 2 to 8 in one decade, positions by ln of the ratio.
-TEST(Echelle, ExposantLDeuxAHuitUneDecade) {
-    auto s = Lance("Exposant = L, 0, 2, 8\nDroite = 0, 100\nGrad1 = 2, 5, , , 3, 5, , , 4, 5, , , 8, 5");
-    EXPECT_EQ(s->etat.Ech.NbDecades, 0);
-    EXPECT_NEAR(s->etat.Ech.DecadesTotal, std::log(4.0) / std::log(10.0), 1e-12);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 5); // the line, then 4 ticks
-    EXPECT_MM(l[1].x1, 0);
-    EXPECT_MM(l[2].x1, 100 * std::log(3.0 / 2) / std::log(8.0 / 2));
-    EXPECT_MM(l[3].x1, 50);
-    EXPECT_MM(l[4].x1, 100);
-}
-
-// Inversion = 5 flips the side, like no parameter; 1 and -1 set it.
-TEST(Echelle, InversionCinqCommeSansParametre) {
-    auto s = Lance("Inversion = 5\nArc = 0, 180, 50\nGrad1 = 50, 5");
-    EXPECT_EQ(s->etat.Ech.CoteGrad, -1);
-    auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    EXPECT_MM(l[0].y1, 50);
-    EXPECT_MM(l[0].y2, 45);
-    EXPECT_EQ(Lance("Inversion")->etat.Ech.CoteGrad, -1);
-    EXPECT_EQ(Lance("Inversion\nInversion")->etat.Ech.CoteGrad, 1);
-    EXPECT_EQ(Lance("Inversion = -1\nInversion = -1")->etat.Ech.CoteGrad, -1);
-    EXPECT_EQ(Lance("Inversion = -1\nInversion = 1")->etat.Ech.CoteGrad, 1);
-}
-
-// Droite: the R form of the end, the line, the pen at the middle.
-TEST(Echelle, DroiteFormeRStylo) {
-    auto s = Lance("Droite = 10, 80R, 5");
-    const Echelle& ech = s->etat.Ech;
-    EXPECT_EQ(ech.x1, 10);
-    EXPECT_EQ(ech.x2, 90);
-    EXPECT_EQ(ech.R, 5);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    EXPECT_MM(l[0].x1, 10);
-    EXPECT_MM(l[0].y1, 5);
-    EXPECT_MM(l[0].x2, 90);
-    EXPECT_MM(l[0].y2, 5);
-    EXPECT_MM(s->etat.Repere.PointX, 50);
-    EXPECT_MM(s->etat.Repere.PointY, 5);
-    EXPECT_MM(s->pane->CurrentX, 50);
-}
-
-// Droite with a rotation: the line and the pen turned counter-clockwise.
-TEST(Echelle, DroiteRotation) {
-    auto s = Lance("Droite = 0, 100§90, 10");
-    EXPECT_EQ(s->etat.Ech.Rot, 90);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    EXPECT_MM(l[0].x1, -10);
-    EXPECT_MM(l[0].y1, 0);
-    EXPECT_MM(l[0].x2, -10);
-    EXPECT_MM(l[0].y2, 100);
-    // Pen: m = 50, t = -90 degrees.
-    const double t = -90 * K;
-    EXPECT_MM(s->pane->CurrentX, 50 * std::cos(t) + 10 * std::sin(t));
-    EXPECT_MM(s->pane->CurrentY, -50 * std::sin(t) + 10 * std::cos(t));
-    // Given back in the unturned frame.
-    EXPECT_MM(s->etat.Repere.PointX, 50);
-    EXPECT_MM(s->etat.Repere.PointY, 10);
-}
-
-// DroiteV: the vertical scale at x = R, colour N defines it without drawing.
-TEST(Echelle, DroiteVCouleurN) {
-    auto s = Lance("DroiteV = -20, 40, 30, N\nGrad1 = 50, 4");
-    EXPECT_EQ(s->etat.Ech.y1, -20);
-    EXPECT_EQ(s->etat.Ech.y2, 40);
-    EXPECT_FALSE(s->etat.Ech.TraceEchelle);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    EXPECT_MM(l[0].x1, 30);
-    EXPECT_MM(l[0].y1, 10);
-    EXPECT_MM(l[0].x2, 34);
-    EXPECT_MM(l[0].y2, 10);
-}
-
-// An arc clears the straight fields; a straight scale clears the arc and Decal.
-TEST(Echelle, UneSeuleFormeVivante) {
-    auto s = Lance("Decal = -50\nArc = 30, 150, 60\nDroite = 0, 50");
-    EXPECT_EQ(s->etat.Ech.a1, 0);
-    EXPECT_EQ(s->etat.Ech.a2, 0);
-    EXPECT_EQ(s->etat.Ech.D, 0);
-    EXPECT_EQ(s->etat.Ech.x2, 50);
-    auto s2 = Lance("Droite = 0, 50\nArc = 30, 150, 60");
-    EXPECT_EQ(s2->etat.Ech.x1, 0);
-    EXPECT_EQ(s2->etat.Ech.x2, 0);
-}
-
-// A wide decentred scale keeps its centre within half the radius.
-TEST(Echelle, DecalBorneSurArcLarge) {
-    auto s = Lance("Decal = -80\nArc = -30, 210, 100");
-    EXPECT_EQ(s->etat.Ech.D, 50);
-    auto s2 = Lance("Decal = 80\nArc = -30, 210, 100");
-    EXPECT_EQ(s2->etat.Ech.D, -50);
-}
-
-// Arc with a rotation: the arc's ends and the ticks turn with it.
-TEST(Echelle, ArcRotationTourneLesTraits) {
-    auto s = Lance("Arc = 0, 180§30, 50\nGrad1 = 0, 5");
-    EXPECT_EQ(s->etat.Ech.Rot, 30);
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 1);
-    EXPECT_NEAR(*c[0].debut, 3000 * K / 100, 1e-12);
-    EXPECT_NEAR(*c[0].fin, 21000 * K / 100, 1e-12);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 1);
-    EXPECT_MM(l[0].x1, 50 * std::cos(210 * K));
-    EXPECT_MM(l[0].y1, 50 * std::sin(210 * K));
+// "?" writes a decentred arc's circle into its line as a comment; a %CMD
+// variable gets the command, another variable the arc's length. %DECAL holds
+// the opposite of the offset written; the cross keeps its colour.
+TEST(Echelle, DecalVariablesAndEquivalentCommand) {
+    auto s = Lance("Decal = -200\nArc = 60, 120, 100, , ?");
+    EXPECT_EQ(s->hote.TexteEditeur().split(QStringLiteral("\r\n"))[1],
+              QStringLiteral("Arc = 60, 120, 100,   'Cercle = 0., -200.,  290.93, 80.1, 99.9"));
+    auto v = Lance("Decal = -200\nArc = 60, 120, 100, , %CMDa\nArc = 60, 120, 100, , %Long");
+    EXPECT_EQ(Variable(*v, "%CMDa"), QStringLiteral("Cercle = 0., -200.,  290.93, 80.1, 99.9"));
+    EXPECT_NEAR(Variable(*v, "%Long").toDouble(), 100.49894, 1e-3);
+    EXPECT_TRUE(Variable(*Lance("Arc = 60, 120, 100, , %Long"), "%Long").isEmpty());
+    auto d = Lance("Decal = 10000\nArc = 60, 120, 100, , %CMD");
+    EXPECT_EQ(Variable(*d, "%CMD"), QStringLiteral("Trait = -50., 86.6, 50., 86.6"));
+    auto c = Lance("Decal = -200, rouge\nArc = 60, 120, 100");
+    EXPECT_EQ(Variable(*c, "%DECAL"), QStringLiteral("200"));
+    EXPECT_EQ(Variable(*c, "%CouleurDECAL").trimmed(), QStringLiteral("rouge"));
+    EXPECT_EQ(Lignes(*c).value(0).couleur, 255);
 }
 
 // Decal and the scale side are reset at the start of a run.
-TEST(Echelle, RazAuDebutDuRun) {
+TEST(Echelle, RunStartResetsDecalAndSide) {
     auto s = Lance("Decal = -200\nInversion");
     EXPECT_EQ(s->etat.Ech.D, 200);
     EXPECT_EQ(s->etat.Ech.CoteGrad, -1);
@@ -329,43 +154,37 @@ TEST(Echelle, RazAuDebutDuRun) {
     s->Execute();
     EXPECT_EQ(s->etat.Ech.D, 0);
     EXPECT_EQ(s->etat.Ech.CoteGrad, 1);
-    EXPECT_MM(Cercles(*s).value(0).r, 50);
+    EXPECT_MM(Ops(*s, OpSurface::Cercle).value(0).r, 50);
 }
 
-// The order failure of the scale commands before any scale.
-TEST(Echelle, OrdreCommandesAvantEchelle) {
-    for (const char* cmd : {"Grad = 10, 5", "Grad1 = 50, 5"}) {
-        auto s = Lance(cmd);
-        SCOPED_TRACE(cmd);
-        EXPECT_TRUE(Contient(Messages(*s), QStringLiteral("Erreur ordre commandes / Error odre commands")));
-        EXPECT_EQ(Lignes(*s).size(), 0);
-    }
-}
-
-// All ends equal: no valid form, the next Grad fails.
-TEST(Echelle, BornesEgalesEchouent) {
-    for (const char* prog : {"Arc = 30, 30, 50\nGrad = 10, 5", "Droite = 10, 10\nGrad = 10, 5",
-                             "DroiteV = 5, 5\nGrad1 = 50, 5", "Arc = 0, 0, 50\nGrad = 2, 5"}) {
-        auto s = Lance(prog);
+// The commands that draw on a scale fail on the order before any scale.
+TEST(Echelle, ScaleCommandsBeforeAnyScaleFail) {
+    for (const char* prog : {"Grad = 10, 5", "Grad1 = 50, 5", "Val = 5, 0, 100, 8", "ValR = , 5, 0, 100, 8",
+                             "ValD = , 5, 0, 100, 8", "Val1 = 50, a, 8", "Val1R = , 50, a, 8",
+                             "Val1D = , 50, a, 8", "Sect = 0, 100, 2", "SectP = 0, 100, 2"}) {
         SCOPED_TRACE(prog);
-        EXPECT_EQ(Messages(*s).size(), 1);
-        EXPECT_EQ(Lignes(*s).size(), QString(prog).startsWith("Droite") ? 1 : 0);
+        auto s = Lance(prog);
+        ASSERT_EQ(Messages(*s).size(), 1);
+        EXPECT_TRUE(Messages(*s)[0].contains(QStringLiteral("Erreur ordre commandes / Error odre commands")));
+        EXPECT_EQ(NbDessins(*s), 0);
     }
 }
 
-// RadMod keeps AngDebut, AngFin within 0 to 6.283185 (Part 2.3): Rot + 540 - a
-// below 0 gives an angle past 180 degrees, never a negative one (a radius line).
-TEST(Echelle, RadModToujoursDansUnTour) {
-    auto s = Lance("Arc = 0, 600, 50");
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 1);
-    ASSERT_TRUE(c[0].debut && c[0].fin);
-    EXPECT_NEAR(*c[0].debut, 30000 * K / 100, 1e-12); // RadMod(-60) = 300
-    EXPECT_NEAR(*c[0].fin, 18000 * K / 100, 1e-12);   // RadMod(540) = 180
-    auto s2 = Lance("Arc = 250, 290§-300, 50");
-    const auto c2 = Cercles(*s2);
-    ASSERT_EQ(c2.size(), 1);
-    ASSERT_TRUE(c2[0].debut && c2[0].fin);
-    EXPECT_NEAR(*c2[0].debut, 31000 * K / 100, 1e-12); // RadMod(-50) = 310
-    EXPECT_NEAR(*c2[0].fin, 35000 * K / 100, 1e-12);   // RadMod(-10) = 350
+// A scale with equal ends has no form: the next command on it fails and the
+// level ends there; the line width is back to 1.
+TEST(Echelle, EqualEndsFail) {
+    const struct { const char* prog; int lignes; } cas[] = {
+        {"Arc = 30, 30, 50\nGrad = 10, 5", 0}, {"Arc = 0, 0, 50\nGrad = 2, 5", 0},
+        {"Droite = 10, 10\nGrad = 10, 5", 1}, {"DroiteV = 5, 5\nGrad1 = 50, 5", 1},
+        {"Arc = 30, 30, 50\nVal = 5, 0, 100, 8", 0},
+        {"Arc = 30, 30, 50, N\nSect = 0, 100, 2, , , 1mm\nCadre = 0, 0, 10, 10", 0},
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.prog);
+        auto s = Lance(c.prog);
+        EXPECT_EQ(Messages(*s).size(), 1);
+        EXPECT_EQ(Lignes(*s).size(), c.lignes);
+        EXPECT_TRUE(Ops(*s, OpSurface::Texte).isEmpty());
+        EXPECT_EQ(s->pane->DrawWidth, 1);
+    }
 }

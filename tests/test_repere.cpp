@@ -1,264 +1,173 @@
-// Part 2.1: drawing surface and coordinate frame.
+// Drawing surface and coordinate frame: millimetres, origins, thickness, zoom.
 #include "drawing/repere.h"
 #include "drawing/styles.h"
-#include "language/para.h"
 #include "outils.h"
 
 namespace {
 
-// The centre of the cross drawn by a centre command or CT: the crossing of its
-// two strokes.
+// The centre of cross i drawn by a centre command or CT: where its strokes meet.
 QPointF CentreCroix(const QVector<OpSurface>& l, int i) {
     return {(l[2 * i].x1 + l[2 * i].x2) / 2, (l[2 * i + 1].y1 + l[2 * i + 1].y2) / 2};
 }
 
 } // namespace
 
-TEST(Repere, ScreenFrameIsMillimetresYUpward) {
-    auto s = Lance("CT = 0, 0\n");
+// The screen is 297 x 210 mm with y upward from the bottom edge; the printer an A4 page.
+TEST(Repere, FramesAreMillimetresYUpward) {
+    auto s = Lance("CT = 0, 0");
     const Surface& p = *s->pane;
-    EXPECT_EQ(p.ScaleMode(), 6);
     EXPECT_MM(p.ScaleWidth, 297);
     EXPECT_MM(p.ScaleHeight, -210);
     EXPECT_MM(p.ScaleTop, 210);
     EXPECT_MM(p.ScaleLeft, 0);
-    const QPointF px = p.VersPixel(0, 0);
-    EXPECT_NEAR(px.y(), p.HauteurPx(), 1e-6); // y = 0 at the bottom edge
+    EXPECT_NEAR(p.VersPixel(0, 0).y(), p.HauteurPx(), 1e-6);
+    auto i = LanceImprimante("CT = 0, 0");
+    EXPECT_MM(i->imprimante->ScaleWidth, 210);
+    EXPECT_MM(i->imprimante->ScaleTop, 297);
 }
 
-TEST(Repere, OriginCommandsDrawCrossesAtTheRightMillimetres) {
-    const char* prog = "CentreE = 50, 40\nCT = 20, 10\nCT = 10R, 5\n";
-    auto s = Lance(prog);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 6);
-    EXPECT_MM(CentreCroix(l, 0).x(), 50);
-    EXPECT_MM(CentreCroix(l, 0).y(), 40);
-    EXPECT_MM(CentreCroix(l, 1).x(), 70);
-    EXPECT_MM(CentreCroix(l, 1).y(), 50);
-    EXPECT_MM(CentreCroix(l, 2).x(), 80);
-    EXPECT_MM(CentreCroix(l, 2).y(), 45);
-    EXPECT_MM(l[0].x1, 49); // half size 1
-    EXPECT_MM(l[0].x2, 51);
-    EXPECT_EQ(l[0].largeur, 1);
+// Centre commands and CT draw crosses of half size 1 at the new origin; CT
+// moves from the current origin, "R" from the current point.
+TEST(Repere, OriginCommandsDrawCrosses) {
+    const struct { const char* prog; bool imprimante; QVector<QPointF> centres; } cas[] = {
+        {"CentreE = 50, 40\nCT = 20, 10\nCT = 10R, 5", false, {{50, 40}, {70, 50}, {80, 45}}},
+        {"CentreI = 105, 148.5\nCT = 10, 0", true, {{105, 148.5}, {115, 148.5}}},
+        // CentreI on screen and CentreE on the printer are passed over.
+        {"CentreE = 10, 10\nCentreI = 50, 50\nCentreI = 60, 60", false, {{10, 10}}},
+        {"CentreI = 10, 10\nCentreE = 50, 50\nCentreE = 60, 60", true, {{10, 10}}},
+        // CentreEI acts on both; N draws no cross.
+        {"CentreEI = 30, 20, N\nCT = 0, 0", false, {{30, 20}}},
+        {"CentreEI = 30, 20, N\nCT = 0, 0", true, {{30, 20}}},
+        // NPage clears the pane and lets the centre commands come again.
+        {"CentreE = 10, 10\nNPage\nCentreE = 20, 20", false, {{10, 10}, {20, 20}}},
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.prog);
+        auto s = c.imprimante ? LanceImprimante(c.prog) : Lance(c.prog);
+        EXPECT_TRUE(Messages(*s).isEmpty());
+        const auto l = Lignes(*s);
+        ASSERT_EQ(l.size(), 2 * c.centres.size());
+        for (int i = 0; i < c.centres.size(); ++i) {
+            EXPECT_MM(CentreCroix(l, i).x(), c.centres[i].x());
+            EXPECT_MM(CentreCroix(l, i).y(), c.centres[i].y());
+        }
+        EXPECT_MM(l[0].x2 - l[0].x1, 2);
+        EXPECT_EQ(l[0].largeur, 1);  // one pixel, one 600 dpi dot
+    }
 }
 
-TEST(Repere, PrinterFrameAndCentreI) {
-    auto s = LanceImprimante("CentreI = 105, 148.5\nCT = 10, 0\n");
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 4);
-    EXPECT_MM(CentreCroix(l, 0).x(), 105);
-    EXPECT_MM(CentreCroix(l, 0).y(), 148.5);
-    EXPECT_MM(CentreCroix(l, 1).x(), 115);
-    EXPECT_MM(s->imprimante->ScaleWidth, 210);
-    EXPECT_MM(s->imprimante->ScaleTop, 297);
-    // The default printer thickness: one 600 dpi dot.
-    EXPECT_EQ(l[0].largeur, 1);
-    EXPECT_NEAR(l[0].largeurMm, 25.4 / 600, 1e-9);
+// Commands that give values to predefined or named variables.
+TEST(Repere, CommandsFillVariables) {
+    const struct { const char* prog; const char* nom; const char* valeur; } cas[] = {
+        {"CentreEI = 30, 20, N, %X, %Y", "%X", "30"}, {"CentreEI = 30, 20, N, %X, %Y", "%Y", "20"},
+        {"CT = 3, 4", "%CTx", "3"}, {"CT = 3, 4", "%CTy", "4"}, {"AngRot = 30", "%ANGR", "30"},
+        {"FormatI = Landscape", "%FPay", "1"}, {"CentreE = 10, 10\n? = %X, %Y", "%Y", "0"},
+    };
+    for (const auto& c : cas) EXPECT_EQ(Variable(*Lance(c.prog), c.nom), c.valeur) << c.prog;
 }
 
-TEST(Repere, CentreIOnScreenAndCentreEOnPrinterAreSkipped) {
-    auto s = Lance("CentreE = 10, 10\nCentreI = 50, 50\nCentreI = 60, 60\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_EQ(Lignes(*s).size(), 2);
-    EXPECT_MM(s->etat.Repere.OrigineX, 10);
-    auto p = LanceImprimante("CentreI = 10, 10\nCentreE = 50, 50\nCentreE = 60, 60\n");
-    EXPECT_TRUE(p->hote.Messages().isEmpty());
-    EXPECT_MM(p->etat.Repere.OrigineX, 10);
-}
-
-TEST(Repere, CentreEIActsOnBothTargets) {
-    auto s = Lance("CentreEI = 30, 20, N, %X, %Y\n");
-    EXPECT_MM(s->etat.Repere.OrigineX, 30);
-    EXPECT_TRUE(Lignes(*s).isEmpty()); // N: no cross
-    EXPECT_EQ(Variable(*s, "%X"), QStringLiteral("30"));
-    EXPECT_EQ(Variable(*s, "%Y"), QStringLiteral("20"));
-    auto p = LanceImprimante("CentreEI = 30, 20\n");
-    EXPECT_MM(p->etat.Repere.OrigineX, 30);
-}
-
-TEST(Repere, ZeroThicknessIsOnePixel) {
-    auto s = Lance("EpaisT = 0\nCT = 1, 1\n");
-    const auto l = Lignes(*s);
-    ASSERT_FALSE(l.isEmpty());
-    EXPECT_EQ(l[0].largeur, 1);
-}
-
-TEST(Repere, ThicknessInMillimetresOnScreen) {
+// Line widths in pixels or dots: 0 is always one, millimetres are converted,
+// printer dots are shown on screen in proportion.
+TEST(Repere, LineWidths) {
+    const char* prog = "EpaisT = 3mm\nTrait = 0, 0, 10, 0, 0\nTrait = 0, 0, 10, 0";
+    for (bool imprimante : {false, true}) {
+        auto s = imprimante ? LanceImprimante(prog) : Lance(prog);
+        const auto l = Lignes(*s);
+        ASSERT_EQ(l.size(), 2);
+        EXPECT_EQ(l[0].largeur, 1);                       // the command's own 0
+        EXPECT_EQ(l[1].largeur, imprimante ? 71 : 11);    // 3 mm at 600 or 96 dpi
+    }
+    EXPECT_NEAR(Lignes(*LanceImprimante("CT = 1, 1")).value(0).largeurMm, 25.4 / 600, 1e-9);
+    EXPECT_EQ(Lignes(*Lance("EpaisT = 0\nCT = 1, 1")).value(0).largeur, 1);
     Session s{QString()};
     Etat& e = s.etat;
+    e.Repere.FacteurZ = 1;
     e.Surf = s.pane.get();
     e.Repere.MmParPixelE = 0.25f;
-    e.Repere.FacteurZ = 1;
-    EXPECT_EQ(LargeurTrait(e, 3, true), 12);
-    // Printer dots on screen: shown in proportion.
     e.Repere.PointsParPixel = 6.25f;
-    EXPECT_EQ(LargeurTrait(e, 25, false), 4);
-    e.Surf = s.imprimante.get();
+    const struct { bool imprimante; float w; bool mm; int px; } cas[] = {
+        {false, 3, true, 12}, {false, 25, false, 4}, {false, 0, false, 1}, {false, 0, true, 1},
+        {true, 3, false, 3}, {true, 1, true, 24}, {true, 0, false, 1}, {true, 0, true, 1},
+    };
     e.Repere.MmParPointI = 25.4f / 600;
-    EXPECT_EQ(LargeurTrait(e, 3, false), 3);
-    EXPECT_EQ(LargeurTrait(e, 1, true), 24); // 1 mm = 23.6 dots
-}
-
-TEST(Repere, AngRotThenZeroSubParameterIsAGivenAngle) {
-    auto s = Lance("AngRot = 30\nCT = 10, 0§0\n");
-    EXPECT_MM(s->etat.Repere.CTx, 10);
-    EXPECT_MM(s->etat.Repere.CTy, 0);
-    auto t = Lance("AngRot = 30\nCT = 10, 0\n");
-    EXPECT_MM(t->etat.Repere.CTx, 10 * std::cos(30 * 0.017453293));
-    EXPECT_MM(t->etat.Repere.CTy, 10 * std::sin(30 * 0.017453293));
-    EXPECT_EQ(Variable(*t, "%ANGR"), QStringLiteral("30"));
-}
-
-TEST(Repere, LitRotationTurnsCounterClockwise) {
-    Session s{QString()};
-    Etat& e = s.etat;
-    double x = 10, y = 0;
-    LitRotation(e, "0§90", x, y);
-    EXPECT_MM(x, 0);
-    EXPECT_MM(y, 10);
-    EXPECT_TRUE(e.Repere.RotationDonnee);
-    EXPECT_FLOAT_EQ(e.Repere.RotationCmd, -90);
-    EXPECT_MM(e.Repere.XNonTourne, 10);
-}
-
-TEST(Repere, SegmentWithColourNMovesThePen) {
-    Session s{QString()};
-    Etat& e = s.etat;
-    e.Surf = s.pane.get();
-    e.Surf->SetScaleMode(6);
-    Segment(e, 0, 0, 30, 40, -1);
-    EXPECT_TRUE(s.journal.isEmpty());
-    EXPECT_MM(e.Surf->CurrentX, 30);
-    EXPECT_MM(e.Surf->CurrentY, 40);
-    MajPointCourant(e, 0);
-    EXPECT_MM(e.Repere.PointX, 30);
-    EXPECT_MM(e.Repere.PointY, 40);
-    // A following R-relative coordinate starts from the end of the undrawn segment.
-    double x = 0, y = 0;
-    e.NiveauCourant = 1;
-    ParaCoord(e, x, y, "5R, 5R", 1, e.Repere.PointX, e.Repere.PointY);
-    EXPECT_MM(x, 35);
-    EXPECT_MM(y, 45);
-}
-
-TEST(Repere, CTWithoutParametersAfterARotatedCommand) {
-    // CT = 10, 0§90 moves the centre along the turned axes to (0, 10); the
-    // current point in the command's unturned frame is then (10, 0) from the
-    // old centre, so a bare CT moves the centre there.
-    auto s = Lance("CT = 10, 0§90\nCT\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_MM(s->etat.Repere.CTx, 10);
-    EXPECT_MM(s->etat.Repere.CTy, 0);
-    EXPECT_EQ(Lignes(*s).size(), 2); // no cross without parameters
-}
-
-TEST(Repere, CTSetsPredefinedVariablesAndOrderBit) {
-    auto s = Lance("CT = 3, 4\n");
-    EXPECT_EQ(Variable(*s, "%CTx"), QStringLiteral("3"));
-    EXPECT_EQ(Variable(*s, "%CTy"), QStringLiteral("4"));
-    EXPECT_EQ(s->etat.EtatOrdre, 4 | 64);
-}
-
-TEST(Repere, FormatIMustComeFirst) {
-    auto s = Lance("CT = 1, 1\nFormatI = Paysage\n");
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans l'ordre des commandes ligne : 2: ")));
-    auto t = Lance("FormatI = Oblique\n");
-    ASSERT_EQ(t->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*t)[0].startsWith(QStringLiteral("Erreur de commande dans la ligne : 1")));
-}
-
-TEST(Repere, FormatILandscapeTurnsThePrinterPage) {
-    auto s = LanceImprimante("FormatI = Paysage\nCentreI = 10, 10\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_EQ(s->imprimante->Orientation(), 2);
-    EXPECT_MM(s->imprimante->ScaleWidth, 297);
-    EXPECT_MM(s->imprimante->ScaleTop, 210);
-    EXPECT_EQ(Variable(*s, "%FPay"), QStringLiteral("1"));
-    auto e = Lance("FormatI = Landscape\n");
-    EXPECT_EQ(Variable(*e, "%FPay"), QStringLiteral("1"));
-    EXPECT_MM(e->pane->ScaleWidth, 297); // on screen nothing else changes
-}
-
-TEST(Repere, ZoomIniAfterDrawingFails) {
-    auto s = Lance("ZoomIni = 2\nCT = 1, 1\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_FLOAT_EQ(s->etat.Repere.ZoomDepart, 2);
-    EXPECT_FLOAT_EQ(s->etat.Repere.ZoomE, 1); // not for the run in progress
-    auto t = Lance("CT = 1, 1\nZoomIni = 2\n");
-    ASSERT_EQ(t->hote.Messages().size(), 1);
-}
-
-TEST(Repere, ZoomShowsFewerUnitsAcrossThePane) {
-    Session s(Programme("CentreE = 10, 10\n"));
-    s.Execute(2.0f);
-    EXPECT_MM(s.pane->ScaleWidth, 297.0 / 2);
-    const auto l = Lignes(s);
-    ASSERT_EQ(l.size(), 2);
-    EXPECT_MM(l[0].x1, 9); // the same Surface units, shown twice as large
-}
-
-TEST(Repere, SquareEndedLineIsAPolygonAndAThinLine) {
-    auto s = Lance("EpaisT = 2mm§C\nCT = 5, 5\n");
-    const auto p = Ops(*s, OpSurface::Polygone);
-    ASSERT_EQ(p.size(), 2); // one per stroke of the cross
-    const auto pts = Ops(*s, OpSurface::Point);
-    ASSERT_EQ(pts.size(), 1); // the off-page PSet, once per run
-    EXPECT_LT(pts[0].x1, -900);
-    // The first stroke: from x = 4 to 6 at y = 5, 2 mm wide: corners at y = 4 and 6.
-    double ymin = 1e9, ymax = -1e9;
-    for (const QPointF& q : p[0].points) {
-        ymin = std::min(ymin, q.y());
-        ymax = std::max(ymax, q.y());
+    for (const auto& c : cas) {
+        e.Surf = c.imprimante ? s.imprimante.get() : s.pane.get();
+        EXPECT_EQ(LargeurTrait(e, c.w, c.mm), c.px) << c.imprimante << " " << c.w << " " << c.mm;
     }
-    EXPECT_NEAR(ymax - ymin, 2.0, 0.3); // rounded to whole pixels
+}
+
+// Where CT puts the centre: AngRot turns coordinates without their own angle
+// (even 0), an angle turns counter-clockwise, a bare CT goes to the current
+// point, held in the unturned frame of the command before, and "R" counts
+// from the current point.
+TEST(Repere, CTUnderRotations) {
+    const struct { const char* prog; double x, y; } cas[] = {
+        {"AngRot = 30\nCT = 10, 0§0", 10, 0}, {"AngRot = 30\nCT = 10, 0", 8.66025, 5},
+        {"CT = 10, 0§90", 0, 10}, {"CT = 10, 0§90\nCT", 10, 0},
+        {"Trait = 0, 0, 30, 40, , N\nCT = 5R, 5R", 35, 45},  // a line of colour N moves the pen
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.prog);
+        auto s = Lance(c.prog);
+        EXPECT_TRUE(Messages(*s).isEmpty());
+        EXPECT_MM(s->etat.Repere.CTx, c.x);
+        EXPECT_MM(s->etat.Repere.CTy, c.y);
+        EXPECT_EQ(Lignes(*s).size(), 2);  // one cross, the first CT's
+    }
+}
+
+// FormatI comes first and knows its words; landscape turns the printer page only.
+TEST(Repere, FormatI) {
+    auto s = Lance("CT = 1, 1\nFormatI = Paysage");
+    ASSERT_EQ(Messages(*s).size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].startsWith(QStringLiteral("Erreur dans l'ordre des commandes ligne : 2: ")));
+    auto t = Lance("FormatI = Oblique");
+    ASSERT_EQ(Messages(*t).size(), 1);
+    EXPECT_TRUE(Messages(*t)[0].startsWith(QStringLiteral("Erreur de commande dans la ligne : 1")));
+    auto p = LanceImprimante("FormatI = Paysage\nCentreI = 10, 10");
+    EXPECT_TRUE(Messages(*p).isEmpty());
+    EXPECT_EQ(p->imprimante->Orientation(), 2);
+    EXPECT_MM(p->imprimante->ScaleWidth, 297);
+    EXPECT_MM(p->imprimante->ScaleTop, 210);
+    EXPECT_MM(Lance("FormatI = Landscape")->pane->ScaleWidth, 297);
+}
+
+// ZoomIni is for the next run and must come before any drawing; a zoom shows
+// the same units larger.
+TEST(Repere, Zoom) {
+    auto s = Lance("ZoomIni = 2\nCT = 1, 1");
+    EXPECT_TRUE(Messages(*s).isEmpty());
+    EXPECT_FLOAT_EQ(s->etat.Repere.ZoomDepart, 2);
+    EXPECT_FLOAT_EQ(s->etat.Repere.ZoomE, 1);
+    EXPECT_EQ(Messages(*Lance("CT = 1, 1\nZoomIni = 2")).size(), 1);
+    Session z(Programme("CentreE = 10, 10"));
+    z.Execute(2.0f);
+    EXPECT_MM(z.pane->ScaleWidth, 297.0 / 2);
+    EXPECT_MM(Lignes(z).value(0).x1, 9);
+}
+
+// A square-ended thick line is a filled polygon plus a thin line, after one
+// off-page PSet per run.
+TEST(Repere, SquareEndedLineIsAPolygonAndAThinLine) {
+    auto s = Lance("EpaisT = 2mm§C\nCT = 5, 5");
+    const auto p = Ops(*s, OpSurface::Polygone);
+    ASSERT_EQ(p.size(), 2);
+    const auto pts = Ops(*s, OpSurface::Point);
+    ASSERT_EQ(pts.size(), 1);
+    EXPECT_LT(pts[0].x1, -900);
+    EXPECT_NEAR(QPolygonF(p[0].points).boundingRect().height(), 2.0, 0.3);  // 2 mm in whole pixels
     const auto l = Lignes(*s);
     ASSERT_EQ(l.size(), 2);
     EXPECT_EQ(l[0].largeur, 1);
 }
 
-TEST(Repere, NPageClearsThePaneAndResetsTheOrder) {
-    auto s = Lance("CentreE = 10, 10\nNPage\nCentreE = 20, 20\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_MM(s->etat.Repere.OrigineX, 20);
-}
-
-TEST(Repere, RefCurFormatsItsValues) {
-    auto s = Lance("RefCur = 12.345, 0.5§30\n");
-    EXPECT_EQ(s->etat.Repere.RefCurX, QStringLiteral("12.35"));
-    EXPECT_EQ(s->etat.Repere.RefCurY, QStringLiteral(".5"));
-    EXPECT_EQ(s->etat.Repere.RefCurAngle, QStringLiteral("-30.0"));
-}
-
-TEST(Repere, QuestionMarkRewritesTheLineOrFillsVariables) {
+// RefCur keeps its values formatted; "?" writes the current point into the program.
+TEST(Repere, RefCurAndQuestionMark) {
+    auto r = Lance("RefCur = 12.345, 0.5§30");
+    EXPECT_EQ(r->etat.Repere.RefCurX, QStringLiteral("12.35"));
+    EXPECT_EQ(r->etat.Repere.RefCurY, QStringLiteral(".5"));
+    EXPECT_EQ(r->etat.Repere.RefCurAngle, QStringLiteral("-30.0"));
     auto s = Lance("CT = 12.5, 7\n?\n");
     EXPECT_TRUE(s->hote.TexteModifie());
     EXPECT_EQ(s->hote.TexteEditeur(), Programme("CT = 12.5, 7\n'? =0, 0\n"));
-    auto t = Lance("CentreE = 10, 10\n? = %X, %Y\n");
-    EXPECT_EQ(Variable(*t, "%X"), QStringLiteral("0"));
-    EXPECT_EQ(Variable(*t, "%Y"), QStringLiteral("0"));
-}
-
-TEST(Repere, ThicknessZeroIsOnePixelEvenAfterAThickDefault) {
-    const char* prog = "EpaisT = 3mm\nTrait = 0, 0, 10, 0, 0\nTrait = 0, 0, 10, 0\n";
-    auto s = Lance(prog);
-    const auto l = Lignes(*s);
-    ASSERT_EQ(l.size(), 2);
-    EXPECT_EQ(l[0].largeur, 1);  // the command's own "0"
-    EXPECT_EQ(l[1].largeur, 11); // the default, 3 mm at 96 dpi
-    auto p = LanceImprimante(prog);
-    const auto lp = Lignes(*p);
-    ASSERT_EQ(lp.size(), 2);
-    EXPECT_EQ(lp[0].largeur, 1);
-    EXPECT_EQ(lp[1].largeur, 71); // 3 mm at 600 dpi
-    // The conversion itself, on both targets, in dots and in millimetres.
-    Session u{QString()};
-    Etat& e = u.etat;
-    e.Repere.FacteurZ = 1;
-    e.Surf = u.pane.get();
-    EXPECT_EQ(LargeurTrait(e, 0, false), 1);
-    EXPECT_EQ(LargeurTrait(e, 0, true), 1);
-    e.Surf = u.imprimante.get();
-    EXPECT_EQ(LargeurTrait(e, 0, false), 1);
-    EXPECT_EQ(LargeurTrait(e, 0, true), 1);
 }
