@@ -1,25 +1,13 @@
-// Part 1.7: run-time input and output commands.
+// Run-time input and output: data files, PrintA, Input, ListeVar, Options#$.
 #include "outils.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <optional>
+
 namespace {
-
-QString Ecrit(const QTemporaryDir& d, const QString& nom, const QByteArray& contenu) {
-    const QString chemin = d.filePath(nom);
-    QFile f(chemin);
-    f.open(QIODevice::WriteOnly);
-    f.write(contenu);
-    return chemin;
-}
-
-QString Lit(const QString& chemin) {
-    QFile f(chemin);
-    f.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(f.readAll());
-}
 
 std::unique_ptr<Session> LanceDans(const QTemporaryDir& d, const QString& lignes) {
     auto s = std::make_unique<Session>(Programme(lignes));
@@ -30,149 +18,95 @@ std::unique_ptr<Session> LanceDans(const QTemporaryDir& d, const QString& lignes
 
 } // namespace
 
-TEST(Es, LVarAfterTheLastLine) {
-    QTemporaryDir d;
-    Ecrit(d, "data.txt", "' header\r\nfirst\r\nsecond\r\n");
-    auto s = LanceDans(d, "Open = data.txt\nLVar = %L\n%E1 = %EOF\nLVar = %L\n%E2 = %EOF\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
-    EXPECT_EQ(Variable(*s, "%E1"), QStringLiteral("0"));
-    EXPECT_EQ(Variable(*s, "%L"), QStringLiteral("second"));
-    EXPECT_EQ(Variable(*s, "%E2"), QStringLiteral("1"));
+// Data files beside the main file ("<D>" is their folder): the variables read ("%a=1;%b=x"),
+// the box if any, and the file PrintA wrote (none: it must not exist).
+TEST(Es, DataFilesReadAndWritten) {
+    struct Cas {
+        const char* quoi;
+        std::vector<std::pair<QString, QString>> fichiers;
+        QString programme, attendus, message = {}, sortie = {};
+        std::optional<QString> contenu = {};
+    };
+    const std::vector<Cas> cas = {
+        {"LVar after the last line sets %EOF", {{"data.txt", "' header\r\nfirst\r\nsecond\r\n"}},
+         "Open = data.txt\nLVar = %L\n%E1 = %EOF\nLVar = %L\n%E2 = %EOF\n", "%E1=0;%L=second;%E2=1"},
+        {"a data file of comments only gives an empty variable", {{"c.txt", "' one\r\n' two\r\n"}},
+         "Open = c.txt\nLVar = %L\n%r = [%L\n", "%r=["},
+        {"Open without a name closes", {{"data.txt", "a\r\nb\r\n"}}, "Open = data.txt\n%E1 = %EOF\nOpen\n%E2 = %EOF\n",
+         "%E1=0;%E2=1"},
+        {"LVar skips to the start mark, joins continued lines and stops at the end mark",
+         {{"m.txt", "skip me\r\n[start]\r\nx\r\na, _\r\nb\r\n' [end]\r\nz\r\n"}},
+         "Open = m.txt\nLVar = %L, 1, [start], [end]\n", "%L=a,b"},
+        {"OpenA sets the data name, comment character and number as Open does", {{"d.txt", "'q\r\nlast\r\n"}},
+         "OpenA = o.txt\n%E = %EOF\nOpenA\nOpen = d.txt, 35\nOpenA = o.txt\nLVar = %L\n", "%E=0;%L=last"},
+        {"Open in a called file looks in the called file's folder",
+         {{"sub/d.txt", "x\r\n"}, {"sub/inc.dat", "Open = d.txt\r\nLVar = %t\r\n%IRE$-1v = %t\r\n"}},
+         "Fichier = <D>/sub/inc.dat\n", "%v=x"},
+        {"PrintA evaluates, joins its texts until %CR, and writes no one-character text", {},
+         "OpenA = out.txt\nPrintA = #1+1#\nPrintA = x\nPrintA = %CR\nPrintA = yz\n", "", "", "out.txt", "2\r\nyz"},
+        {"OpenA with Kill deletes the file and opens none", {{"a.txt", "old"}}, "OpenA = a.txt,,Kill\nPrintA = new\n",
+         "", "", "a.txt", std::nullopt},
+        {"Open of a missing file names it", {}, "Open = absent.txt\n", "",
+         "<D>/absent.txt : fichier non trouvé [File not found]\r\n\r\n"},
+    };
+    for (const Cas& c : cas) {
+        SCOPED_TRACE(c.quoi);
+        QTemporaryDir d;
+        for (const auto& [nom, texte] : c.fichiers) {
+            QDir().mkpath(QFileInfo(d.filePath(nom)).path());
+            QFile f(d.filePath(nom));
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write(texte.toUtf8());
+        }
+        auto s = LanceDans(d, QString(c.programme).replace("<D>", d.path()));
+        s->etat.FicPrintA.reset(); // closes the file
+        const QStringList m = Messages(*s);
+        EXPECT_EQ(m.size(), c.message.isEmpty() ? 0 : 1) << m.join("|").toStdString();
+        if (!m.isEmpty()) EXPECT_TRUE(m[0].contains(QString(c.message).replace("<D>", d.path()))) << m[0].toStdString();
+        for (const QString& paire : c.attendus.split(u';', Qt::SkipEmptyParts))
+            EXPECT_EQ(Variable(*s, paire.section(u'=', 0, 0)), paire.section(u'=', 1)) << paire.toStdString();
+        if (c.sortie.isEmpty()) continue;
+        QFile f(d.filePath(c.sortie));
+        EXPECT_EQ(f.exists(), c.contenu.has_value());
+        if (c.contenu && f.open(QIODevice::ReadOnly)) EXPECT_EQ(QString::fromUtf8(f.readAll()), *c.contenu);
+    }
 }
 
-TEST(Es, DataFileWithOnlyComments) {
-    QTemporaryDir d;
-    Ecrit(d, "c.txt", "' one\r\n' two\r\n");
-    auto s = LanceDans(d, "Open = c.txt\nLVar = %L\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty());
-    EXPECT_EQ(Variable(*s, "%L"), QString());
-    EXPECT_EQ(s->etat.PileFic[1].NbVar, 1);
-}
-
-TEST(Es, OpenWithoutParameterCloses) {
-    QTemporaryDir d;
-    Ecrit(d, "data.txt", "a\r\nb\r\n");
-    auto s = LanceDans(d, "Open = data.txt\n%E1 = %EOF\nOpen\n%E2 = %EOF\n");
-    EXPECT_EQ(Variable(*s, "%E1"), QStringLiteral("0"));
-    EXPECT_EQ(Variable(*s, "%E2"), QStringLiteral("1"));
-}
-
-TEST(Es, OpenOfAMissingFileNamesItInTheBox) {
-    QTemporaryDir d;
-    auto s = LanceDans(d, "Open = absent.txt\n");
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_TRUE(Messages(*s)[0].contains(d.filePath("absent.txt") +
-                                         QStringLiteral(" : fichier non trouvé [File not found]\r\n\r\n")));
-}
-
-TEST(Es, LVarContinuationsMarksAndSkip) {
-    QTemporaryDir d;
-    Ecrit(d, "m.txt", "skip me\r\n[start]\r\nx\r\na, _\r\nb\r\n' [end]\r\nz\r\n");
-    auto s = LanceDans(d, "Open = m.txt\nLVar = %L, 1, [start], [end]\n");
-    EXPECT_EQ(Variable(*s, "%L"), QStringLiteral("a,b"));
-}
-
-TEST(Es, PrintAOfOneCharacterWritesNothing) {
-    QTemporaryDir d;
-    auto s = LanceDans(d, "OpenA = one.txt\nPrintA = y\nPrintA = ab\n");
-    s->etat.FicPrintA.reset();
-    EXPECT_EQ(Lit(d.filePath("one.txt")), QStringLiteral("ab"));
-}
-
-TEST(Es, PrintAEvaluatesAndContinuesOnOneLine) {
-    QTemporaryDir d;
-    auto s = LanceDans(d, "OpenA = out.txt\nPrintA = #1+1#\nPrintA = x\nPrintA = %CR\nPrintA = yz\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
-    s->etat.FicPrintA.reset();
-    EXPECT_EQ(Lit(d.filePath("out.txt")), QStringLiteral("2\r\nyz"));
-}
-
-TEST(Es, OpenAKillDeletesAndNothingIsWritten) {
-    QTemporaryDir d;
-    QDir::setCurrent(d.path());
-    Ecrit(d, "a.txt", "old");
-    auto s = LanceDans(d, "OpenA = a.txt,,Kill\nPrintA = new\n");
-    EXPECT_FALSE(QFile::exists(d.filePath("a.txt")));
-}
-
-TEST(Es, OptionsMaxVarWordIsCaseSensitive) {
-    auto s = Lance("Options#$ = Var,100,,OptMaxVar\n");
-    EXPECT_EQ(s->etat.PileFic[1].MaxVar, 64);
-    auto t = Lance("Options#$ = Var,100,,OptMaxvar\n");
-    EXPECT_EQ(t->etat.PileFic[1].MaxVar, 33);
-    auto u = Lance("Options#$ = MaxIf,7,,OptMaxIf\n");
-    EXPECT_EQ(u->etat.PileFic[1].MaxSi, 4);
-    auto p = Lance("Options#$ = Plot,2000,,OptMaxPlot\n");
-    EXPECT_EQ(p->etat.PileFic[1].MaxPlot, 2000000);
-}
-
-TEST(Es, InputTakesTheAnswerOrTheDefault) {
+// Input takes the answer, else the default after "§"; a bad variable name fails. Cancel in
+// ListeVar's box ends the level.
+TEST(Es, InputAndListeVar) {
     Session s(Programme("Input = Rayon?§12, %R\nInput =< Nom, %N\n"));
-    s.hote.Saisies = QStringList{QStringLiteral("25")};
+    s.hote.Saisies = QStringList{"25"};
     s.Execute();
-    EXPECT_EQ(Variable(s, "%R"), QStringLiteral("25"));
-    EXPECT_EQ(Variable(s, "%N"), QString());
-    Session t(Programme("Input = Rayon?§12, %R\n"));
-    t.Execute();
-    EXPECT_EQ(Variable(t, "%R"), QStringLiteral("12"));
+    EXPECT_EQ(Variable(s, "%R") + "|" + Variable(s, "%N"), "25|");
+    EXPECT_EQ(Variable(*Lance("Input = Rayon?§12, %R\n"), "%R"), "12");
+    EXPECT_EQ(Lance("Input = Rayon?, R\n")->hote.Messages().size(), 1);
+    auto l = Lance("%A = 1\nListeVar = note\nCT = 1, 1\n", {"cancel"});
+    ASSERT_EQ(l->hote.Messages().size(), 1);
+    EXPECT_EQ(l->hote.Messages()[0].titre, "Mirel        ListeVar (n=1  L=2)  \r\n note");
+    EXPECT_TRUE(Lignes(*l).isEmpty());
+    EXPECT_EQ(Lignes(*Lance("ListeVar\nCT = 1, 1\n")).size(), 2);
 }
 
-TEST(Es, InputWithABadNameFails) {
-    auto s = Lance("Input = Rayon?, R\n");
-    ASSERT_EQ(s->hote.Messages().size(), 1);
+// The word must be exact (case too), else the start value is back; a value below 1 changes nothing; Var <= 64.
+TEST(Es, OptionsSetTheLimitsOfTheLevel) {
+    const std::tuple<QString, int CtxFic::*, int> cas[] = {
+        {"Var,100,,OptMaxVar", &CtxFic::MaxVar, 64},
+        {"Var,100,,OptMaxvar", &CtxFic::MaxVar, 33},
+        {"Var,40,,OptMaxVar\nOptions#$ = Var,0,,OptMaxVar", &CtxFic::MaxVar, 40},
+        {"Var,40,,OptMaxVar\nOptions#$ = Var,40,,Faux", &CtxFic::MaxVar, 33},
+        {"MaxIf,7,,OptMaxIf", &CtxFic::MaxSi, 4},
+        {"MaxIf,3,,OptMaxIf\nOptions#$ = MaxIf,0,,OptMaxIf", &CtxFic::MaxSi, 3},
+        {"Plot,2000,,OptMaxPlot", &CtxFic::MaxPlot, 2000000},
+    };
+    for (const auto& [options, limite, attendu] : cas)
+        EXPECT_EQ(Lance("Options#$ = " + options + "\n")->etat.PileFic[1].*limite, attendu) << options.toStdString();
 }
 
-TEST(Es, ListeVarCancelEndsTheLevel) {
-    auto s = Lance("%A = 1\nListeVar = note\nCT = 1, 1\n", {"cancel"});
-    ASSERT_EQ(s->hote.Messages().size(), 1);
-    EXPECT_EQ(s->hote.Messages()[0].titre, QStringLiteral("Mirel        ListeVar (n=1  L=2)  \r\n note"));
-    EXPECT_TRUE(Lignes(*s).isEmpty());
-    auto t = Lance("ListeVar\nCT = 1, 1\n");
-    EXPECT_EQ(Lignes(*t).size(), 2);
-}
-
-// Part 1.7, common part of Open and OpenA: OpenA also sets the level's data
-// name, comment character "'" and number.
-TEST(Es, OpenATakesTheCommonPartWithOpen) {
-    QTemporaryDir d;
-    Ecrit(d, "d.txt", "'q\r\nlast\r\n");
-    auto s = LanceDans(d, "OpenA = o.txt\n%E = %EOF\nOpenA\nOpen = d.txt, 35\nOpenA = o.txt\nLVar = %L\n");
-    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
-    EXPECT_EQ(Variable(*s, "%E"), "0");
-    EXPECT_EQ(Variable(*s, "%L"), "last"); // "'" is the comment character again
-}
-
-// Open in an included file: the included file's folder when the name is
-// found neither as given nor beside the main file (no main file here).
-TEST(Es, OpenInAnIncludedFileLooksInItsFolder) {
-    QTemporaryDir d;
-    QDir(d.path()).mkdir("sub");
-    Ecrit(d, "sub/d.txt", "x\r\n");
-    Ecrit(d, "sub/inc.dat", "Open = d.txt\r\nLVar = %t\r\n%IRE$-1v = %t\r\n");
-    Session s(Programme("Fichier = " + d.filePath("sub/inc.dat") + "\n"));
-    s.Execute();
-    EXPECT_TRUE(s.hote.Messages().isEmpty()) << Messages(s).join("|").toStdString();
-    EXPECT_EQ(Variable(s, "%v"), "x");
-}
-
-// Options#$: the right word with a value below 1 changes nothing; a wrong
-// word puts the start value back.
-TEST(Es, OptionsBelowOneChangesNothing) {
-    auto s = Lance("Options#$ = Var,40,,OptMaxVar\nOptions#$ = Var,0,,OptMaxVar\n"
-                   "Options#$ = MaxIf,3,,OptMaxIf\nOptions#$ = MaxIf,0,,OptMaxIf\n");
-    EXPECT_EQ(s->etat.PileFic[1].MaxVar, 40);
-    EXPECT_EQ(s->etat.PileFic[1].MaxSi, 3);
-    auto t = Lance("Options#$ = Var,40,,OptMaxVar\nOptions#$ = Var,40,,Faux\n");
-    EXPECT_EQ(t->etat.PileFic[1].MaxVar, 33);
-}
-
-// Part 1.1: events run at OpenA; Part 1.7: a waiting Shell#$ pumps events
-// until its process has ended.
+// Events run at OpenA, and a waiting Shell#$ lets them run until its process ends.
 TEST(Es, OpenAAndAWaitingShellLetEventsRun) {
     QTemporaryDir d;
-    auto base = LanceDans(d, "CT = 1, 1\n");
-    auto o = LanceDans(d, "CT = 1, 1\nOpenA = p.txt\n");
-    EXPECT_GT(o->hote.Pompages, base->hote.Pompages);
-    auto sh = LanceDans(d, "CT = 1, 1\nShell#$ = sleep, JPG#, 1, 0.2\n");
-    EXPECT_GT(sh->hote.Pompages, base->hote.Pompages + 3);
+    const int base = LanceDans(d, "CT = 1, 1\n")->hote.Pompages;
+    EXPECT_GT(LanceDans(d, "CT = 1, 1\nOpenA = p.txt\n")->hote.Pompages, base);
+    EXPECT_GT(LanceDans(d, "CT = 1, 1\nShell#$ = sleep, JPG#, 1, 0.2\n")->hote.Pompages, base + 3);
 }

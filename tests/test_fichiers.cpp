@@ -1,21 +1,15 @@
-// Part 4.2: command files.
+// Command files: Open, New, Save, Save as, the coded export, encodings and Alt-L.
 #include "app/core/dmk.h"
 #include "app/core/encodage.h"
 #include "app/core/fichiers.h"
-
 #include "language/chaines.h"
 #include "language/etat.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
-#include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
@@ -27,8 +21,7 @@ namespace {
 
 QByteArray Lit(const QString& chemin) {
     QFile f(chemin);
-    if (!f.open(QIODevice::ReadOnly)) return {};
-    return f.readAll();
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 void Ecrit(const QString& chemin, const QByteArray& octets) {
@@ -37,48 +30,33 @@ void Ecrit(const QString& chemin, const QByteArray& octets) {
     f.write(octets);
 }
 
-// The window, as the commands see it: scripted dialogs and answers.
+// The window as the commands see it: answers and dialog results are taken in
+// order, then OK / Yes and cancel.
 struct FenetreTest : FenetreFichiers {
-    QStringList messages;
+    QStringList messages, ouvrir, enregistrer, dossiersOuvrir, nomsInitiaux;
     QList<Boutons> boutons;
-    QList<Reponse> reponses;          // answers in order; then OK / Yes
-    QStringList ouvrir, enregistrer;  // dialog results in order; then cancel
-    QStringList dossiersOuvrir, nomsInitiaux, filtres;
-    QList<QStringList> listes;
-    QList<bool> listesPlusieurs;
-    QString editeur;
+    QList<Reponse> reponses;
+    QString editeur, legende = "?", dossier;
     float zoom = 0;
-    QString legende = QStringLiteral("?");
-    QString dossier;
     int visualisations = 0, annulations = 0, occupe = 0;
 
+    template <class T> static T Prend(QList<T>& l) { return l.isEmpty() ? T() : l.takeFirst(); }
     Reponse Message(const QString& texte, Boutons b) override {
-        messages << texte;
-        boutons << b;
+        messages << texte, boutons << b;
         if (!reponses.isEmpty()) return reponses.takeFirst();
         return b == Boutons::Ok || b == Boutons::OkAnnuler ? Reponse::Ok : Reponse::Oui;
     }
-    QString DialogueOuvrir(const QString& d, const QString& filtre) override {
+    QString DialogueOuvrir(const QString& d, const QString&) override {
         dossiersOuvrir << d;
-        filtres << filtre;
-        return ouvrir.isEmpty() ? QString() : ouvrir.takeFirst();
+        return Prend(ouvrir);
     }
-    QString DialogueEnregistrer(const QString& nom, const QString& filtre, const QString& ext) override {
-        nomsInitiaux << nom;
-        filtres << filtre;
+    QString DialogueEnregistrer(const QString& nom, const QString&, const QString& ext) override {
         EXPECT_EQ(ext, "dat");
-        return enregistrer.isEmpty() ? QString() : enregistrer.takeFirst();
-    }
-    QStringList DialogueListe(const QString& filtre, bool plusieurs) override {
-        filtres << filtre;
-        listesPlusieurs << plusieurs;
-        return listes.isEmpty() ? QStringList() : listes.takeFirst();
+        nomsInitiaux << nom;
+        return Prend(enregistrer);
     }
     QString TexteEditeur() const override { return editeur; }
-    void ChargeTexte(const TexteLu& lu) override {
-        editeur = lu.Texte;
-        zoom = lu.ZoomDepart;
-    }
+    void ChargeTexte(const TexteLu& lu) override { editeur = lu.Texte, zoom = lu.ZoomDepart; }
     void VideEditeur() override { editeur.clear(); }
     void EcritLegende(const QString& nom) override { legende = nom; }
     void Occupe(bool o) override { occupe += o ? 1 : -1; }
@@ -87,7 +65,7 @@ struct FenetreTest : FenetreFichiers {
     void DebutAnnulation() override { ++annulations; }
 };
 
-// Folders of a session: working, configuration, program.
+// The working, configuration and program folders, and a folder of data files.
 struct Session {
     QTemporaryDir travail, cfg, programme, donnees;
     Reglages regl;
@@ -101,351 +79,178 @@ struct Session {
         etat.Ale.seed(42);
     }
     QString D(const QString& nom) const { return donnees.path() + u'/' + nom; }
-};
-
-// Makes a folder refuse new files: chmod for an ordinary user; for root, whom
-// permissions do not stop, the immutable attribute. Undone on destruction.
-class DossierEnLectureSeule {
-public:
-    explicit DossierEnLectureSeule(const QString& d) : dossier_(d) {
-        if (::geteuid() != 0) {
-            QFile::setPermissions(d, QFile::ReadOwner | QFile::ExeOwner);
-            chmod_ = true;
-        } else {
-            immuable_ = Immuable(true);
-        }
-        // Effective only if a probe file cannot be created.
-        QFile essai(d + QStringLiteral("/probe"));
-        efficace_ = !essai.open(QIODevice::WriteOnly);
-        if (!efficace_) essai.remove();
-    }
-    ~DossierEnLectureSeule() {
-        if (immuable_) Immuable(false);
-        if (chmod_) QFile::setPermissions(dossier_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    bool Efficace() const { return efficace_; }
-
-private:
-    bool Immuable(bool oui) {
-        const int fd = ::open(QFile::encodeName(dossier_).constData(), O_RDONLY | O_DIRECTORY);
-        if (fd < 0) return false;
-        int drapeaux = 0;
-        bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &drapeaux) == 0;
-        if (ok) {
-            drapeaux = oui ? (drapeaux | FS_IMMUTABLE_FL) : (drapeaux & ~FS_IMMUTABLE_FL);
-            ok = ::ioctl(fd, FS_IOC_SETFLAGS, &drapeaux) == 0;
-        }
-        ::close(fd);
-        return ok;
-    }
-    QString dossier_;
-    bool chmod_ = false, immuable_ = false, efficace_ = false;
+    QStringList Courant() const { return {etat.FichierCourant, etat.NomCourant, fen.legende}; }
+    std::tuple<int, int, int> Compteurs() const { return {fen.visualisations, fen.annulations, fen.occupe}; }
 };
 
 } // namespace
 
-// --- Edge cases of Part 4.2
-
-TEST(Fichiers, TextFileWithTxtExtensionOpens) {
+// Cancel with an empty editor loads the template, with text it does nothing; a chosen file
+// becomes the current one; an uninstaller's data file or a read error shows a box.
+TEST(Fichiers, OpenLoadsTheChosenFileOrTheTemplate) {
     Session s;
+    Ecrit(s.regl.DossierTravail + "mirel.dan", "' Template\r\nZoomIni = 2\r\n");
+    s.etat.FichierCourant = "old.dat";
+    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
+    EXPECT_EQ(s.fen.editeur, "' Template\r\nZoomIni = 2\r\n");
+    EXPECT_FLOAT_EQ(s.fen.zoom, 2.0f);
+    EXPECT_EQ(s.Courant(), QStringList(3, ""));
+    EXPECT_EQ(s.fen.dossiersOuvrir, QStringList{s.regl.DossierTravail});
+    EXPECT_EQ(s.fen.visualisations, 1); // the template is run at once
+    const int vues = s.fen.visualisations, annulations = s.fen.annulations;
     Ecrit(s.D("notes.txt"), "Arc = 30, 150, 60\r\n");
     s.fen.ouvrir << s.D("notes.txt");
     ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
     EXPECT_EQ(s.fen.editeur, "Arc = 30, 150, 60\r\n");
-    EXPECT_EQ(s.etat.FichierCourant, s.D("notes.txt"));
-    EXPECT_EQ(s.etat.NomCourant, s.D("notes.txt"));
-    EXPECT_EQ(s.fen.legende, s.D("notes.txt"));
-    EXPECT_EQ(s.etat.DossierFichier, s.donnees.path() + u'/');
-    EXPECT_EQ(s.fen.dossier, s.donnees.path() + u'/');
-    EXPECT_EQ(s.fen.dossiersOuvrir, QStringList{s.regl.DossierTravail});
-    EXPECT_EQ(s.fen.visualisations, 1);
-    EXPECT_EQ(s.fen.annulations, 1);
-    EXPECT_EQ(s.fen.occupe, 0);
+    EXPECT_EQ(s.Courant(), QStringList(3, s.D("notes.txt")));
+    EXPECT_EQ(std::pair(s.etat.DossierFichier, s.fen.dossier), std::pair(s.D(""), s.D(""))); // the file's folder
+    EXPECT_EQ(s.Compteurs(), std::tuple(vues + 1, annulations + 1, 0));
     EXPECT_FALSE(s.etat.Modifie);
-    EXPECT_TRUE(s.fen.messages.isEmpty());
-}
-
-TEST(Fichiers, Unins000DatIsRefused) {
-    Session s;
-    Ecrit(s.D("unins000.dat"), "binary");
-    s.fen.editeur = "Trait = 1, 2, 3, 4\r\n";
-    s.fen.ouvrir << s.D("unins000.dat");
     EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    ASSERT_EQ(s.fen.messages.size(), 1);
+    Ecrit(s.D("unins000.dat"), "binary");
+    s.fen.ouvrir << s.D("unins000.dat") << s.D("missing.dat");
+    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
+    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
+    EXPECT_EQ(s.fen.editeur, "Arc = 30, 150, 60\r\n");
+    EXPECT_EQ(s.Compteurs(), std::tuple(vues + 1, annulations + 1, 0));
+    ASSERT_EQ(s.fen.messages.size(), 2);
     EXPECT_EQ(s.fen.messages[0], s.D("unins000.dat") +
                                      "\nN'est pas un fichier Mirel\nIs not a Mirel file\nIst keine Mirel Datei.");
-    EXPECT_EQ(s.fen.editeur, "Trait = 1, 2, 3, 4\r\n");
-    EXPECT_EQ(s.fen.visualisations, 0);
-    EXPECT_TRUE(EstDesinstalleur("C:\\Prog\\UNINS001.DAT"));
-    EXPECT_TRUE(EstDesinstalleur("unins000.Dat"));
-    EXPECT_FALSE(EstDesinstalleur("unins000.txt"));
-    EXPECT_FALSE(EstDesinstalleur("uninstall.dat"));
-    EXPECT_FALSE(EstDesinstalleur("s000.dat"));
+    EXPECT_FALSE(s.fen.messages[1].isEmpty());
+    for (const auto& [nom, refuse] : {std::pair{"C:\\Prog\\UNINS001.DAT", true}, {"unins000.Dat", true},
+                                      {"unins000.txt", false}, {"uninstall.dat", false}, {"s000.dat", false}})
+        EXPECT_EQ(EstDesinstalleur(nom), refuse) << nom;
 }
 
-TEST(Fichiers, Unins000TxtIsAccepted) {
-    Session s;
-    Ecrit(s.D("unins000.txt"), "' not an uninstaller\r\n");
-    s.fen.ouvrir << s.D("unins000.txt");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.editeur, "' not an uninstaller\r\n");
-    EXPECT_TRUE(s.fen.messages.isEmpty());
+// Every line end becomes CR LF, the last line's included. The zoom is that of the first
+// ZoomIni line not starting with "'": what follows its first "=" (or position 8), else 1.
+TEST(Fichiers, ReadingNormalisesLineEndsAndFindsTheZoom) {
+    const std::pair<QByteArray, QString> fins[] = {{"a\nb\rc\r\nd", "a\r\nb\r\nc\r\nd\r\n"}, {"\n\r\n", "\r\n\r\n"},
+                                                   {"", ""}, {"\r\n", "\r\n"}, {"Arc", "Arc\r\n"}};
+    for (const auto& [octets, texte] : fins) EXPECT_EQ(LitFic(octets).Texte, texte) << octets.toStdString();
+    EXPECT_EQ(NormaliseFinsDeLigne("x\r\r\ny"), "x\r\n\r\ny");
+    const std::pair<QString, float> zooms[] = {
+        {"Arc = 1\r\n", 1.0f}, {"' ZoomIni = 3\r\n\t 'ZoomIni = 4\r\n  zoomini = 2.5 ' x\r\nZoomIni = 7\r\n", 2.5f},
+        {"\tZoomIni 1.5\r\n", 1.5f}, {"ZoomIni = 0\r\nZoomIni = 4\r\n", 1.0f}, {"ZoomIniI = 3\r\n", 3.0f},
+        {"Trait = 5,2,3,4 ' ZoomIni = 9", 5.0f}};
+    for (const auto& [texte, zoom] : zooms) EXPECT_FLOAT_EQ(ZoomIniDe(texte), zoom) << texte.toStdString();
 }
 
-TEST(Fichiers, CancelInOpenWithEmptyEditorGivesTheTemplate) {
-    Session s;
-    Ecrit(s.regl.DossierTravail + "mirel.dan", "' Template of the working folder\r\nZoomIni = 2\r\n");
-    s.etat.FichierCourant = "old.dat";
-    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen)); // the dialog is cancelled
-    EXPECT_EQ(s.fen.editeur, "' Template of the working folder\r\nZoomIni = 2\r\n");
-    EXPECT_FLOAT_EQ(s.fen.zoom, 2.0f);
-    EXPECT_EQ(s.etat.FichierCourant, "");
-    EXPECT_EQ(s.etat.NomCourant, "");
-    EXPECT_EQ(s.fen.visualisations, 1);
-    // With text in the editor, cancel leaves it.
-    s.fen.editeur = "Arc = 1, 2, 3\r\n";
-    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.editeur, "Arc = 1, 2, 3\r\n");
+// The start-up load (no run of its own); a file is saved back in its encoding, but a
+// character that Windows-1252 lacks turns it to UTF-8 rather than lose it.
+TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
+    QByteArray cp1252;
+    for (int b = 1; b < 256; ++b)
+        if (b != '\r' && b != '\n') cp1252 += char(b);
+    const std::tuple<QByteArray, Encodage, QString, float> cas[] = {
+        {Lit(MIREL_SOURCE_DIR "/tests/data/fichiers/cadran_cp1252.dat"), Encodage::Windows1252,
+         "' Cadran 0 à 250 V° § µA\r\n", 1.25f},
+        {cp1252 + "\r\n", Encodage::Windows1252, "", 1.0f},
+        {QString("Texte = 0, 0, ,µA § °\r\n").toUtf8(), Encodage::Utf8, "Texte = 0, 0, ,µA § °\r\n", 1.0f},
+        {"\xEF\xBB\xBFZoomIni = 2\r\n", Encodage::Utf8Bom, "ZoomIni = 2\r\n", 2.0f}};
+    for (const auto& [octets, enc, debut, zoom] : cas) {
+        Session s;
+        Ecrit(s.D("f.dat"), octets);
+        ASSERT_TRUE(ChargeFichier(s.etat, s.fen, s.D("f.dat"), false));
+        EXPECT_EQ(std::tuple(s.etat.FichierCourant, s.etat.Enc, s.fen.zoom, s.fen.visualisations),
+                  std::tuple(s.D("f.dat"), enc, zoom, 0));
+        EXPECT_TRUE(s.fen.editeur.startsWith(debut)) << s.fen.editeur.toStdString();
+        ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
+        EXPECT_EQ(Lit(s.D("f.dat")), octets);
+        if (debut.isEmpty()) EXPECT_EQ(s.fen.editeur.mid(0x80 - 3, 1), "€"); // byte 80
+        s.fen.editeur += "' Ω\r\n";
+        ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
+        EXPECT_EQ(s.etat.Enc, enc == Encodage::Windows1252 ? Encodage::Utf8 : enc);
+        EXPECT_EQ(Lit(s.D("f.dat")), (enc == Encodage::Utf8Bom ? "\xEF\xBB\xBF" : "") + s.fen.editeur.toUtf8());
+    }
 }
 
-TEST(Fichiers, SaveOfTextImportedFromMtrOpensSaveAs) {
+// Save of a meter file takes Save as; Save as drops what follows the last dot
+// of a name that has two; cancel keeps the name and the modified state.
+TEST(Fichiers, SaveAsTakesMeterFilesAndCutsAfterTheLastOfTwoDots) {
     Session s;
     Ecrit(s.D("meter.mtr"), "MTR DATA");
-    s.etat.FichierCourant = s.D("meter.mtr");
-    s.etat.NomCourant = s.D("meter.mtr");
+    s.etat.FichierCourant = s.etat.NomCourant = s.D("meter.mtr");
     s.etat.Modifie = true;
     s.fen.editeur = "Arc = 30, 150, 60\r\n";
-    s.fen.enregistrer << s.D("meter.dat");
+    s.fen.enregistrer << s.D("dial.v2.dat");
     ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
     EXPECT_EQ(s.fen.nomsInitiaux, QStringList{s.D("meter.mtr")});
     EXPECT_EQ(Lit(s.D("meter.mtr")), "MTR DATA");
-    EXPECT_EQ(Lit(s.D("meter.dat")), "Arc = 30, 150, 60\r\n");
-    EXPECT_EQ(s.etat.FichierCourant, s.D("meter.dat"));
-    EXPECT_EQ(s.etat.NomCourant, s.D("meter.dat"));
-    EXPECT_FALSE(s.etat.Modifie);
-    EXPECT_TRUE(EstFichierMeter("x.MtR"));
-}
-
-TEST(Fichiers, NameWithTwoDotsInSaveAsLosesWhatFollowsTheLastDot) {
-    Session s;
-    s.fen.editeur = "Arc = 30, 150, 60\r\n";
-    s.fen.enregistrer << s.D("dial.v2.dat");
-    ASSERT_TRUE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
     EXPECT_EQ(Lit(s.D("dial.v2")), "Arc = 30, 150, 60\r\n");
     EXPECT_FALSE(QFileInfo::exists(s.D("dial.v2.dat")));
-    EXPECT_EQ(s.etat.NomCourant, s.D("dial.v2"));
-    EXPECT_EQ(CoupeDeuxPoints("/a/b.c.d"), "/a/b.c");
-    EXPECT_EQ(CoupeDeuxPoints("/a/b.dat"), "/a/b.dat");
-    EXPECT_EQ(CoupeDeuxPoints("/home/u/.config/dial.dat"), "/home/u/.config/dial.dat");
-    EXPECT_EQ(CoupeDeuxPoints("Cmd.JPG#.dat"), "Cmd.JPG#");
-}
-
-TEST(Fichiers, OneLineWithoutLineEndLoadsWithCrLfAndKeepsItWhenSaved) {
-    Session s;
-    Ecrit(s.D("one.dat"), "Arc = 30, 150, 60");
-    s.fen.ouvrir << s.D("one.dat");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.editeur, "Arc = 30, 150, 60\r\n");
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(Lit(s.D("one.dat")), "Arc = 30, 150, 60\r\n");
-}
-
-// --- Reading
-
-TEST(Fichiers, EveryLineEndBecomesCrLf) {
-    EXPECT_EQ(LitFic(QByteArray("a\nb\rc\r\nd")).Texte, "a\r\nb\r\nc\r\nd\r\n");
-    EXPECT_EQ(LitFic(QByteArray("a\n\n\r\n")).Texte, "a\r\n\r\n\r\n");
-    EXPECT_EQ(LitFic(QByteArray("")).Texte, "");
-    EXPECT_EQ(LitFic(QByteArray("\r\n")).Texte, "\r\n");
-    EXPECT_EQ(NormaliseFinsDeLigne("x\r\r\ny"), "x\r\n\r\ny");
-}
-
-TEST(Fichiers, ZoomIniScanSkipsCommentLines) {
-    EXPECT_FLOAT_EQ(LitFic(QByteArray("Arc = 1, 2, 3\r\n")).ZoomDepart, 1.0f);
-    EXPECT_FLOAT_EQ(ZoomIniDe("' ZoomIni = 3\r\n\t 'ZoomIni = 4\r\n  zoomini = 2.5 ' x\r\nZoomIni = 7\r\n"), 2.5f);
-    EXPECT_FLOAT_EQ(ZoomIniDe("\tZoomIni 1.5\r\n"), 1.5f); // no "=": position 8
-    EXPECT_FLOAT_EQ(ZoomIniDe("ZoomIni = 0\r\nZoomIni = 4\r\n"), 1.0f); // 0 gives 1, the search ends
-    EXPECT_FLOAT_EQ(ZoomIniDe("ZoomIniI = 3\r\n"), 3.0f); // ZOOMINI is found in ZOOMINII
-    // The line does not start with "'": the value is what follows its first "=".
-    EXPECT_FLOAT_EQ(ZoomIniDe("Trait = 5,2,3,4 ' ZoomIni = 9"), 5.0f);
-}
-
-TEST(Fichiers, Windows1252FileReadAndSavedBackIn1252) {
-    Session s;
-    const QByteArray octets("' Tension 0 \xE0 250 V \xB0 \xA7 \xB5" "A \x80\r\nTexte = 0, 0, ,\xE9t\xE9\r\n");
-    Ecrit(s.D("ancien.dat"), octets);
-    s.fen.ouvrir << s.D("ancien.dat");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.etat.Enc, Encodage::Windows1252);
-    EXPECT_EQ(s.fen.editeur, QStringLiteral("' Tension 0 à 250 V ° § µA €\r\nTexte = 0, 0, ,été\r\n"));
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(Lit(s.D("ancien.dat")), octets);
-    // A character that Windows-1252 lacks turns the file to UTF-8 rather than lose it.
-    s.fen.editeur += QStringLiteral("' Ω\r\n");
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.etat.Enc, Encodage::Utf8);
-    EXPECT_EQ(Lit(s.D("ancien.dat")), s.fen.editeur.toUtf8());
-}
-
-TEST(Fichiers, EveryWindows1252ByteRoundTripsThroughOpenAndSave) {
-    Session s;
-    QByteArray octets;
-    for (int b = 1; b < 256; ++b)
-        if (b != '\r' && b != '\n') octets += char(b);
-    octets += "\r\n";
-    Ecrit(s.D("cp1252.dat"), octets);
-    s.fen.ouvrir << s.D("cp1252.dat");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.etat.Enc, Encodage::Windows1252);
-    EXPECT_EQ(s.fen.editeur.size(), 253 + 2);
-    EXPECT_EQ(s.fen.editeur[0x80 - 3], QChar(0x20AC)); // byte 80 is the euro sign
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(Lit(s.D("cp1252.dat")), octets);
-    for (int b = 0; b < 256; ++b) EXPECT_EQ(OctetWindows1252(CarWindows1252(uint8_t(b))), uint8_t(b));
-}
-
-TEST(Fichiers, Utf8FileSavedBackInUtf8WithItsMark) {
-    Session s;
-    const QByteArray utf8 = QStringLiteral("Texte = 0, 0, ,µA § °\r\n").toUtf8();
-    Ecrit(s.D("u.dat"), utf8);
-    s.fen.ouvrir << s.D("u.dat");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.etat.Enc, Encodage::Utf8);
-    EXPECT_EQ(s.fen.editeur, QStringLiteral("Texte = 0, 0, ,µA § °\r\n"));
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(Lit(s.D("u.dat")), utf8);
-
-    Ecrit(s.D("bom.dat"), "\xEF\xBB\xBFZoomIni = 2\r\n");
-    s.fen.ouvrir << s.D("bom.dat");
-    ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.editeur, "ZoomIni = 2\r\n");
-    EXPECT_FLOAT_EQ(s.fen.zoom, 2.0f);
-    EXPECT_EQ(s.etat.Enc, Encodage::Utf8Bom);
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(Lit(s.D("bom.dat")), "\xEF\xBB\xBFZoomIni = 2\r\n");
-}
-
-TEST(Fichiers, NewTextIsSavedInUtf8) {
-    Session s;
-    s.etat.Enc = Encodage::Windows1252; // the previous file's
-    ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.etat.Enc, Encodage::Utf8);
-    s.fen.editeur = QStringLiteral("Texte = 0, 0, ,été\r\n");
-    s.fen.enregistrer << s.D("neuf.dat");
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen)); // a new text takes Save as
-    EXPECT_EQ(Lit(s.D("neuf.dat")), QStringLiteral("Texte = 0, 0, ,été\r\n").toUtf8());
-}
-
-TEST(Fichiers, ReadErrorIsShownAndTextKept) {
-    Session s;
-    s.fen.editeur = "Arc = 1, 2, 3\r\n";
-    s.fen.ouvrir << s.D("missing.dat");
-    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    ASSERT_EQ(s.fen.messages.size(), 1);
-    EXPECT_FALSE(s.fen.messages[0].isEmpty());
-    EXPECT_EQ(s.fen.occupe, 0);
-    EXPECT_EQ(s.fen.editeur, "Arc = 1, 2, 3\r\n");
-    EXPECT_EQ(LitFic(s.D("missing.dat")), std::nullopt);
-}
-
-// --- Saving failures
-
-TEST(Fichiers, SaveIntoReadOnlyFolderKeepsOldFileAndReportsError) {
-    Session s;
-    QDir(s.donnees.path()).mkdir("ro");
-    const QString cible = s.D("ro/dial.dat");
-    Ecrit(cible, "Arc = 1, 2, 3\r\n");
-    s.etat.FichierCourant = cible;
-    s.etat.NomCourant = cible;
+    EXPECT_EQ(s.Courant(), QStringList(3, s.D("dial.v2")));
+    EXPECT_FALSE(s.etat.Modifie);
     s.etat.Modifie = true;
-    s.fen.editeur = "Arc = 30, 150, 60\r\nGrad = 1\r\n";
-    DossierEnLectureSeule ro(s.D("ro"));
-    if (!ro.Efficace()) GTEST_SKIP() << "this file system cannot make a folder read-only for this user";
-    EXPECT_FALSE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    ASSERT_EQ(s.fen.messages.size(), 1);
-    EXPECT_FALSE(s.fen.messages[0].isEmpty());
-    EXPECT_EQ(s.fen.boutons[0], Boutons::Ok);
-    EXPECT_EQ(Lit(cible), "Arc = 1, 2, 3\r\n");
-    EXPECT_EQ(QDir(s.D("ro")).entryList(QDir::Files | QDir::Hidden), QStringList{"dial.dat"});
-    EXPECT_FALSE(s.etat.Modifie); // caption and Modifie are updated all the same
-    EXPECT_EQ(s.fen.legende, cible);
+    EXPECT_FALSE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
+    EXPECT_EQ(s.fen.nomsInitiaux.last(), s.D("dial.v2"));
+    EXPECT_EQ(s.Courant(), QStringList(3, s.D("dial.v2")));
+    EXPECT_TRUE(s.etat.Modifie);
+    EXPECT_TRUE(EstFichierMeter("x.MtR"));
+    for (const auto& [nom, coupe] : {std::pair{"/a/b.c.d", "/a/b.c"}, {"/a/b.dat", "/a/b.dat"}, {"C.JPG#.d", "C.JPG#"},
+                                     {"/u/.config/dial.dat", "/u/.config/dial.dat"}})
+        EXPECT_EQ(CoupeDeuxPoints(nom), coupe);
 }
 
-TEST(Fichiers, SaveThatFailsWhileWritingKeepsOldFile) {
-    // The file size limit makes the write itself fail half-way, for any user.
+// The write fails half-way (file size limit): the old file stays whole, no temporary file is
+// left, the system's text is shown; caption and modified state are updated all the same.
+// Nor can a file be created under a plain file.
+TEST(Fichiers, FailedSaveKeepsTheOldFileAndShowsTheSystemsText) {
     Session s;
     const QString cible = s.D("big.dat");
-    const QByteArray ancien = "Arc = 1, 2, 3\r\n";
-    Ecrit(cible, ancien);
-    s.etat.FichierCourant = cible;
-    QString texte;
-    while (texte.size() < 200000) texte += QStringLiteral("Trait = 1, 2, 3, 4\r\n");
-    s.fen.editeur = texte;
+    Ecrit(cible, "Arc = 1, 2, 3\r\n");
+    s.etat.FichierCourant = s.etat.NomCourant = cible;
+    s.etat.Modifie = true;
+    while (s.fen.editeur.size() < 200000) s.fen.editeur += "Trait = 1, 2, 3, 4\r\n";
     rlimit avant{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &avant), 0);
     const auto gestionnaire = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limite = avant;
-    limite.rlim_cur = 16384;
+    const rlimit limite{16384, avant.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limite), 0);
     const bool ok = Mnu_EnregistrerS(s.etat, s.regl, s.fen);
     ::setrlimit(RLIMIT_FSIZE, &avant);
     std::signal(SIGXFSZ, gestionnaire);
     EXPECT_FALSE(ok);
-    ASSERT_EQ(s.fen.messages.size(), 1);
-    EXPECT_FALSE(s.fen.messages[0].isEmpty());
-    EXPECT_EQ(s.fen.messages[0], QString::fromLocal8Bit(std::strerror(EFBIG))); // "File too large"
-    EXPECT_EQ(Lit(cible), ancien);
+    EXPECT_EQ(s.fen.messages, QStringList{QString::fromLocal8Bit(std::strerror(EFBIG))});
+    EXPECT_EQ(s.fen.boutons, QList<Boutons>{Boutons::Ok});
+    EXPECT_EQ(Lit(cible), "Arc = 1, 2, 3\r\n");
     EXPECT_EQ(QDir(s.donnees.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"big.dat"});
-}
-
-TEST(Fichiers, SaveUnderAFileInsteadOfAFolderReportsSystemError) {
-    Session s;
-    Ecrit(s.D("plain"), "x");
-    QString erreur;
-    Encodage enc = Encodage::Utf8;
-    EXPECT_FALSE(EcritTexteCommande(s.D("plain/dial.dat"), "Arc = 1\r\n", enc, &erreur));
-    EXPECT_FALSE(erreur.isEmpty());
-    s.fen.editeur = "Arc = 1\r\n";
-    s.fen.enregistrer << s.D("plain/dial.dat");
+    EXPECT_FALSE(s.etat.Modifie);
+    EXPECT_EQ(s.fen.legende, cible);
+    s.fen.enregistrer << s.D("big.dat/dial.dat");
     EXPECT_FALSE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
-    ASSERT_EQ(s.fen.messages.size(), 1);
-    EXPECT_EQ(s.fen.messages[0], erreur);
-    EXPECT_EQ(Lit(s.D("plain")), "x");
+    ASSERT_EQ(s.fen.messages.size(), 2);
+    EXPECT_FALSE(s.fen.messages[1].isEmpty());
+    EXPECT_EQ(Lit(cible), "Arc = 1, 2, 3\r\n");
 }
 
-// --- Question, New, templates
-
-TEST(Fichiers, ModifiedTextAsksString118) {
+// A modified text asks string 118: Cancel stops, Yes saves first, No goes on.
+TEST(Fichiers, ModifiedTextAsksWhetherToSaveFirst) {
     Session s;
     Ecrit(s.D("a.dat"), "Arc = 1, 2, 3\r\n");
     s.fen.editeur = "Trait = 1, 2, 3, 4\r\n";
     s.etat.Modifie = true;
     s.etat.FichierCourant = s.D("cur.dat");
-    // Cancel stops the command.
-    s.fen.reponses << Reponse::Annuler;
+    s.fen.reponses << Reponse::Annuler << Reponse::Oui << Reponse::Non;
     s.fen.ouvrir << s.D("a.dat");
     EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
-    ASSERT_EQ(s.fen.messages.size(), 1);
-    EXPECT_EQ(s.fen.messages[0], LoadResString(118));
+    EXPECT_EQ(s.fen.messages, QStringList{LoadResString(118)});
     EXPECT_EQ(s.fen.boutons[0], Boutons::OuiNonAnnuler);
     EXPECT_TRUE(s.fen.dossiersOuvrir.isEmpty());
     EXPECT_FALSE(QFileInfo::exists(s.D("cur.dat")));
-    // Yes saves first.
-    s.fen.reponses << Reponse::Oui;
     ASSERT_TRUE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
     EXPECT_EQ(Lit(s.D("cur.dat")), "Trait = 1, 2, 3, 4\r\n");
     EXPECT_EQ(s.fen.editeur, "Arc = 1, 2, 3\r\n");
-    // No goes on without saving; an unmodified text asks nothing.
     s.etat.Modifie = true;
-    s.fen.reponses << Reponse::Non;
     ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen));
     EXPECT_EQ(Lit(s.D("a.dat")), "Arc = 1, 2, 3\r\n");
-    const qsizetype n = s.fen.messages.size();
-    ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.messages.size(), n);
+    ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen)); // an unmodified text asks nothing
+    EXPECT_EQ(s.fen.messages.size(), 3);
 }
 
-TEST(Fichiers, TemplateSearchOrder) {
+// The template of New: the working folder's copy, the configuration folder's,
+// the program folder's, then the built-in template of the language.
+TEST(Fichiers, NewLoadsTheTemplateAndForgetsTheFile) {
     Session s;
     const QString t = s.regl.DossierTravail, c = s.regl.DossierCfg, p = s.regl.DossierProgramme;
     EXPECT_EQ(CheminModele(t, c, p, "fr"), ":/strings/Mirel_fr.DaN");
@@ -455,139 +260,57 @@ TEST(Fichiers, TemplateSearchOrder) {
     Ecrit(c + "Mirel_fr.DaN", "' configuration folder\r\n");
     EXPECT_EQ(CheminModele(t, c, p, "fr"), c + "Mirel_fr.DaN");
     EXPECT_EQ(CheminModele(t, c, p, "en"), ":/strings/Mirel_en.DaN");
-    Ecrit(t + "Mirel.DaN", "' working folder\r\n"); // the copy that Form3 writes
+    Ecrit(t + "Mirel.DaN", "' working folder\r\n");
     EXPECT_EQ(CheminModele(t, c, p, "fr"), t + "Mirel.DaN");
     for (const char* code : {"fr", "en", "de", "es"})
         EXPECT_GT(Lit(QStringLiteral(":/strings/Mirel_%1.DaN").arg(code)).size(), 5) << code;
-}
-
-TEST(Fichiers, NewLoadsTemplateAndForgetsTheFile) {
-    Session s;
-    Ecrit(s.regl.DossierCfg + "Mirel_fr.DaN", "\tZoomIni = 1.5\r\nArc = 30, 150, 60");
-    s.etat.FichierCourant = s.D("old.dat");
-    s.etat.NomCourant = s.D("old.dat");
-    s.fen.editeur = "x";
+    // New loads it, forgets the file, and its text is saved (as) in UTF-8.
+    Ecrit(t + "Mirel.DaN", "\tZoomIni = 1.5\r\nArc = 30, 150, 60");
+    s.etat.FichierCourant = s.etat.NomCourant = s.D("old.dat");
+    s.etat.Enc = Encodage::Windows1252;
     ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen));
     EXPECT_EQ(s.fen.editeur, "\tZoomIni = 1.5\r\nArc = 30, 150, 60\r\n");
     EXPECT_FLOAT_EQ(s.fen.zoom, 1.5f);
-    EXPECT_EQ(s.etat.FichierCourant, "");
-    EXPECT_EQ(s.etat.NomCourant, "");
-    EXPECT_EQ(s.fen.legende, "");
-    EXPECT_EQ(s.fen.visualisations, 1);
-    EXPECT_EQ(s.fen.occupe, 0);
-    // Without any template at all the text stays empty, with no message.
+    EXPECT_EQ(s.Courant(), QStringList(3, ""));
+    EXPECT_EQ(std::pair(s.fen.visualisations, s.fen.occupe), std::pair(1, 0));
+    s.fen.editeur = "Texte = 0, 0, ,été\r\n";
+    s.fen.enregistrer << s.D("neuf.dat");
+    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
+    EXPECT_EQ(Lit(s.D("neuf.dat")), QString("Texte = 0, 0, ,été\r\n").toUtf8());
+    QFile::remove(t + "Mirel.DaN");
     Reglages r = s.regl;
-    r.LangueMessages = 1600; // the Russian stub: no template anywhere
+    r.LangueMessages = 1600; // a language without any template: an empty text, no message
     ASSERT_TRUE(Mnu_Nouveau(s.etat, r, s.fen, false));
     EXPECT_TRUE(s.fen.editeur.isEmpty());
     EXPECT_TRUE(s.fen.messages.isEmpty());
 }
 
-// --- Save as and the coded export
-
-TEST(Fichiers, SaveAsCancelKeepsTheName) {
-    Session s;
-    s.etat.NomCourant = s.D("a.dat");
-    s.etat.FichierCourant = s.D("a.dat");
-    s.etat.Modifie = true;
-    EXPECT_FALSE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.nomsInitiaux, QStringList{s.D("a.dat")});
-    EXPECT_EQ(s.etat.NomCourant, s.D("a.dat"));
-    EXPECT_TRUE(s.etat.Modifie);
+// Save as "name.JPG#" writes "name.dmk", coded, and keeps "name.dat" as the name; without
+// the end marker, or in a build without the export, the box says so and nothing is written.
+TEST(Fichiers, CodedExportNeedsTheEndMarkerAndPermission) {
+    const QString bon = "' Ma commande\r\n'# Fin\r\nCercle = 0, 0, %1\r\n";
+    for (const auto& [permis, texte] : {std::pair{true, bon}, {true, "' Ma commande\r\nCercle = 0, 0, 1\r\n"},
+                                        {false, "'# Fin\r\n"}}) {
+        Session s;
+        s.etat.ExportPermis = permis;
+        s.fen.editeur = texte;
+        s.fen.enregistrer << s.D("Cmd.JPG#.dat"); // the dialog adds its extension
+        EXPECT_EQ(Mnu_Enregistrer(s.etat, s.regl, s.fen), texte == bon);
+        EXPECT_EQ(s.etat.NomCourant, s.D("Cmd.dat"));
+        EXPECT_EQ(QDir(s.donnees.path()).entryList(QDir::Files), texte == bon ? QStringList{"Cmd.dmk"} : QStringList());
+        EXPECT_EQ(s.fen.messages, texte == bon ? QStringList() : QStringList{"Fichier non compatible"});
+        if (texte == bon) EXPECT_EQ(DecodeDmk(Lit(s.D("Cmd.dmk"))).value_or("?"), bon);
+    }
 }
 
-TEST(Fichiers, CodedExportWritesDmkThatDecodesToTheText) {
-    Session s;
-    s.etat.ExportPermis = true;
-    const QString texte = QStringLiteral("' Ma commande\r\n'# Fin\r\nCercle = 0, 0, %1\r\n");
-    s.fen.editeur = texte;
-    s.etat.FichierCourant = s.D("MCE_Vis.dat");
-    s.fen.enregistrer << s.D("MCE_Vis.JPG#.dat"); // the dialog adds its extension
-    ASSERT_TRUE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
-    const QByteArray code = Lit(s.D("MCE_Vis.dmk"));
-    ASSERT_FALSE(code.isEmpty());
-    EXPECT_EQ(DecodeDmk(code).value_or("?"), texte);
-    EXPECT_EQ(s.etat.NomCourant, s.D("MCE_Vis.dat"));
-    EXPECT_EQ(s.fen.legende, s.D("MCE_Vis.dat"));
-    EXPECT_FALSE(QFileInfo::exists(s.D("MCE_Vis.dat")));
-    EXPECT_FALSE(QFileInfo::exists(s.D("MCE_Vis.JPG#")));
-    EXPECT_TRUE(s.fen.messages.isEmpty());
-    EXPECT_TRUE(EstExportCode("a.jpg#"));
-}
-
-TEST(Fichiers, CodedExportWithoutEndMarkerIsRefused) {
-    Session s;
-    s.etat.ExportPermis = true;
-    s.fen.editeur = "' Ma commande\r\nCercle = 0, 0, 1\r\n";
-    EXPECT_FALSE(ExportCode(s.etat, s.fen, s.D("Cmd.JPG#")));
-    EXPECT_EQ(s.fen.messages, QStringList{"Fichier non compatible"});
-    EXPECT_EQ(s.etat.NomCourant, s.D("Cmd.dat"));
-    EXPECT_TRUE(QDir(s.donnees.path()).entryList(QDir::Files).isEmpty());
-}
-
-TEST(Fichiers, CodedExportOffOnlyInBuildsWithoutTheSetting) {
-    Session s;
-    s.etat.ExportPermis = false;
-    s.fen.editeur = "'# Fin\r\n";
-    EXPECT_FALSE(ExportCode(s.etat, s.fen, s.D("Cmd.JPG#")));
-    EXPECT_EQ(s.fen.messages, QStringList{"Fichier non compatible"});
-    EXPECT_EQ(s.etat.NomCourant, s.D("Cmd.dat"));
-    EXPECT_TRUE(QDir(s.donnees.path()).entryList(QDir::Files).isEmpty());
-#ifdef MIREL_EXPORT_DMK
-    EXPECT_TRUE(ExportDmkDisponible());
-#else
-    EXPECT_FALSE(ExportDmkDisponible());
-#endif
-    EXPECT_EQ(EtatFichiers{}.ExportPermis, ExportDmkDisponible());
-}
-
-// --- Filters, file list, small helpers
-
-TEST(Fichiers, DialogFilters) {
+// Alt-L's text: one file as its path, several as the folder then the names. The dialogs' filters.
+TEST(Fichiers, FileListTextAndFilters) {
+    EXPECT_EQ(TexteListeFichiers({}, ","), "");
+    EXPECT_EQ(TexteListeFichiers({"/d/img/a.png"}, ","), "/d/img/a.png");
+    EXPECT_EQ(TexteListeFichiers({"/d/i/a.png", "/d/i/b.png", "/d/i/c d.png"}, ";"), "/d/i;a.png;b.png;c d.png");
     const QString f105 = LoadResString(105), f106 = LoadResString(106);
     EXPECT_EQ(FiltreOuvrir(0), f105 + " (*.dat)|*.dat|" + f106 + " (*.*)|*.*|");
     EXPECT_EQ(FiltreEnregistrer(0), f105 + " (*.dat)|*.dat|" + f106 + " (*.*)|*.*");
-    EXPECT_EQ(FiltreListe(0), f106 + " (*.*)|*.*|");
     EXPECT_EQ(FiltreQt("Fichiers Mirel (*.dat)|*.dat|Tous les fichiers (*.*)|*.*|"),
               "Fichiers Mirel (*.dat);;Tous les fichiers (*.*)");
-}
-
-TEST(Fichiers, FileListTextForAltL) {
-    EXPECT_EQ(TexteListeFichiers({}, ","), "");
-    EXPECT_EQ(TexteListeFichiers({"/d/img/a.png"}, ","), "/d/img/a.png");
-    EXPECT_EQ(TexteListeFichiers({"/d/img/a.png", "/d/img/b.png", "/d/img/c d.png"}, ";"),
-              "/d/img;a.png;b.png;c d.png");
-    Session s;
-    s.fen.listes << QStringList{"/d/a.dat", "/d/b.dat"};
-    EXPECT_EQ(Mnu_Liste_Fic(s.regl, s.fen, ",", true), "/d,a.dat,b.dat");
-    EXPECT_EQ(s.fen.listesPlusieurs, QList<bool>{true});
-    EXPECT_EQ(s.fen.filtres.last(), FiltreListe(0));
-    EXPECT_EQ(Mnu_Liste_Fic(s.regl, s.fen, ",", false), ""); // cancelled
-    EXPECT_EQ(s.fen.listesPlusieurs.last(), false);
-}
-
-TEST(Fichiers, FolderOfAPath) {
-    EXPECT_EQ(DossierDe("/a/b/c.dat"), "/a/b/");
-    EXPECT_EQ(DossierDe("C:\\x\\y.dat"), "C:\\x\\");
-    EXPECT_EQ(DossierDe("y.dat"), "");
-}
-
-TEST(Fichiers, CommittedWindows1252FileLoadsWithItsZoom) {
-    Session s;
-    const QString source = QStringLiteral(MIREL_SOURCE_DIR "/tests/data/fichiers/cadran_cp1252.dat");
-    const QString copie = s.D("cadran.dat");
-    ASSERT_TRUE(QFile::copy(source, copie));
-    // The start-up file of Part 4.1: loaded without its own run.
-    ASSERT_TRUE(ChargeFichier(s.etat, s.fen, copie, false));
-    EXPECT_EQ(s.fen.visualisations, 0);
-    EXPECT_EQ(s.etat.FichierCourant, copie);
-    EXPECT_EQ(s.etat.Enc, Encodage::Windows1252);
-    EXPECT_FLOAT_EQ(s.fen.zoom, 1.25f);
-    EXPECT_TRUE(s.fen.editeur.startsWith(QStringLiteral("' Cadran 0 à 250 V° § µA\r\n")));
-    EXPECT_TRUE(s.fen.editeur.endsWith(QStringLiteral("échelle\r\n")));
-    s.fen.editeur.replace(QStringLiteral("250"), QStringLiteral("300"));
-    ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    QByteArray attendu = Lit(source);
-    attendu.replace("250", "300");
-    EXPECT_EQ(Lit(copie), attendu);
 }
