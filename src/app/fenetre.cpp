@@ -2,6 +2,7 @@
 
 #include "app/core/aide.h"
 #include "app/core/fichiers.h"
+#include "app/core/meter.h"
 
 #include "app/core/externes.h"
 #include "app/core/rendu.h"
@@ -234,7 +235,7 @@ void Form1::ConstruitMenus() {
     Mnu_Fichier->setObjectName(QStringLiteral("Mnu_Fichier"));
     Mnu_Ouvrir = action(Mnu_Fichier, "Mnu_Ouvrir", &Form1::Mnu_Ouvrir_Click);
     Mnu_Nouveau = action(Mnu_Fichier, "Mnu_Nouveau", &Form1::Mnu_Nouveau_Click);
-    Mnu_OuvrirMeter = action(Mnu_Fichier, "Mnu_OuvrirMeter", nullptr, false); // meter import: to come
+    Mnu_OuvrirMeter = action(Mnu_Fichier, "Mnu_OuvrirMeter", &Form1::Mnu_OuvrirMeter_Click);
     Mnu_Fichier->addSeparator();
     Mnu_EnregistrerS = action(Mnu_Fichier, "Mnu_EnregistrerS", &Form1::Mnu_EnregistrerS_Click);
     Mnu_Enregistrer = action(Mnu_Fichier, "Mnu_Enregistrer", &Form1::Mnu_Enregistrer_Click);
@@ -491,8 +492,10 @@ void Form1::Debut(const QString& ligneCommande) {
     bool charge = false;
     if (!nom.isEmpty() && QFileInfo(nom).isFile()) {
         const QString chemin = QFileInfo(nom).absoluteFilePath();
-        charge = CommandeFichier([&chemin](EtatFichiers& ef, FenetreFichiers& p) {
-            return ChargeFichier(ef, p, chemin, false); // its run comes at step 12
+        // Its run comes at step 12; a meter file is imported.
+        charge = CommandeFichier([this, &chemin](EtatFichiers& ef, FenetreFichiers& p) {
+            return EstFichierMeter(chemin) ? ChargeMeter(ef, regl, p, chemin, false)
+                                           : ChargeFichier(ef, p, chemin, false);
         });
     }
     if (!charge) Mnu_Ouvrir_Click();
@@ -986,6 +989,11 @@ bool Form1::DemandeSauvegarde() {
 void Form1::Mnu_Ouvrir_Click() {
     if (e.ExecutionEnCours) return;
     CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Ouvrir(ef, regl, p); });
+}
+
+void Form1::Mnu_OuvrirMeter_Click() {
+    if (e.ExecutionEnCours) return;
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_OuvrirMeter(ef, regl, p); });
 }
 
 void Form1::Mnu_Nouveau_Click() {

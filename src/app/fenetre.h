@@ -139,6 +139,7 @@ public:
 
 public slots:
     void Mnu_Ouvrir_Click();
+    void Mnu_OuvrirMeter_Click();
     void Mnu_Nouveau_Click();
     void Mnu_EnregistrerS_Click();
     void Mnu_Enregistrer_Click();

@@ -3,6 +3,7 @@
 
 #include "app/core/dump.h"
 #include "app/core/fichiers.h"
+#include "app/core/meter.h"
 #include "app/core/externes.h"
 #include "app/core/inclusion.h"
 #include "app/core/rendu.h"
@@ -265,5 +266,17 @@ int MirelMain(int argc, char** argv) {
         Ecrit(stderr, QStringLiteral("mirel: cannot read %1: %2\n").arg(a.fichier, erreur));
         return 2;
     }
-    return premier == QLatin1String("dump") ? Dump(a, lu->Texte) : Render(a, lu->Texte);
+    QString texte = lu->Texte;
+    // A meter file is imported first, as the window imports it.
+    if (EstFichierMeter(a.fichier)) {
+        const QSizeF page = a.paysage ? a.page.transposed() : a.page;
+        const ImportMeter im =
+            ImporteMeter(texte, QFileInfo(a.fichier).absoluteFilePath(), page, a.langue);
+        if (!im.Erreur.isEmpty()) {
+            Ecrit(stderr, QStringLiteral("mirel: %1: %2\n").arg(a.fichier, im.Erreur));
+            return 2;
+        }
+        texte = im.Texte;
+    }
+    return premier == QLatin1String("dump") ? Dump(a, texte) : Render(a, texte);
 }
