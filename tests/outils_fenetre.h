@@ -1,13 +1,12 @@
-// Helpers of the window tests: boxes answered from lists, a window built on
-// in-memory services and temporary folders.
+// Helpers of the window tests: boxes answered from a list, a window on in-memory services.
 #pragma once
 
-#include "app/boites.h"
+#include "outils.h"
+
 #include "app/dialogues.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
-#include "app/services.h"
 #include "language/chaines.h"
 
 #include <QApplication>
@@ -16,16 +15,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QTextBlock>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
-
-#include <gtest/gtest.h>
-
-#include <deque>
-#include <functional>
-#include <memory>
 
 // One box as the window asked it.
 struct BoiteVue {
@@ -35,142 +28,103 @@ struct BoiteVue {
     Icone icone = Icone::Aucune;
 };
 
+// Boxes answered in order from one list (a Reponse as an int, a text, a list
+// of files); with the list empty a box is cancelled, a message box answers OK or Yes.
 class BoitesTest : public Boites {
 public:
     std::vector<BoiteVue> vues;
-    std::deque<Reponse> reponses;             // message boxes; default OK / Yes
-    std::deque<std::optional<QString>> saisies; // input boxes; default: cancel
-    std::deque<QString> ouvertures;           // Open dialog; default: cancel
-    std::deque<QString> enregistrements;      // Save dialogs; default: cancel
-    std::deque<QStringList> listes;           // Alt-L's dialog; default: cancel
+    QVariantList reponses;
     std::optional<QColor> couleur;
-    std::function<void(ValeursConfig&)> langues; // Form3; default: closed
+    std::function<void(ValeursConfig&)> langues; // the language dialog; unset: closed
+    QString annulerVu;                           // the Cancel text of the last input box
 
+    QVariant Vue(const BoiteVue& v) {
+        vues.push_back(v);
+        return v.genre == "couleur" || v.genre == "langues" || reponses.isEmpty() ? QVariant() : reponses.takeFirst();
+    }
     Reponse Message(QWidget*, const QString& titre, const QString& texte, Boutons b, Icone i) override {
-        vues.push_back({QStringLiteral("message"), titre, texte, b, i});
-        if (!reponses.empty()) {
-            const Reponse r = reponses.front();
-            reponses.pop_front();
-            return r;
-        }
+        const QVariant r = Vue({"message", titre, texte, b, i});
+        if (r.isValid()) return Reponse(r.toInt());
         return b == Boutons::OuiNon || b == Boutons::OuiNonAnnuler ? Reponse::Oui : Reponse::Ok;
     }
-    QString annulerVu; // the Cancel text of the last input box
-    std::optional<QString> Saisie(QWidget*, const QString& titre, const QString& invite,
-                                  const QString& defaut, const QString& annuler) override {
-        vues.push_back({QStringLiteral("saisie"), titre, invite + u'|' + defaut});
+    std::optional<QString> Saisie(QWidget*, const QString& titre, const QString& invite, const QString& defaut,
+                                  const QString& annuler) override {
         annulerVu = annuler;
-        if (saisies.empty()) return std::nullopt;
-        auto r = saisies.front();
-        saisies.pop_front();
-        return r;
+        const QVariant r = Vue({"saisie", titre, invite + u'|' + defaut});
+        return r.isValid() ? std::optional(r.toString()) : std::nullopt;
     }
     QString FichierOuvrir(QWidget*, const QString& dossier, const QString& filtre) override {
-        vues.push_back({QStringLiteral("ouvrir"), dossier, filtre});
-        if (ouvertures.empty()) return QString();
-        const QString r = ouvertures.front();
-        ouvertures.pop_front();
-        return r;
+        return Vue({"ouvrir", dossier, filtre}).toString();
     }
-    QString FichierEnregistrer(QWidget*, const QString& nom, const QString& filtre,
-                               const QString&) override {
-        vues.push_back({QStringLiteral("enregistrer"), nom, filtre});
-        if (enregistrements.empty()) return QString();
-        const QString r = enregistrements.front();
-        enregistrements.pop_front();
-        return r;
+    QString FichierEnregistrer(QWidget*, const QString& nom, const QString& filtre, const QString&) override {
+        return Vue({"enregistrer", nom, filtre}).toString();
     }
-    QStringList FichiersListe(QWidget*, const QString& dossier, const QString& filtre,
-                              bool plusieurs) override {
-        vues.push_back({QStringLiteral("liste"), dossier,
-                        filtre + (plusieurs ? QStringLiteral("|plusieurs") : QString())});
-        if (listes.empty()) return {};
-        const QStringList r = listes.front();
-        listes.pop_front();
-        return r;
+    QStringList FichiersListe(QWidget*, const QString& dossier, const QString& filtre, bool plusieurs) override {
+        return Vue({"liste", dossier, filtre + (plusieurs ? "|plusieurs" : "")}).toStringList();
     }
     std::optional<QColor> Couleur(QWidget*) override {
-        vues.push_back({QStringLiteral("couleur"), {}, {}});
+        Vue({"couleur"});
         return couleur;
     }
     bool Langues(QWidget*, ValeursConfig& v) override {
-        vues.push_back({QStringLiteral("langues"), {}, {}});
-        if (!langues) return false;
-        langues(v);
-        return true;
+        Vue({"langues"});
+        if (langues) langues(v);
+        return bool(langues);
     }
-
     int Nombre(const QString& genre) const {
-        int n = 0;
-        for (const BoiteVue& b : vues) n += b.genre == genre;
-        return n;
+        return int(std::count_if(vues.begin(), vues.end(), [&](const BoiteVue& b) { return b.genre == genre; }));
     }
     QStringList Messages() const {
         QStringList r;
         for (const BoiteVue& b : vues)
-            if (b.genre == QLatin1String("message")) r << b.texte;
+            if (b.genre == "message") r << b.texte;
         return r;
     }
 };
 
-// A window on in-memory configuration (French unless told), temporary
-// program and working folders, boxes answered by the test.
+// A window on in-memory configuration (French), temporary program and working folders.
 struct Banc {
     QTemporaryDir programme, travail;
     ConfigMemoire config;
     BoitesTest boites;
-    QString imprimante = QStringLiteral("Imprimante de test");
+    QString imprimante = "Imprimante de test";
     std::unique_ptr<Form1> f;
     QString ancienDossier = QDir::currentPath();
 
     Banc() {
-        config.Valeurs.Langue = config.Valeurs.LangueMenu = config.Valeurs.LangueAide =
-            config.Valeurs.LangueMasq = QStringLiteral("Français");
-        config.Valeurs.FichierDat = QString();
+        ValeursConfig& v = config.Valeurs;
+        v.Langue = v.LangueMenu = v.LangueAide = v.LangueMasq = "Français";
+        v.FichierDat.clear();
     }
     ~Banc() {
-        if (f) {
-            f->Demarre = false; // no unload questions when the test ends
-            f->close();
-        }
+        if (f) f->Demarre = false; // no unload questions when the test ends
         f.reset();
         QDir::setCurrent(ancienDossier);
     }
-    ServicesFenetre Services() {
+    Form1& Fenetre() {
         ServicesFenetre s;
         s.config = &config;
         s.boites = &boites;
         s.nomImprimante = [this] { return imprimante; };
         s.dossierProgramme = programme.path();
         s.dossierTravail = travail.path();
-        return s;
-    }
-    Form1& Fenetre() {
-        f = std::make_unique<Form1>(Services());
+        f = std::make_unique<Form1>(s);
         return *f;
     }
     // A file in the working folder.
-    QString Fichier(const QString& nom, const QString& texte) {
-        const QString chemin = travail.path() + u'/' + nom;
-        QFile fi(chemin);
+    QString Fichier(const QString& nom, const QByteArray& octets) {
+        QFile fi(travail.filePath(nom));
         fi.open(QIODevice::WriteOnly);
-        fi.write(texte.toUtf8());
-        return chemin;
+        fi.write(octets);
+        return fi.fileName();
     }
     // Starts with a program text written to a file.
-    Form1& Demarre(const QString& texte, const QString& nom = QStringLiteral("essai.dat")) {
-        const QString chemin = Fichier(nom, texte);
-        Form1& w = Fenetre();
-        w.Demarrer(chemin);
-        return w;
+    Form1& Demarre(const QString& texte, const QString& nom = "essai.dat") {
+        const QString chemin = Fichier(nom, texte.toUtf8());
+        Fenetre().Demarrer(chemin);
+        return *f;
     }
 };
-
-inline QString CrLf(const QString& lignes) {
-    QString t = lignes;
-    t.replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
-    return t;
-}
 
 // The colour of the character at a 0-based position of line `ligne`.
 inline QColor CouleurLigne(const Editeur& ed, int ligne, int colonne) {
@@ -184,6 +138,4 @@ inline void CurseurEnFinDeLigne(Editeur& ed, int ligne) {
     ed.setTextCursor(c);
 }
 
-inline QString Ligne(const Editeur& ed, int ligne) {
-    return ed.document()->findBlockByNumber(ligne).text();
-}
+inline QString Ligne(const Editeur& ed, int ligne) { return ed.document()->findBlockByNumber(ligne).text(); }
