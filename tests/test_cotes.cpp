@@ -1,6 +1,8 @@
 // Dimensions: the lines, arrows and text of `Cote`, read from the journal.
 #include "outils.h"
 
+#include <QFile>
+
 #include <cmath>
 
 namespace {
@@ -116,4 +118,16 @@ TEST(Cotes, PoliceInconnueSignaleeEtLigneVideSansDessin) {
     auto s = Lance("Cote = 0,0,10,0,0,2,,,,,,,,,,*1§NoSuchFontZ,X\nCote =");
     EXPECT_EQ(Messages(*s), QStringList({QStringLiteral("Pas de police NoSuchFontZ")}));
     EXPECT_EQ(Ops(*s, OpSurface::Texte).size(), 1);
+}
+
+// The workshop plan among the examples writes every measured distance.
+TEST(Cotes, PlanDeFacadeCoteChaqueTrou) {
+    QFile f(QStringLiteral(MIREL_SOURCE_DIR "/examples/plan_facade.dat"));
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    auto s = Lance(QString::fromUtf8(f.readAll()));
+    EXPECT_TRUE(s->hote.Messages().isEmpty()) << Messages(*s).join("|").toStdString();
+    QStringList textes;
+    for (const OpSurface& o : Ops(*s, OpSurface::Texte)) textes << o.texte;
+    for (const char* t : {"160", "100", "30", "60", "130", "20", "42", "64", "12", "92", "46", "5", "Ø22"})
+        EXPECT_TRUE(textes.contains(QString::fromUtf8(t))) << t;
 }
