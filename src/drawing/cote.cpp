@@ -8,6 +8,7 @@
 #include "drawing/surface.h"
 #include "language/chaines.h"
 #include "language/constantes.h"
+#include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
 #include "language/hote.h"
@@ -146,6 +147,8 @@ void CmdCote(Etat& e) {
     // 2. Distance and directions: A along the points, B across.
     const double dx = x2 - x1, dy = y2 - y1;
     const double d = std::hypot(dx, dy);
+    if (!std::isfinite(d + position + longueurA + retrait + fleche + px + py))
+        throw ErreurExecution("Dépassement de capacité");
     double A = 0;
     if (dx == 0) A = dy > 0 ? Pi / 2 : dy < 0 ? -Pi / 2 : 0;
     else A = std::atan(dy / dx) + (dx < 0 ? Pi : 0);

@@ -92,6 +92,8 @@ void QueuesAronde(Etat& e, const QString& mot) {
     // 3. The outline, stroke by stroke; the corners that carry return lines.
     auto trait = [&](QPointF de, QPointF a, int c) {
         double xa = de.x(), ya = de.y(), xb = a.x(), yb = a.y();
+        // A flank at a right angle to the row has no finite end.
+        if (!std::isfinite(xa + ya + xb + yb)) throw ErreurExecution("Division par zéro");
         Tourne(rotation, xa, ya);
         Tourne(rotation, xb, yb);
         TraitRot(e, VersSurfaceX(e, xa), VersSurfaceY(e, ya), VersSurfaceX(e, xb), VersSurfaceY(e, yb),
