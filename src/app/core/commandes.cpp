@@ -4,6 +4,7 @@
 #include "language/commandes.h"
 
 #include "app/core/inclusion.h"
+#include "drawing/cote.h"
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
 #include "drawing/marques.h"
@@ -18,7 +19,9 @@
 #include "shapes/bezier.h"
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
+#include "shapes/chain.h"
 #include "shapes/poly.h"
+#include "shapes/qa.h"
 #include "shapes/texte.h"
 
 namespace {
@@ -42,10 +45,10 @@ const Commande Table[] = {
 
     {"EPAIST", CmdEpaisT},
 
-    {"QA", nullptr},
-    {"QA1", nullptr},
-    {"QA2", nullptr},
-    {"QA12", nullptr},
+    {"QA", CmdQA},
+    {"QA1", CmdQA1},
+    {"QA2", CmdQA2},
+    {"QA12", CmdQA12},
 
     {"TRAIT", CmdTrait},
     {"PLUS", CmdPlus},
@@ -58,7 +61,7 @@ const Commande Table[] = {
     {"FLECHE", CmdFleche},
     {"FLECHEP", CmdFlecheP},
 
-    {"COTE", nullptr},
+    {"COTE", CmdCote},
 
     {"CENTREE", CmdCentreE},
     {"CENTREI", CmdCentreI},
@@ -139,7 +142,7 @@ const Commande Table[] = {
 
     {"NPAGE", CmdNPage},
 
-    {"CHAIN", nullptr},
+    {"CHAIN", CmdChain},
 
     {"PLOT", nullptr},
     {"PLOTP", nullptr},
