@@ -1,6 +1,7 @@
 // The command line: the window, `render`, `dump`.
 #include "cli/cli.h"
 
+#include "app/core/config.h"
 #include "app/core/dump.h"
 #include "app/core/fichiers.h"
 #include "app/core/meter.h"
@@ -240,7 +241,7 @@ int MirelMain(int argc, char** argv) {
         return 0;
     }
     if (premier == QLatin1String("--version")) {
-        Ecrit(stdout, QStringLiteral("Mirel %1\n").arg(QStringLiteral(MIREL_VERSION)));
+        Ecrit(stdout, QStringLiteral("Mirel V%1\n").arg(TexteVersionProgramme().trimmed()));
         return 0;
     }
     if (premier != QLatin1String("render") && premier != QLatin1String("dump"))

@@ -265,8 +265,9 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
     // 1. Turn both ends about the frame's centre.
     TourneAutourCentre(e, rotation, x1, y1);
     TourneAutourCentre(e, rotation, x2, y2);
-    // A point handed to the line primitive is a 32-bit float.
-    x1 = float(x1); y1 = float(y1); x2 = float(x2); y2 = float(y2);
+    // A point handed to the line primitive is a 32-bit float; a point beyond
+    // the float's range is an overflow of the line.
+    x1 = Float32(x1); y1 = Float32(y1); x2 = Float32(x2); y2 = Float32(y2);
     const bool tirets = st.TiretL1 > 0;
     // 2. The dash pattern's continuity.
     if (tirets) {

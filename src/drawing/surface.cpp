@@ -1,5 +1,6 @@
 #include "drawing/surface.h"
 #include "language/constantes.h"
+#include "language/erreur.h"
 
 #include <QFontMetricsF>
 
@@ -44,7 +45,22 @@ QPointF Surface::DepuisPixel(double px, double py) const {
     return {ScaleLeft + px * ScaleWidth / largeurPx_, ScaleTop + py * ScaleHeight / hauteurPx_};
 }
 
+namespace {
+// Every number of an operation is finite: the commands fail a line whose
+// point is beyond the 32-bit float range as an overflow, and this is the last
+// defence behind them, so that no infinity or NaN ever reaches a device.
+void VerifieFini(const OpSurface& op) {
+    bool ok = std::isfinite(op.x1) && std::isfinite(op.y1) && std::isfinite(op.x2) &&
+              std::isfinite(op.y2) && std::isfinite(op.r) && std::isfinite(op.aspect) &&
+              std::isfinite(op.angle) && std::isfinite(op.debut.value_or(0)) &&
+              std::isfinite(op.fin.value_or(0));
+    for (const QPointF& p : op.points) ok = ok && std::isfinite(p.x()) && std::isfinite(p.y());
+    if (!ok) throw ErreurExecution("Overflow");
+}
+} // namespace
+
 void Surface::Enregistre(OpSurface op) {
+    VerifieFini(op);
     if (!journal_) return;
     if (op.genre == OpSurface::Ligne || op.genre == OpSurface::Cercle ||
         op.genre == OpSurface::Polygone) {

@@ -123,7 +123,8 @@ public:
     void BoiteMasque(double x1, double y1, double x2, double y2, int couleur);
     // `Circle`: radius in horizontal units; aspect above 1 divides the horizontal
     // radius, below 1 multiplies the vertical one. Angles in radians
-    // counter-clockwise, none for a full turn; a negative angle (not -0) draws a
+    // counter-clockwise, none for a full turn; a start equal to the end is a full
+    // turn too; a negative angle (not -0) draws a
     // radius line to that end. With FillStyle 0 only closed figures are filled
     // (a full turn, or both angles negative). The pen goes to the centre.
     void Circle(double x, double y, double r, int couleur,

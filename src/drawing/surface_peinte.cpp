@@ -83,8 +83,10 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
     const double a0 = debut.value_or(0.0), a1 = fin.value_or(DeuxPi);
     const bool rayon0 = a0 < 0, rayon1 = a1 < 0;
     double d = std::abs(a0), f = std::abs(a1);
+    // Counter-clockwise from start to end; a start equal to the end is the
+    // whole turn (a full-turn scale holds its two angles equal).
     double balayage = f - d;
-    if (balayage < 0) balayage += DeuxPi;
+    if (balayage <= 0) balayage += DeuxPi;
     QPainterPath chemin;
     const QPointF p0(centre.x() + rx * std::cos(d), centre.y() - ry * std::sin(d));
     if (rayon0) {

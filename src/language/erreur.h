@@ -2,6 +2,7 @@
 // level, which shows it; there is no resumption: the level ends.
 #pragma once
 
+#include <cmath>
 #include <stdexcept>
 #include <string>
 
@@ -36,4 +37,18 @@ struct ErreurCommande : std::runtime_error {
 inline int Entier16(long long v) {
     if (v > 32767 || v < -32768) throw ErreurExecution("Overflow");
     return int(v);
+}
+
+// A number rounded to the nearest integer, a half to the even neighbour, as a
+// checked 16-bit integer: beyond it the line fails as an overflow, never wraps.
+inline int Entier16Arrondi(double v) {
+    if (!(std::fabs(v) < 1e9)) throw ErreurExecution("Overflow");
+    return Entier16((long long)std::nearbyint(v));
+}
+
+// A value held as a 32-bit float. Beyond the float's range (where it would
+// round to infinity), or not a number, it is an overflow.
+inline float Float32(double v) {
+    if (!(std::fabs(v) < 0x1.ffffffp+127)) throw ErreurExecution("Overflow");
+    return float(v);
 }

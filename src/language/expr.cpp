@@ -18,14 +18,13 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 
 namespace {
 
 constexpr double DegRad = Litteraux::DegRad;
 constexpr double Pi = Litteraux::Pi;
 constexpr int TaillePile = 50;            // the stack of groups holds 51 positions, 0 to 50
-// The smallest 64-bit value that a 32-bit float can't hold (it rounds to infinity).
-constexpr double LimiteFloat = 0x1.ffffffp+127;
 
 [[noreturn]] void Echec(const char* quoi) { throw ErreurProvoquee(quoi); }
 
@@ -50,16 +49,11 @@ void Remplace(QString& t, int debut, int fin, const QString& par) {
     Entier16(t.size());
 }
 
-// A 64-bit value kept as a 32-bit float; beyond the range it is an overflow.
-float EnFloat(double v) {
-    if (std::isnan(v) || std::fabs(v) >= LimiteFloat) Echec("Overflow");
-    return float(v);
-}
-QString TexteResultat(double v) { return StrF(EnFloat(v)); }
+QString TexteResultat(double v) { return StrF(Float32(v)); }
 
 // The number text debut..fin read as a 32-bit float.
 float LitFloat(const QString& t, int debut, int fin) {
-    return EnFloat(ValNombre(vb::Mid(t, debut, fin - debut + 1)));
+    return Float32(ValNombre(vb::Mid(t, debut, fin - debut + 1)));
 }
 
 // Number scan to the right from pos; returns the position of its last character.
@@ -188,6 +182,41 @@ int PasseAddition(QString& t, int d) {
     }
 }
 
+// RNDd: x rounded to d decimals, a half to the even neighbour. The rounding is
+// done on the decimal digits of x as the language prints it (7 significant
+// digits), not on the binary value: 1.015 is held as 1.01499999..., yet it is
+// the half 1.015 that the user wrote and sees, and it gives 1.02.
+double ArrondiDecimal(double x, int d) {
+    const std::string t = StrF(Float32(x)).toStdString();
+    // t = [-]digits[.digits][E±dd]: its value is chiffres x 10^exposant.
+    const bool negatif = t[0] == '-';
+    std::string chiffres;
+    int exposant = 0;
+    bool apresPoint = false;
+    size_t i = negatif ? 1 : 0;
+    for (; i < t.size() && t[i] != 'E'; ++i) {
+        if (t[i] == '.') {
+            apresPoint = true;
+        } else {
+            chiffres += t[i];
+            if (apresPoint) --exposant;
+        }
+    }
+    if (i < t.size()) exposant += std::stoi(t.substr(i + 1));
+    // The digits below the d-th decimal are dropped; at most 7 digits exist.
+    const int enTrop = -d - exposant;
+    if (enTrop <= 0) return x;
+    if (enTrop > 7) return 0;
+    long long p = 1;
+    for (int k = 0; k < enTrop; ++k) p *= 10;
+    const long long m = std::stoll(chiffres);
+    long long q = m / p;
+    const long long reste = m % p;
+    if (2 * reste > p || (2 * reste == p && q % 2 == 1)) ++q;
+    const double r = double(q) / std::pow(10.0, d);
+    return negatif ? -r : r;
+}
+
 // The functions applied to a group, with a name of four characters; none
 // when the name isn't one.
 std::optional<double> Fonction4(Etat& e, const QString& nom, double x) {
@@ -205,11 +234,7 @@ std::optional<double> Fonction4(Etat& e, const QString& nom, double x) {
     if (nom == u"ATAN") return std::atan(x) / DegRad;
     if (nom == u"SINH") return (std::exp(x) - std::exp(-x)) / 2;
     if (nom == u"COSH") return (std::exp(x) + std::exp(-x)) / 2;
-    if (nom.startsWith(u"RND") && EstChiffre(nom[3])) {
-        // Rounding to d decimals, a half to the even neighbour.
-        const double k = std::pow(10.0, nom[3].digitValue());
-        return std::nearbyint(x * k) / k;
-    }
+    if (nom.startsWith(u"RND") && EstChiffre(nom[3])) return ArrondiDecimal(x, nom[3].digitValue());
     return std::nullopt;
 }
 
@@ -228,7 +253,7 @@ std::optional<double> Fonction3(Etat& e, const QString& nom, double x) {
     if (nom == u"TAN") return std::tan(x * DegRad);
     if (nom == u"SGN") return vb::Sgn(x);
     if (nom == u"FIX") return std::trunc(x);
-    if (nom == u"ALE") return double(Rnd(e, EnFloat(x)));
+    if (nom == u"ALE") return double(Rnd(e, Float32(x)));
     return std::nullopt;
 }
 

@@ -11,6 +11,8 @@
 #include "language/variables.h"
 #include "language/vb.h"
 
+#include <cmath>
+
 using namespace vb;
 
 namespace {
@@ -28,10 +30,11 @@ void Substitue(Etat& e, QString& t) {
     }
 }
 
+// A number written with digits: "inf" and "nan" are labels, not numbers.
 bool EstNombre(const QString& t) {
     bool ok = false;
-    Trim(t).toDouble(&ok);
-    return ok;
+    const double v = Trim(t).toDouble(&ok);
+    return ok && std::isfinite(v);
 }
 
 // The target of a Goto: an editor line number, or a label of the level.
@@ -39,7 +42,7 @@ void Saute(Etat& e, QString cible) {
     Substitue(e, cible);
     cible = Trim(cible);
     CtxFic& c = e.Ctx();
-    if (EstNombre(cible)) c.Pos = PositionLigneEditeur(e, int(cible.toDouble()));
+    if (EstNombre(cible)) c.Pos = PositionLigneEditeur(e, Entier16Arrondi(cible.toDouble()));
     else c.Pos = LigneEtiquette(e, cible.toUpper(), e.NiveauCourant);
 }
 
@@ -157,6 +160,9 @@ bool RelationLogique(const QString& t) {
 } // namespace
 
 int PositionLigneEditeur(Etat& e, int numero) {
+    // Lines count from 1: a number below names no line, and the position 0
+    // fails at the next fetch, as an unknown label does.
+    if (numero < 1) return 0;
     const QString texte = e.Host ? e.Host->TexteEditeur() : e.PileFic[1].Texte;
     int pos = 1;
     for (int i = 1; i < numero; ++i) {

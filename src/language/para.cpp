@@ -42,12 +42,16 @@ void OteSuffixe(QString& t) {
 }
 
 // The value of a substituted piece: up to the second separator, unit dropped.
+// A number of the language is a 32-bit float: a value beyond its range (1E39,
+// -1E308) is an overflow of the line, and never a coordinate.
 double Valeur(Etat& e, QString t) {
     const int s2 = InStr(t, e.Separateur2);
     if (s2 > 0) t = Left(t, s2 - 1);
     t = Trim(t);
     OteSuffixe(t);
-    return EvalExpr(e, t).value_or(0);
+    const double v = EvalExpr(e, t).value_or(0);
+    Float32(v);
+    return v;
 }
 
 } // namespace

@@ -166,24 +166,16 @@ private:
     QVector<QPointF> droite_, gauche_;
 };
 
-// The points through AjoutePoint, then one Polygon of their pixels. With
-// `centre` (the frame's middle in device pixels, unrounded), the pixels of the
-// points are rounded toward it rather than to the nearest: a gradient band then
-// never passes the outline by a rounding, and two bands still share the pixels
-// of their common edge, whose points are the same.
+// The points through AjoutePoint, then one Polygon of their pixels. The
+// pixels are those of the frame's own conversion, so a gradient band reaches
+// the outline exactly as a plain fill does, and two bands share the pixels of
+// their common edge, whose points are the same.
 void Polygone(Etat& e, const QVector<QPointF>& pts, double cx, double cy, double angle,
-              double rotation, int couleur, std::optional<QPointF> centre = {}) {
+              double rotation, int couleur) {
     QVector<QPointF> pixels;
     pixels.reserve(pts.size());
-    auto versCentre = [](double v, double c) { return v > c ? std::floor(v) : std::ceil(v); };
     for (int i = 0; i < pts.size(); ++i) {
         AjoutePoint(e, i, pts[i].x(), pts[i].y(), cx, cy, angle, rotation);
-        if (centre) {
-            const QPointF q = e.Cadre.Points[i];
-            const QPointF p = PixelDevice(e, VersSurfaceX(e, q.x()), VersSurfaceY(e, q.y()), false);
-            e.Cadre.PointsPixel[i] = QPoint(int(versCentre(p.x(), centre->x())),
-                                            int(versCentre(p.y(), centre->y())));
-        }
         pixels.append(QPointF(e.Cadre.PointsPixel[i]));
     }
     PolygoneRempli(e, pixels, couleur);
@@ -285,15 +277,9 @@ void Cadre(Etat& e, const QString& mot) {
                 const Bandes bandes(f);
                 const double haut = bandes.Haut(), bas = bandes.Bas();
                 const double h = (haut - bas) / n;
-                // The frame's middle in device pixels, turned as its points are.
-                AjoutePoint(e, 0, (f.x1 + f.x2) / 2, (f.y1 + f.y2) / 2, cx, cy, angle, rotation);
-                const QPointF m = e.Cadre.Points[0];
-                const QPointF milieu =
-                    PixelDevice(e, VersSurfaceX(e, m.x()), VersSurfaceY(e, m.y()), false);
                 for (int i = 0; i < n; ++i) {
                     const double y0 = haut - i * h, y1b = i + 1 == n ? bas : haut - (i + 1) * h;
-                    Polygone(e, bandes.Bande(y0, y1b), cx, cy, angle, rotation, t.Valeur(),
-                             milieu);
+                    Polygone(e, bandes.Bande(y0, y1b), cx, cy, angle, rotation, t.Valeur());
                     t.Avance(pas);
                 }
             } else {

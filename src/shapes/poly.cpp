@@ -37,13 +37,6 @@ constexpr int MaxPointsPoly = 1000;           // the size of the outline buffers
 // line fails as a division by zero.
 [[noreturn]] void DivisionParZero() { throw ErreurExecution("Division par zéro"); }
 
-// A number rounded to the nearest integer, half to even, as a checked 16-bit
-// integer: beyond it the line fails as an overflow.
-int Entier16Arrondi(double v) {
-    if (!(std::abs(v) < 1e9)) throw ErreurExecution("Overflow");
-    return Entier16((long long)std::nearbyint(v));
-}
-
 // A sub-field's value; empty gives `defaut`.
 double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
     QString t = Trim(SousPara(e, texte, n));

@@ -245,8 +245,9 @@ bool Mnu_Enregistrer(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     QString erreur;
     const bool ok = EcritTexteCommande(nom, f.TexteEditeur(), e.Enc, &erreur);
     if (!ok) f.Message(erreur, Boutons::Ok);
+    // Only the name of the caption changes: the file that Save writes stays the
+    // one opened, and a new or imported text keeps going through Save as.
     e.NomCourant = nom;
-    e.FichierCourant = nom; // Save then writes this file
     f.EcritLegende(e.NomCourant);
     e.Modifie = false;
     return ok;
