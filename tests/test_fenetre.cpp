@@ -68,8 +68,8 @@ TEST(Fenetre, CaptionMenusAndStatusFields) {
         EXPECT_EQ(a->text(), texte);
     EXPECT_FALSE(f.Mnu_Aide->isVisible()); // mask and menus in one language: one help entry
     // Entries of commands still to come are visible but disabled and their keys do nothing.
-    const QList<QAction*> aVenir = {f.Mnu_Masque, f.Mnu_Dessin, f.Mnu_Imprimer, f.Mnu_OuvrirMeter,
-                                    f.Mnu_Defaire, f.Mnu_Rechercher, f.Mnu_Polices};
+    const QList<QAction*> aVenir = {f.Mnu_Masque, f.Mnu_Dessin, f.Mnu_Imprimer, f.Mnu_Defaire,
+                                    f.Mnu_Rechercher, f.Mnu_Polices};
     for (QAction* a : aVenir + QList<QAction*>{f.Mnu_Ouvrir, f.Mnu_Visualiser, f.Mnu_Zoom, f.Mnu_RefCurseur,
                                                f.Mnu_TaillCar, f.Mnu_Couleur, f.Mnu_ExportPdf, f.Mnu_Patchs,
                                                f.Mnu_Liste_Fic})
@@ -574,7 +574,8 @@ TEST(Fenetre, AltKeysInsertColourAndPathAndShowTheSyntax) {
     EXPECT_EQ(f.form2->Texte(), LoadResString(400 + 241) + u'\n');
 }
 
-// Save as cuts after the last of two dots and keeps Windows-1252; a failed save still clears Modifie.
+// Save as cuts after the last of two dots and keeps Windows-1252; it names the text, while Save
+// still writes the file that was opened; a failed save still clears Modifie.
 TEST(Fenetre, SaveAsAndSave) {
     Banc b;
     Form1& f = b.Fenetre();
@@ -587,7 +588,7 @@ TEST(Fenetre, SaveAsAndSave) {
     f.RTB1->InsereTexte("' à");
     EXPECT_TRUE(f.Modifie());
     f.Mnu_EnregistrerS_Click();
-    QFile copie(f.NomCourant);
+    QFile copie(b.travail.filePath("ancien.dat"));
     ASSERT_TRUE(copie.open(QIODevice::ReadOnly));
     EXPECT_EQ(copie.readAll(), "' \xe0Texte = 1, 1, , , \xe9t\xe9\r\n");
     EXPECT_FALSE(f.Modifie());

@@ -166,7 +166,8 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
 }
 
 // Save of a meter file takes Save as; Save as drops what follows the last dot
-// of a name that has two; cancel keeps the name and the modified state.
+// of a name that has two and changes the name shown, not the file Save
+// writes; cancel keeps the name and the modified state.
 TEST(Fichiers, SaveAsTakesMeterFilesAndCutsAfterTheLastOfTwoDots) {
     Session s;
     Ecrit(s.D("meter.mtr"), "MTR DATA");
@@ -179,12 +180,12 @@ TEST(Fichiers, SaveAsTakesMeterFilesAndCutsAfterTheLastOfTwoDots) {
     EXPECT_EQ(Lit(s.D("meter.mtr")), "MTR DATA");
     EXPECT_EQ(Lit(s.D("dial.v2")), "Arc = 30, 150, 60\r\n");
     EXPECT_FALSE(QFileInfo::exists(s.D("dial.v2.dat")));
-    EXPECT_EQ(s.Courant(), QStringList(3, s.D("dial.v2")));
+    EXPECT_EQ(s.Courant(), (QStringList{s.D("meter.mtr"), s.D("dial.v2"), s.D("dial.v2")}));
     EXPECT_FALSE(s.etat.Modifie);
     s.etat.Modifie = true;
     EXPECT_FALSE(Mnu_Enregistrer(s.etat, s.regl, s.fen));
     EXPECT_EQ(s.fen.nomsInitiaux.last(), s.D("dial.v2"));
-    EXPECT_EQ(s.Courant(), QStringList(3, s.D("dial.v2")));
+    EXPECT_EQ(s.Courant(), (QStringList{s.D("meter.mtr"), s.D("dial.v2"), s.D("dial.v2")}));
     EXPECT_TRUE(s.etat.Modifie);
     EXPECT_TRUE(EstFichierMeter("x.MtR"));
     for (const auto& [nom, coupe] : {std::pair{"/a/b.c.d", "/a/b.c"}, {"/a/b.dat", "/a/b.dat"}, {"C.JPG#.d", "C.JPG#"},

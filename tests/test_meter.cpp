@@ -101,8 +101,8 @@ TEST(Meter, FilesItRefuses) {
 TEST(Meter, WindowImportsAndNeverSavesOverTheMeterFile) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("Cercle = 0, 0, 10\r\n"));
-    const QString mtr = b.Fichier(QStringLiteral("galva.mtr"), Mtr("0", "N", "-", Echelle1));
-    b.boites.ouvertures.push_back(mtr);
+    const QString mtr = b.Fichier(QStringLiteral("galva.mtr"), Mtr("0", "N", "-", Echelle1).toUtf8());
+    b.boites.reponses << mtr;
     f.Mnu_OuvrirMeter_Click();
     EXPECT_TRUE(f.RTB1->TexteCrLf().contains(QStringLiteral("Arc = 45, 135, 25.1, Noir")));
     EXPECT_EQ(f.FichierCourant, mtr);
@@ -112,7 +112,7 @@ TEST(Meter, WindowImportsAndNeverSavesOverTheMeterFile) {
     EXPECT_EQ(b.boites.vues.back().genre, QStringLiteral("enregistrer"));
     // A malformed file: a box, and the editor as it was.
     const QString avant = f.RTB1->TexteCrLf();
-    b.boites.ouvertures.push_back(b.Fichier(QStringLiteral("faux.mtr"), Mtr("0", "N", "-", "1 2")));
+    b.boites.reponses << b.Fichier(QStringLiteral("faux.mtr"), Mtr("0", "N", "-", "1 2").toUtf8());
     f.Mnu_OuvrirMeter_Click();
     EXPECT_TRUE(b.boites.vues.back().texte.contains(QStringLiteral("trop peu de champs")));
     EXPECT_EQ(f.RTB1->TexteCrLf(), avant);
