@@ -16,6 +16,7 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -43,7 +44,10 @@ QString NomPage(const QString& sortie, int page) {
 // page's content is placed from, and the offsets of the cross-reference table
 // behind each rewritten box move by the bytes it gained.
 QByteArray PageExacte(QByteArray pdf, QSizeF mm) {
-    const double w = mm.width() / 25.4 * 72, h = mm.height() / 25.4 * 72;
+    // Cut, not rounded, to the 4 decimals written: a reader that rounds the
+    // page up to whole pixels gets the page's pixels, not one more.
+    auto points = [](double v) { return std::floor(v / 25.4 * 72 * 1e4) / 1e4; };
+    const double w = points(mm.width()), h = points(mm.height());
     struct Deplacement { qsizetype position, octets; };
     std::vector<Deplacement> deplacements; // positions in the bytes as Qt wrote them
     qsizetype decalage = 0;
