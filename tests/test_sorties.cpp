@@ -1,6 +1,7 @@
 // The outputs of headless runs: stopping runs that do not end, pages, line
 // widths, gradient bands, safe writes and the warnings of `render`.
 #include "outils.h"
+#include "outils_fenetre.h"
 
 #include <QDir>
 #include <QFile>
@@ -158,7 +159,7 @@ TEST(Sorties, GradientBandsJoinWithoutSeams) {
 }
 
 // An output that cannot be written: status 2, the file and the system's
-// reason on stderr; a good write replaces the old file whole.
+// reason on stderr.
 TEST(Sorties, FailedWritesAreReported) {
     QTemporaryDir d;
     const QString cercle = Ecrit(d, "c.dat", "CercleP = 20, 20, 10,,,ROUGE\n");
@@ -172,17 +173,19 @@ TEST(Sorties, FailedWritesAreReported) {
         EXPECT_TRUE(err.contains(QStringLiteral("cannot write ") + sortie + QStringLiteral(": "))) << err.toStdString();
         EXPECT_GT(err.section(sortie + QStringLiteral(": "), 1).trimmed().size(), 3) << err.toStdString();
     }
-    const QString vieux = d.filePath("c.svg");
-    QFile f(vieux);
-    f.open(QIODevice::WriteOnly);
-    f.write(QByteArray(200000, 'x'));
-    f.close();
-    ASSERT_EQ(Mirel({"render", cercle, "-o", vieux}).code, 0);
-    QFile g(vieux);
-    g.open(QIODevice::ReadOnly);
-    const QByteArray svg = g.readAll();
-    EXPECT_TRUE(svg.trimmed().endsWith("</svg>"));
-    EXPECT_FALSE(svg.contains("xxxx"));
+}
+
+// In the window, an export that cannot be written says so in a box, with the
+// file and the system's reason.
+TEST(Sorties, FailedExportShowsABox) {
+    Banc b;
+    Form1& f = b.Demarre(QStringLiteral("CercleP = 20, 20, 10,,,ROUGE"));
+    const QString dossier = b.travail.path() + QStringLiteral("/dossier.pdf");
+    QDir().mkdir(dossier);
+    b.boites.enregistrements = {dossier};
+    f.Exporte(QStringLiteral("pdf"));
+    ASSERT_EQ(b.boites.Messages().size(), 1);
+    EXPECT_TRUE(b.boites.Messages()[0].contains(QStringLiteral("cannot write ") + dossier + QStringLiteral(": ")));
 }
 
 // A drawing that runs off the page is reported on stderr; the status stays 0.
