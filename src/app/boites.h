@@ -55,3 +55,24 @@ public:
     std::optional<QColor> Couleur(QWidget* parent) override;
     bool Langues(QWidget* parent, ValeursConfig& v) override;
 };
+
+// The boxes of a window that nobody watches (`--screenshot`): answered as
+// `mirel dump` answers them. Message boxes get OK (Yes), input boxes their
+// default, file and colour dialogs are cancelled, the language dialog is
+// taken as it is preset. Every box is kept, titre and text, for the log.
+class BoitesSansPersonne : public Boites {
+public:
+    Reponse Message(QWidget* parent, const QString& titre, const QString& texte, Boutons boutons,
+                    Icone icone) override;
+    std::optional<QString> Saisie(QWidget* parent, const QString& titre, const QString& invite,
+                                  const QString& defaut, const QString& annuler) override;
+    QString FichierOuvrir(QWidget*, const QString&, const QString&) override { return {}; }
+    QString FichierEnregistrer(QWidget*, const QString&, const QString&, const QString&) override {
+        return {};
+    }
+    QStringList FichiersListe(QWidget*, const QString&, const QString&, bool) override { return {}; }
+    std::optional<QColor> Couleur(QWidget*) override { return std::nullopt; }
+    bool Langues(QWidget*, ValeursConfig&) override { return true; }
+
+    QStringList Vues;
+};

@@ -1,6 +1,7 @@
 // The command line: the window, `render`, `dump`.
 #include "cli/cli.h"
 
+#include "app/boites.h"
 #include "app/core/config.h"
 #include "app/core/dump.h"
 #include "app/core/fichiers.h"
@@ -48,9 +49,13 @@ const char* const Aide =
     "  --input TEXT          answers an Input prompt (repeat for several, in order)\n"
     "  --answer ok|cancel|yes|no   answers a message box (repeat, in order; default OK/Yes)\n"
     "  --locale NAME         locale of numbers in texts (default C)\n"
+    "  --timeout SECONDS     stops a run that takes longer, at its next line, as Esc\n"
+    "                        does in the window (default 60, 0 for none)\n"
     "\n"
     "Exit status: 0 no error box, 1 an error box of the program was shown,\n"
-    "2 usage error, unreadable input or unwritable output.\n";
+    "2 usage error, unreadable input or unwritable output, 3 the run was stopped\n"
+    "before its end (time limit, or a program that draws without end); what was\n"
+    "drawn is still written.\n";
 
 void Ecrit(FILE* f, const QString& t) {
     const QByteArray b = t.toUtf8();
@@ -74,7 +79,7 @@ struct Arguments {
     QString commande, fichier, sortie;
     bool imprimante = false, paysage = false;
     QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
-    double zoom = 1, dpi = 300;
+    double zoom = 1, dpi = 300, delai = 60;
     int langue = 0;
     QString locale = QStringLiteral("C");
     QStringList saisies, reponses;
@@ -123,6 +128,10 @@ QString LitArguments(const QStringList& a, Arguments& r) {
                     return QStringLiteral("bad answer: %1").arg(m);
                 r.reponses << m.trimmed();
             }
+        } else if (o == QLatin1String("--timeout")) {
+            if (!valeur(v)) return QStringLiteral("--timeout needs a number of seconds");
+            r.delai = v.toDouble(&ok);
+            if (!ok || r.delai < 0) return QStringLiteral("bad timeout: %1").arg(v);
         } else if (o == QLatin1String("--locale")) {
             if (!valeur(r.locale)) return QStringLiteral("--locale needs a name");
         } else if (o.startsWith(u'-')) {
@@ -153,15 +162,24 @@ Reglages ReglagesDe(const Arguments& a) {
 }
 
 int Dump(const Arguments& a, const QString& texte) {
-    Session s(texte, a.pane, a.page);
+    QSizeF page = a.page;
+    bool paysage = a.paysage;
+    PapierEtOrientation(page, paysage);
+    Session s(texte, a.pane, page);
     s.regl = ReglagesDe(a);
+    s.delai = a.delai;
     s.etat.FichierPrincipal = QFileInfo(a.fichier).absoluteFilePath();
     s.hote.Reponses = a.reponses;
     s.hote.Saisies = a.saisies;
-    s.etat.Repere.OrientationImprimante = a.paysage ? 2 : 1;
+    s.etat.Repere.OrientationImprimante = paysage ? 2 : 1;
     if (a.imprimante) s.ExecuteImprimante();
     else s.Execute(float(a.zoom));
     Ecrit(stdout, QString::fromUtf8(QJsonDocument(DumpJson(s)).toJson(QJsonDocument::Indented)));
+    const QString arret = s.Arret();
+    if (!arret.isEmpty()) {
+        Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(arret));
+        return 3;
+    }
     return s.etat.ErreursAffichees > 0 ? 1 : 0;
 }
 
@@ -172,10 +190,12 @@ int Render(const Arguments& a, const QString& texte) {
     o.paysage = a.paysage;
     o.reponses = a.reponses;
     o.saisies = a.saisies;
+    o.delai = a.delai;
     const ResultatRendu r =
         RendProgramme(texte, QFileInfo(a.fichier).absoluteFilePath(), a.sortie, o, ReglagesDe(a));
     for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
-    if (r.statut == 2) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
+    for (const QString& m : {r.avertissement, r.arret, r.erreur})
+        if (!m.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(m));
     return r.statut;
 }
 
@@ -185,10 +205,15 @@ int Render(const Arguments& a, const QString& texte) {
 int Fenetre(int argc, char** argv, const QStringList& args) {
     QString capture;
     QStringList reste;
+    double delai = 60;
     for (int i = 1; i < args.size(); ++i) {
         if (args[i] == QLatin1String("--screenshot")) {
             if (i + 1 >= args.size()) return Usage(QStringLiteral("--screenshot needs a file"));
             capture = args[++i];
+        } else if (args[i] == QLatin1String("--timeout")) {
+            bool ok = false;
+            delai = args.value(++i).toDouble(&ok);
+            if (!ok || delai < 0) return Usage(QStringLiteral("bad timeout: %1").arg(args.value(i)));
         } else if (args[i].startsWith(QLatin1String("--"))) {
             return Usage(QStringLiteral("unknown option: %1").arg(args[i]));
         } else {
@@ -201,7 +226,13 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     ConfigFichier config;
     ServicesFenetre services;
     services.config = &config;
+    // A screenshot is taken with nobody at the window: no box waits for an
+    // answer, and a run that does not end is stopped as Esc stops it.
+    BoitesSansPersonne sansPersonne;
+    if (!capture.isEmpty()) services.boites = &sansPersonne;
     Form1 f(services);
+    if (!capture.isEmpty() && delai > 0)
+        QTimer::singleShot(int(delai * 1000), &f, [&f] { f.e.ArretDemande = true; });
     if (!f.Demarrer(reste.join(u' '))) return 1;
     int statut = 0;
     if (!capture.isEmpty()) {
@@ -222,6 +253,7 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
                                   .arg(im.width()).arg(im.height()).arg(couleurs.size()));
                 if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1;
             }
+            for (const QString& m : sansPersonne.Vues) Ecrit(stderr, m + QStringLiteral("\n\n"));
             f.hide();
             app.quit();
         });

@@ -59,15 +59,29 @@ void VerifieFini(const OpSurface& op) {
 }
 } // namespace
 
-void Surface::Enregistre(OpSurface op) {
+bool Surface::Enregistre(OpSurface op) {
     VerifieFini(op);
-    if (!journal_) return;
+    if (limite_ > 0 && ++operations_ > limite_) {
+        // Past the limit nothing more is drawn or kept: memory stays bounded
+        // while the run is being stopped.
+        if (operations_ == limite_ + 1 && surLimite_) surLimite_();
+        operations_ = limite_ + 1;
+        return false;
+    }
+    if (!journal_) return true;
     if (op.genre == OpSurface::Ligne || op.genre == OpSurface::Cercle ||
         op.genre == OpSurface::Polygone) {
         op.largeur = DrawWidth;
         op.largeurMm = DrawWidth * mmParPixel_;
     }
     journal_->append(std::move(op));
+    return true;
+}
+
+void Surface::LimiteOperations(qsizetype limite, std::function<void()> surLimite) {
+    limite_ = limite;
+    operations_ = 0;
+    surLimite_ = std::move(surLimite);
 }
 
 void Surface::Line(double x1, double y1, double x2, double y2, int couleur) {
@@ -75,8 +89,7 @@ void Surface::Line(double x1, double y1, double x2, double y2, int couleur) {
     op.genre = OpSurface::Ligne;
     op.x1 = x1; op.y1 = y1; op.x2 = x2; op.y2 = y2;
     op.couleur = couleur;
-    Enregistre(op);
-    DevLigne(VersPixel(x1, y1), VersPixel(x2, y2), VersQColor(couleur), DrawWidth);
+    if (Enregistre(op)) DevLigne(VersPixel(x1, y1), VersPixel(x2, y2), VersQColor(couleur), DrawWidth);
     CurrentX = x2;
     CurrentY = y2;
 }
@@ -87,8 +100,7 @@ void Surface::BoiteMasque(double x1, double y1, double x2, double y2, int couleu
     op.points = {{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}};
     op.couleur = couleur;
     op.remplissage = couleur;
-    Enregistre(op);
-    DevBoiteMasque(QRectF(VersPixel(x1, y1), VersPixel(x2, y2)).normalized(), VersQColor(couleur));
+    if (Enregistre(op)) DevBoiteMasque(QRectF(VersPixel(x1, y1), VersPixel(x2, y2)).normalized(), VersQColor(couleur));
     CurrentX = x2;
     CurrentY = y2;
 }
@@ -106,7 +118,9 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     const bool ferme = (!debut && !fin) || (debut.value_or(0.0) < 0 && fin.value_or(0.0) < 0);
     const bool rempli = FillStyle == 0 && ferme;
     if (rempli) op.remplissage = FillColor;
-    Enregistre(op);
+    CurrentX = x;
+    CurrentY = y;
+    if (!Enregistre(op)) return;
     // The radius is measured in horizontal units; the aspect is the ratio of
     // the vertical radius to the horizontal one.
     const double a = aspect.value_or(1.0);
@@ -117,8 +131,6 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     std::optional<QColor> remp;
     if (rempli) remp = VersQColor(FillColor);
     DevEllipse(VersPixel(x, y), rx, ry, debut, fin, VersQColor(couleur), DrawWidth, remp);
-    CurrentX = x;
-    CurrentY = y;
 }
 
 void Surface::PSet(double x, double y, int couleur) {
@@ -126,8 +138,7 @@ void Surface::PSet(double x, double y, int couleur) {
     op.genre = OpSurface::Point;
     op.x1 = x; op.y1 = y;
     op.couleur = couleur;
-    Enregistre(op);
-    DevPoint(VersPixel(x, y), VersQColor(couleur));
+    if (Enregistre(op)) DevPoint(VersPixel(x, y), VersQColor(couleur));
     CurrentX = x;
     CurrentY = y;
 }
@@ -139,7 +150,7 @@ void Surface::Polygon(const QVector<QPointF>& pixels) {
     for (const QPointF& p : pixels) op.points.append(DepuisPixel(p.x(), p.y()));
     op.couleur = ForeColor;
     if (FillStyle == 0) op.remplissage = FillColor;
-    Enregistre(op);
+    if (!Enregistre(op)) return;
     std::optional<QColor> remp;
     if (FillStyle == 0) remp = VersQColor(FillColor);
     DevPolygone(pixels, VersQColor(ForeColor), DrawWidth, remp);
@@ -226,7 +237,7 @@ void Surface::TextOut(double x, double y, double angle, const QString& texte, bo
     op.taille = Font.Size;
     op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
     op.couleur = ForeColor;
-    Enregistre(op);
+    if (!Enregistre(op)) return;
     DevTexte(p, angle, texte, PoliceQt(), VersQColor(ForeColor));
 }
 
@@ -236,15 +247,14 @@ void Surface::PaintPicture(const QImage& image, const QString& fichier, double x
     op.genre = OpSurface::Image;
     op.fichier = fichier;
     op.x1 = x; op.y1 = y; op.x2 = w; op.y2 = h;
-    Enregistre(op);
+    if (!Enregistre(op)) return;
     DevImage(QRectF(VersPixel(x, y), VersPixel(x + w, y + h)).normalized(), image);
 }
 
 void Surface::Cls() {
     OpSurface op;
     op.genre = OpSurface::Effacement;
-    Enregistre(op);
-    DevEffacer();
+    if (Enregistre(op)) DevEffacer();
     CurrentX = 0;
     CurrentY = 0;
 }
@@ -252,8 +262,7 @@ void Surface::Cls() {
 void Surface::NewPage() {
     OpSurface op;
     op.genre = OpSurface::NouvellePage;
-    Enregistre(op);
-    DevNouvellePage();
+    if (Enregistre(op)) DevNouvellePage();
     CurrentX = 0;
     CurrentY = 0;
 }
@@ -300,7 +309,7 @@ void Surface::EcritTexteDevice(QPointF p, const QString& texte) {
         op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
     }
     op.couleur = ForeColor;
-    Enregistre(op);
+    if (!Enregistre(op)) return;
     DevTexte(p, angle, texte, f, VersQColor(ForeColor));
 }
 

@@ -19,6 +19,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -75,6 +76,11 @@ struct OpSurface {
 };
 
 using Journal = QVector<OpSurface>;
+
+// The most operations one headless run draws: ten times the largest `Plot`
+// (50,100 points) and more. A program that loops on drawing commands is
+// stopped there instead of filling memory.
+constexpr qsizetype MaxOperationsRun = 1'000'000;
 
 // Colour helpers: a colour is kept as one number, red + 256 green + 65536 blue.
 inline QColor VersQColor(int bgr) {
@@ -169,6 +175,10 @@ public:
     // Recording: when set, every operation is appended.
     void SetJournal(Journal* j) { journal_ = j; }
     Journal* journal() const { return journal_; }
+    // At most `limite` operations from now on (0: no limit). The one past it
+    // calls `surLimite` once; it and all later ones are neither drawn nor kept.
+    void LimiteOperations(qsizetype limite, std::function<void()> surLimite);
+    bool LimiteAtteinte() const { return limite_ > 0 && operations_ > limite_; }
 
 protected:
     // Device operations, in device pixels. The recording surface leaves them empty.
@@ -186,7 +196,9 @@ protected:
     virtual void DevNouvellePage() {}
     virtual void DevOrientation() {}
 
-    void Enregistre(OpSurface op);
+    // Counts and records an operation; false past the limit of operations,
+    // when it is not to be drawn.
+    bool Enregistre(OpSurface op);
     double largeurPx_, hauteurPx_;
 
     // The QFont of a device font, meant at the Surface's resolution.
@@ -202,6 +214,8 @@ private:
     int scaleMode_ = 3;
     int orientation_ = 1;
     Journal* journal_ = nullptr;
+    qsizetype limite_ = 0, operations_ = 0;
+    std::function<void()> surLimite_;
     int alignementTexte_ = 24;
     std::optional<PoliceDevice> policeChoisie_;
 };

@@ -3,12 +3,34 @@
 #include <QPaintDevice>
 #include <QPainterPath>
 #include <QPdfWriter>
+#include <QTransform>
 
 #include <cmath>
 
 namespace {
 constexpr double DeuxPi = 6.283185307179586;
 constexpr double DegParRad = 57.29577951308232;
+
+// True when the two polygons have an edge in common (the same two points, in
+// either direction): two bands of one gradient.
+bool CoteCommun(const QVector<QPointF>& a, const QVector<QPointF>& b) {
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        const QPointF p = a[i], q = a[(i + 1) % a.size()];
+        if (p == q) continue;
+        for (qsizetype j = 0; j < b.size(); ++j) {
+            const QPointF r = b[j], t = b[(j + 1) % b.size()];
+            if ((p == r && q == t) || (p == t && q == r)) return true;
+        }
+    }
+    return false;
+}
+
+QPainterPath Chemin(const QVector<QPointF>& pts) {
+    QPainterPath c;
+    c.addPolygon(QPolygonF(pts));
+    c.closeSubpath();
+    return c;
+}
 } // namespace
 
 SurfacePeinte::SurfacePeinte(GenreSurface genre, double largeurPx, double hauteurPx,
@@ -38,10 +60,11 @@ void SurfacePeinte::EndDoc() {
 }
 
 // Wide pens: round ends and round joins, for lines, circles
-// and polygons alike.
+// and polygons alike. No pen is thinner than one pixel of the device painted
+// on: the printer's dot at 600 dpi is a quarter of a pixel at 150 dpi.
 QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
     QPen pen(c);
-    pen.setWidthF(std::max(1, w));
+    pen.setWidthF(std::max(double(std::max(1, w)), 1.0 / echelle_));
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
     return pen;
@@ -49,6 +72,9 @@ QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     if (!painter_) return;
+    dernier_.reset();
+    const double m = Stylo(c, w).widthF() / 2;
+    Etend(QRectF(a, b).normalized().adjusted(-m, -m, m, m));
     painter_->setPen(Stylo(c, w));
     if (a == b) {
         painter_->drawPoint(a);
@@ -59,6 +85,7 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
 
 void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
     if (!painter_) return;
+    dernier_.reset();
     painter_->save();
     // The mask pen ANDs the colour with what is there; on white and light
     // drawings multiplying gives the same grey.
@@ -71,10 +98,13 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
                                std::optional<double> fin, const QColor& c, int w,
                                std::optional<QColor> remp) {
     if (!painter_) return;
+    dernier_.reset();
     const QRectF rect(centre.x() - rx, centre.y() - ry, 2 * rx, 2 * ry);
+    const double m = Stylo(c, w).widthF() / 2;
     painter_->setPen(Stylo(c, w));
     painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
     if (!debut && !fin) {
+        Etend(rect.adjusted(-m, -m, m, m));
         painter_->drawEllipse(rect);
         return;
     }
@@ -98,6 +128,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
     chemin.arcTo(rect, d * DegParRad, balayage * DegParRad);
     if (rayon1) chemin.lineTo(centre);
     if (rayon0 && rayon1) chemin.closeSubpath();
+    Etend(chemin.boundingRect().adjusted(-m, -m, m, m));
     // Only closed figures are filled: a full turn or a pie with both radius
     // lines. An open arc is stroked only, whatever FillStyle says.
     if (remp && rayon0 && rayon1) painter_->drawPath(chemin);
@@ -106,7 +137,8 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
     if (!painter_) return;
-    painter_->setPen(QPen(c, 1));
+    dernier_.reset();
+    painter_->setPen(QPen(c, std::max(1.0, 1.0 / echelle_)));
     painter_->drawPoint(p);
 }
 
@@ -116,6 +148,15 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
+    const double m = Stylo(c, w).widthF() / 2;
+    Etend(QPolygonF(pts).boundingRect().adjusted(-m, -m, m, m));
+    // The next band of a gradient: the former band's colour goes under both
+    // first, so that the new band's antialiased edge blends into it rather
+    // than into the paper, and no light seam shows at any resolution.
+    if (remp && dernier_ && CoteCommun(dernier_->points, pts))
+        painter_->fillPath(Chemin(dernier_->points).united(Chemin(pts)), dernier_->remplissage);
+    dernier_.reset();
+    if (remp) dernier_ = DernierPolygone{pts, *remp};
     painter_->setPen(Stylo(c, w));
     painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
     painter_->drawPolygon(pts.constData(), int(pts.size()));
@@ -124,6 +165,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
 void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
                              const QColor& c) {
     if (!painter_) return;
+    dernier_.reset();
     // The font's size is meant at the Surface's own resolution; the painter's
     // scale then brings it to the device, as it does every other coordinate.
     // It is drawn at the etalon size and scaled, so that no whole-pixel
@@ -137,17 +179,25 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
     painter_->translate(p);
     painter_->rotate(-angle);
     painter_->scale(k, k);
+    QTransform t;
+    t.translate(p.x(), p.y());
+    t.rotate(-angle);
+    t.scale(k, k);
+    Etend(t.mapRect(QFontMetricsF(fd).boundingRect(texte)));
     painter_->drawText(QPointF(0, 0), texte);
     painter_->restore();
 }
 
 void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
     if (!painter_) return;
+    dernier_.reset();
+    Etend(r);
     painter_->drawImage(r, im);
 }
 
 void SurfacePeinte::DevEffacer() {
     if (!painter_) return;
+    dernier_.reset();
     painter_->save();
     painter_->resetTransform();
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
@@ -156,6 +206,7 @@ void SurfacePeinte::DevEffacer() {
 }
 
 void SurfacePeinte::DevNouvellePage() {
+    dernier_.reset();
     if (auto* pdf = dynamic_cast<QPdfWriter*>(device_)) {
         pdf->newPage();
         return;

@@ -23,6 +23,9 @@ public:
 
     void EndDoc() override;
     int Pages() const { return page_; }
+    // The extent of what was drawn, in device pixels of the Surface, over all
+    // pages (points left out: the off-page PSet readies the pen on purpose).
+    QRectF Encre() const { return encre_; }
 
 protected:
     void DevLigne(QPointF a, QPointF b, const QColor& c, int w) override;
@@ -42,6 +45,15 @@ protected:
 private:
     void Ouvre();
     QPen Stylo(const QColor& c, int w) const;
+    void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
+    // The last filled polygon painted, when nothing came since: the band of
+    // a gradient before the next one.
+    struct DernierPolygone {
+        QVector<QPointF> points;
+        QColor remplissage;
+    };
+    std::optional<DernierPolygone> dernier_;
+    QRectF encre_;
     FournisseurPage fournisseur_;
     QPaintDevice* device_ = nullptr;
     std::unique_ptr<QPainter> painter_;

@@ -26,6 +26,16 @@ Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons
     return r;
 }
 
+void HoteMemoire::PompeEvenements() {
+    ++Pompages;
+    if (!Arret) return;
+    if (Echeance.hasExpired() || (ArretAuPompage > 0 && Pompages >= ArretAuPompage)) {
+        if (!Expire) PompageArret = Pompages;
+        *Arret = true;
+        Expire = true;
+    }
+}
+
 std::optional<QString> HoteMemoire::Saisie(const QString&, const QString&, const QString& defaut) {
     if (Saisies.isEmpty()) return defaut;
     return Saisies.takeFirst();

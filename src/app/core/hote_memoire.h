@@ -4,6 +4,7 @@
 
 #include "language/hote.h"
 
+#include <QDeadlineTimer>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -36,8 +37,9 @@ public:
     void EcritPressePapier(const QString& texte) override { pressePapier_ = texte; }
     bool Lance(const QString& commande, bool attendre) override;
     // Headless there are no events; the calls are counted, so tests can see
-    // which commands let events run.
-    void PompeEvenements() override { ++Pompages; }
+    // which commands let events run. They are also where a run with a time
+    // limit is stopped, as Esc stops it in the window.
+    void PompeEvenements() override;
 
     void SetTexte(const QString& t) { texte_ = t; }
     bool TexteModifie() const { return modifie_; }
@@ -49,6 +51,14 @@ public:
     // The red marks of failing lines: 0-based start and length.
     QVector<QPair<int, int>> Marques;
     int Pompages = 0;
+    // The stop of a run that takes too long: once `Echeance` has passed, or
+    // at the pump `ArretAuPompage` (when above 0), `*Arret` is set and
+    // `Expire` tells why; `PompageArret` is the pump that stopped it.
+    bool* Arret = nullptr;
+    QDeadlineTimer Echeance{QDeadlineTimer::Forever};
+    int ArretAuPompage = 0;
+    bool Expire = false;
+    int PompageArret = 0;
 
 private:
     QString texte_;

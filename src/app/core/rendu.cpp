@@ -7,14 +7,16 @@
 #include "language/etat.h"
 #include "language/interprete.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -37,13 +39,78 @@ QString NomPage(const QString& sortie, int page) {
     return f.path() + u'/' + f.completeBaseName() + u'-' + QString::number(page) + u'.' + f.suffix();
 }
 
-// The devices of the pages of one output.
+// Qt writes the page box in whole points (100 mm becomes 283 pt, 99.84 mm).
+// The box is rewritten to the exact size, keeping its top edge where the
+// page's content is placed from, and the offsets of the cross-reference table
+// behind each rewritten box move by the bytes it gained.
+QByteArray PageExacte(QByteArray pdf, QSizeF mm) {
+    // Cut, not rounded, to the 4 decimals written: a reader that rounds the
+    // page up to whole pixels gets the page's pixels, not one more.
+    auto points = [](double v) { return std::floor(v / 25.4 * 72 * 1e4) / 1e4; };
+    const double w = points(mm.width()), h = points(mm.height());
+    struct Deplacement { qsizetype position, octets; };
+    std::vector<Deplacement> deplacements; // positions in the bytes as Qt wrote them
+    qsizetype decalage = 0;
+    for (qsizetype p = pdf.indexOf("/MediaBox ["); p >= 0; p = pdf.indexOf("/MediaBox [", p)) {
+        const qsizetype fin = pdf.indexOf(']', p);
+        if (fin < 0) break;
+        const QList<QByteArray> v = pdf.mid(p + 11, fin - p - 11).simplified().split(' ');
+        if (v.size() != 4) break;
+        const double haut = v[3].toDouble();
+        const QByteArray boite = "/MediaBox [0 " + QByteArray::number(haut - h, 'f', 4) + ' ' +
+                                 QByteArray::number(w, 'f', 4) + ' ' + v[3] + ']';
+        const qsizetype ancien = fin + 1 - p;
+        pdf.replace(p, ancien, boite);
+        deplacements.push_back({p - decalage, boite.size() - ancien});
+        decalage += boite.size() - ancien;
+        p += boite.size();
+    }
+    auto nouvelle = [&](qsizetype o) {
+        for (const Deplacement& d : deplacements)
+            if (d.position < o) o += d.octets;
+        return o;
+    };
+    const qsizetype xref = pdf.lastIndexOf("\nxref\n");
+    if (xref < 0 || deplacements.empty()) return pdf;
+    // Entries of 20 bytes, "oooooooooo ggggg n \n", after the subsection line.
+    qsizetype ligne = pdf.indexOf('\n', xref + 6) + 1;
+    const QList<QByteArray> tete = pdf.mid(xref + 6, ligne - xref - 7).split(' ');
+    const int n = tete.size() == 2 ? tete[1].toInt() : 0;
+    for (int i = 0; i < n; ++i, ligne += 20) {
+        if (pdf.at(ligne + 17) != 'n') continue;
+        const qsizetype o = nouvelle(pdf.mid(ligne, 10).toLongLong());
+        pdf.replace(ligne, 10, QByteArray::number(o).rightJustified(10, '0'));
+    }
+    const qsizetype sx = pdf.lastIndexOf("startxref\n");
+    if (sx >= 0) {
+        const qsizetype debut = sx + 10, fin = pdf.indexOf('\n', debut);
+        pdf.replace(debut, fin - debut, QByteArray::number(xref + 1));
+    }
+    return pdf;
+}
+
+// Writes a whole file through a temporary file renamed over the old one at
+// the end: a failed write leaves the old file as it was. False with the
+// system's reason in `erreur`.
+bool EcritFichier(const QString& nom, const QByteArray& octets, QString& erreur) {
+    QSaveFile f(nom);
+    if (f.open(QIODevice::WriteOnly) && f.write(octets) == octets.size() && f.commit()) return true;
+    erreur = QStringLiteral("cannot write %1: %2").arg(nom, f.errorString());
+    f.cancelWriting();
+    return false;
+}
+
+// The devices of the pages of one output, drawn in memory and written to
+// their files at the end.
 struct Pages {
-    Format format;
+    Format format = Format::Pdf;
     QString sortie;
     QSizeF mm;      // page size in millimetres, final orientation
-    double dpi;     // PNG resolution
+    double dpi = 0; // PNG resolution
+    QString titre;  // the PDF's title
+    QBuffer pdfOctets;
     std::unique_ptr<QPdfWriter> pdf;
+    std::vector<std::unique_ptr<QBuffer>> svgOctets;
     std::vector<std::unique_ptr<QSvgGenerator>> svg;
     std::vector<std::unique_ptr<QImage>> png;
     QStringList fichiers;
@@ -54,17 +121,21 @@ struct Pages {
         switch (format) {
         case Format::Pdf:
             if (!pdf) {
-                pdf = std::make_unique<QPdfWriter>(sortie);
+                pdfOctets.open(QIODevice::WriteOnly);
+                pdf = std::make_unique<QPdfWriter>(&pdfOctets);
                 pdf->setResolution(int(DpiImprimante));
                 pdf->setPageLayout(QPageLayout(QPageSize(mm, QPageSize::Millimeter), QPageLayout::Portrait,
                                                QMarginsF(0, 0, 0, 0)));
                 pdf->setCreator(QStringLiteral("Mirel"));
+                pdf->setTitle(titre);
                 fichiers << sortie;
             }
             return pdf.get();
         case Format::Svg: {
+            svgOctets.push_back(std::make_unique<QBuffer>());
+            svgOctets.back()->open(QIODevice::WriteOnly);
             auto g = std::make_unique<QSvgGenerator>();
-            g->setFileName(nom);
+            g->setOutputDevice(svgOctets.back().get());
             g->setResolution(int(DpiImprimante));
             g->setSize(px);
             g->setViewBox(QRectF(0, 0, mm.width() / 25.4 * DpiImprimante, mm.height() / 25.4 * DpiImprimante));
@@ -90,39 +161,48 @@ struct Pages {
         return nullptr;
     }
 
+    // The bytes of each file, then each file written whole.
     bool Ecrit(QString& erreur) {
-        for (size_t i = 0; i < png.size(); ++i) {
-            const QString nom = NomPage(sortie, int(i) + 1);
-            if (!png[i]->save(nom, "PNG")) {
-                erreur = QStringLiteral("cannot write %1").arg(nom);
-                return false;
-            }
-        }
-        // QSvgGenerator rounds the size to whole dots: the header gets the
-        // page's exact millimetres, so that the drawing is at true size.
-        for (int i = 0; format == Format::Svg && i < fichiers.size(); ++i) {
-            QFile f(fichiers[i]);
-            if (!f.open(QIODevice::ReadWrite)) continue;
-            QByteArray t = f.readAll();
+        QList<QByteArray> octets;
+        if (format == Format::Pdf && !fichiers.isEmpty()) octets << PageExacte(pdfOctets.data(), mm);
+        for (const auto& b : svgOctets) {
+            // QSvgGenerator rounds the size to whole dots: the header gets the
+            // page's exact millimetres, so that the drawing is at true size.
+            QByteArray t = b->data();
             const qsizetype fin = t.indexOf("viewBox");
             const qsizetype debut = t.indexOf("<svg width=");
-            if (debut < 0 || fin < 0) continue;
-            const QByteArray entete = "<svg width=\"" + QByteArray::number(mm.width(), 'g', 10) + "mm\" height=\"" +
-                                      QByteArray::number(mm.height(), 'g', 10) + "mm\"\n ";
-            t.replace(debut, fin - debut, entete);
-            f.resize(0);
-            f.seek(0);
-            f.write(t);
+            if (debut >= 0 && fin >= 0)
+                t.replace(debut, fin - debut,
+                          "<svg width=\"" + QByteArray::number(mm.width(), 'g', 10) + "mm\" height=\"" +
+                              QByteArray::number(mm.height(), 'g', 10) + "mm\"\n ");
+            octets << t;
         }
-        for (const QString& f : fichiers) {
-            if (!QFileInfo::exists(f)) {
-                erreur = QStringLiteral("cannot write %1").arg(f);
-                return false;
-            }
+        for (const auto& im : png) {
+            QBuffer b;
+            b.open(QIODevice::WriteOnly);
+            im->save(&b, "PNG");
+            octets << b.data();
         }
+        for (int i = 0; i < fichiers.size(); ++i)
+            if (!EcritFichier(fichiers[i], octets.value(i), erreur)) return false;
         return true;
     }
 };
+
+// The stderr warning of a drawing that runs off its page, with where it
+// reaches (device pixels of the Surface turned into millimetres).
+QString HorsPage(const SurfacePeinte& s) {
+    const QRectF encre = s.Encre();
+    const QRectF page(0, 0, s.LargeurPx(), s.HauteurPx());
+    // Half a pixel of antialiasing is no overflow.
+    if (encre.isNull() || page.adjusted(-1, -1, 1, 1).contains(encre)) return {};
+    const double k = s.MmParPixel();
+    auto mm = [](double v) { return QString::number(v, 'f', 1); };
+    return QStringLiteral("warning: the drawing runs off the page and is cut: it reaches %1 to %2 mm "
+                          "across and %3 to %4 mm down a page of %5 x %6 mm")
+        .arg(mm(encre.left() * k), mm(encre.right() * k), mm(encre.top() * k), mm(encre.bottom() * k),
+             mm(page.width() * k), mm(page.height() * k));
+}
 
 void Prepare(Etat& e, Reglages& r, HoteMemoire& h, const QString& chemin) {
     e.Regl = &r;
@@ -141,11 +221,15 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
         res.erreur = QStringLiteral("unknown output format: %1 (use .pdf, .svg or .png)").arg(sortie);
         return res;
     }
-    const int orientationDefaut = options.paysage ? 2 : 1;
+    QSizeF papier = options.page;
+    bool paysageDemande = options.paysage;
+    PapierEtOrientation(papier, paysageDemande);
+    const int orientationDefaut = paysageDemande ? 2 : 1;
     // A first run on a recording printer tells the final orientation of the
     // page (FormatI) before any device is made.
-    Session essai(texte, QSizeF(297, 210), options.page);
+    Session essai(texte, QSizeF(297, 210), papier);
     essai.regl = reglages;
+    essai.delai = options.delai;
     essai.etat.FichierPrincipal = chemin;
     essai.hote.Reponses = options.reponses;
     essai.hote.Saisies = options.saisies;
@@ -153,18 +237,30 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     essai.ExecuteImprimante();
     const bool paysage = essai.imprimante->Orientation() == 2;
 
-    Pages pages{format, sortie, paysage ? options.page.transposed() : options.page, options.dpi, {}, {}, {}, {}};
+    Pages pages;
+    pages.format = format;
+    pages.sortie = sortie;
+    pages.mm = paysage ? papier.transposed() : papier;
+    pages.dpi = options.dpi;
+    pages.titre = chemin.isEmpty() ? QStringLiteral("Mirel") : QFileInfo(chemin).completeBaseName();
     Reglages regl = reglages;
     HoteMemoire hote(texte);
     hote.Reponses = options.reponses;
     hote.Saisies = options.saisies;
     Etat e;
     Prepare(e, regl, hote, chemin);
+    // The drawing run stops where the first one was stopped, so that it draws
+    // the same, and within the time limit itself.
+    hote.Arret = &e.ArretDemande;
+    if (options.delai > 0) hote.Echeance = QDeadlineTimer(qint64(options.delai * 1000));
+    if (essai.hote.Expire) hote.ArretAuPompage = essai.hote.PompageArret;
     const double echelle = format == Format::Png ? options.dpi / DpiImprimante : 1.0;
-    SurfacePeinte imprimante(GenreSurface::Imprimante, options.page.width() / 25.4 * DpiImprimante,
-                             options.page.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
+    SurfacePeinte imprimante(GenreSurface::Imprimante, papier.width() / 25.4 * DpiImprimante,
+                             papier.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
                              [&pages](int n) { return pages.Page(n); }, echelle, true);
     SurfaceEnregistree pane(GenreSurface::Ecran, 297 / 25.4 * DpiEcran, 210 / 25.4 * DpiEcran, 25.4 / DpiEcran);
+    for (Surface* s : {static_cast<Surface*>(&imprimante), static_cast<Surface*>(&pane)})
+        s->LimiteOperations(MaxOperationsRun, [&e] { e.ArretDemande = true; });
     MesureImprimante(e, imprimante);
     AttachePane(e, &pane);
     e.Repere.OrientationImprimante = orientationDefaut;
@@ -172,12 +268,15 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     imprimante.EndDoc();
     pages.pdf.reset();
     pages.svg.clear();
+    for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     if (!pages.Ecrit(res.erreur)) {
         res.statut = 2;
         return res;
     }
-    for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     res.fichiers = pages.fichiers;
-    res.statut = e.ErreursAffichees > 0 ? 1 : 0;
+    res.arret = RaisonArret(hote.Expire || essai.hote.Expire,
+                            imprimante.LimiteAtteinte() || pane.LimiteAtteinte(), options.delai);
+    res.avertissement = HorsPage(imprimante);
+    res.statut = !res.arret.isEmpty() ? 3 : e.ErreursAffichees > 0 ? 1 : 0;
     return res;
 }

@@ -14,11 +14,15 @@ struct OptionsRendu {
     QSizeF page = QSizeF(210, 297);
     bool paysage = false;
     QStringList reponses, saisies; // answers of boxes and prompts, in order
+    double delai = 0;              // time limit of the run in seconds, 0 none
 };
 
 struct ResultatRendu {
-    int statut = 0;                // 0 ok, 1 an error box was shown, 2 output failed
+    int statut = 0;                // 0 ok, 1 an error box was shown, 2 output failed,
+                                   // 3 the run was stopped before its end
     QString erreur;                // why the output failed
+    QString arret;                 // why the run was stopped
+    QString avertissement;         // the drawing runs off the page
     QStringList fichiers;          // the files written
     QStringList messages;          // the boxes of the run, title and text
 };

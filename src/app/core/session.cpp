@@ -3,6 +3,8 @@
 #include "drawing/repere.h"
 #include "language/interprete.h"
 
+#include <QDeadlineTimer>
+
 
 namespace {
 
@@ -34,12 +36,42 @@ Session::Session(const QString& texte, QSizeF paneMm, QSizeF pageMm) : hote(text
     imprimante->SetJournal(&journal);
     etat.Regl = &regl;
     etat.Host = &hote;
+    hote.Arret = &etat.ArretDemande;
     MesureImprimante(etat, *imprimante);
     AttachePane(etat, pane.get());
 }
 
-void Session::Execute(float zoom) {
+void PapierEtOrientation(QSizeF& page, bool& paysage) {
+    if (page.width() <= page.height()) return;
+    page.transpose();
+    paysage = true;
+}
+
+QString RaisonArret(bool delaiPasse, bool limiteAtteinte, double delai) {
+    if (limiteAtteinte)
+        return QStringLiteral("the run was stopped after %1 drawing operations, more than any "
+                              "drawing needs: the program loops; what was drawn is written")
+            .arg(MaxOperationsRun);
+    if (delaiPasse)
+        return QStringLiteral("the run was stopped after %1 s (--timeout); what was drawn is written")
+            .arg(delai);
+    return {};
+}
+
+void Session::Prepare() {
     journal.clear();
+    for (Surface* s : {pane.get(), imprimante.get()})
+        s->LimiteOperations(MaxOperationsRun, [this] { etat.ArretDemande = true; });
+    hote.Expire = false;
+    hote.Echeance = delai > 0 ? QDeadlineTimer(qint64(delai * 1000)) : QDeadlineTimer(QDeadlineTimer::Forever);
+}
+
+QString Session::Arret() const {
+    return RaisonArret(hote.Expire, pane->LimiteAtteinte() || imprimante->LimiteAtteinte(), delai);
+}
+
+void Session::Execute(float zoom) {
+    Prepare();
     if (zoom == 1.0f) {
         Visualiser(etat);
         return;
@@ -50,7 +82,7 @@ void Session::Execute(float zoom) {
 }
 
 void Session::ExecuteImprimante() {
-    journal.clear();
+    Prepare();
     FermeFichiers(etat);
     etat.Repere.ZoomI = 1.0f;
     LanceExecution(etat, imprimante.get());

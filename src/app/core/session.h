@@ -19,6 +19,15 @@ constexpr double DpiEcran = 96.0;
 // A page size in millimetres from "A4", "A3", "Letter" or "WxH"; invalid when unknown.
 QSizeF TaillePage(const QString& nom);
 
+// A page given wider than high is a landscape page: the paper becomes
+// upright and the orientation landscape.
+void PapierEtOrientation(QSizeF& page, bool& paysage);
+
+// Why a headless run ended before its end: its time limit of `delai` seconds
+// passed, or it drew more than `MaxOperationsRun` operations. Empty when it
+// ran to its end.
+QString RaisonArret(bool delaiPasse, bool limiteAtteinte, double delai);
+
 struct Session {
     Reglages regl;
     HoteMemoire hote;
@@ -26,6 +35,8 @@ struct Session {
     Journal journal;
     std::unique_ptr<Surface> pane;
     std::unique_ptr<Surface> imprimante;
+    // The time limit of a run in seconds; 0: none.
+    double delai = 0;
 
     // A pane of the given size in millimetres (screen kind) and a virtual
     // printer of the given page, both recording into `journal`.
@@ -35,4 +46,9 @@ struct Session {
     void Execute(float zoom = 1.0f);
     // Runs with the printer as the Surface, as printing to paper does.
     void ExecuteImprimante();
+    // Why the last run was stopped before its end; empty when it was not.
+    QString Arret() const;
+
+private:
+    void Prepare();
 };
