@@ -9,6 +9,7 @@
 #include "app/core/session.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/secours.h"
 
 #include <QApplication>
 #include <QDir>
@@ -199,6 +200,8 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     ConfigFichier config;
     ServicesFenetre services;
     services.config = &config;
+    // Unsaved text is kept for the next start; a screenshot types nothing.
+    if (capture.isEmpty()) services.dossierSecours = DossierSecoursStandard();
     Form1 f(services);
     if (!f.Demarrer(reste.join(u' '))) return 1;
     int statut = 0;
