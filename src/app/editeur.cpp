@@ -333,6 +333,7 @@ void Editeur::InsereTexte(const QString& texte) {
     f.setForeground(Noir);
     c.insertText(LignesDocument(texte), f);
     setTextCursor(c);
+    emit insere();
 }
 
 // --- the change event

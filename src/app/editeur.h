@@ -89,6 +89,7 @@ signals:
     void defaire();         // Ctrl-Z: undo
     void refaire();         // Ctrl-Y: redo
     void coupe(int longueurTexte); // Ctrl-X: the text's length, for the undo logic
+    void insere();          // a text inserted by menu or dialog (InsereTexte)
     void toucheRelachee(int touche, Qt::KeyboardModifiers mods);
     void sourisEnfoncee();
     void sourisRelachee();

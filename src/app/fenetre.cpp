@@ -11,6 +11,8 @@
 #include "app/editeur.h"
 #include "app/hote_fenetre.h"
 #include "app/pane.h"
+#include "app/recherche.h"
+#include "app/secours.h"
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
@@ -167,6 +169,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     Text3->setObjectName(QStringLiteral("Text3"));
     Text4->setObjectName(QStringLiteral("Text4"));
     form2 = new Form2(this);
+    secours = std::make_unique<Secours>(RTB1, s_.dossierSecours, FichierCourant, NomCourant);
     ConstruitMenus();
 
     zone->installEventFilter(this);
@@ -216,7 +219,8 @@ void Form1::Reglee(QLabel* l, const QColor& fond, const QColor& texte) {
 }
 
 void Form1::MajText4() {
-    Text4->setText(QStringLiteral("%1 : %2  %3  ").arg(UndoSlot).arg(UndoNb).arg(RedoNb));
+    const AnneauAnnulation& a = recherche->Annulation;
+    Text4->setText(QStringLiteral("%1 : %2  %3  ").arg(a.UndoSlot).arg(a.UndoNb).arg(a.RedoNb));
 }
 
 // --- menus
@@ -268,9 +272,11 @@ void Form1::ConstruitMenus() {
     Mnu_Supprimer = action(Mnu_Edition, "Mnu_Supprimer", touche(Qt::Key_Delete, Qt::NoModifier));
     Mnu_Selectionner = action(Mnu_Edition, "Mnu_Selectionner", touche(Qt::Key_A, Qt::ControlModifier));
     Mnu_Edition->addSeparator();
-    Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr, false);       // find and undo: to come
-    Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr, false);       // find and undo: to come
-    Mnu_Rechercher = action(Mnu_Edition, "Mnu_Rechercher", nullptr, false); // find and undo: to come
+    Mnu_Defaire = action(Mnu_Edition, "Mnu_Defaire", nullptr);
+    Mnu_Refaire = action(Mnu_Edition, "Mnu_Refaire", nullptr);
+    Mnu_Rechercher = action(Mnu_Edition, "Mnu_Rechercher", nullptr);
+    recherche = new Recherche(RTB1, Mnu_Defaire, Mnu_Refaire, Mnu_Rechercher, this);
+    connect(recherche, &Recherche::etatChange, this, &Form1::MajText4);
 
     Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // the command dialog: to come
     Mnu_Dessin = action(nullptr, "Mnu_Dessin", nullptr, false); // freehand drawing: to come
@@ -340,6 +346,7 @@ void Form1::AfficheMenus() {
     Mnu_Defaire->setText(ChaineMenu(26));
     Mnu_Refaire->setText(ChaineMenu(27));
     Mnu_Rechercher->setText(ChaineMenu(28));
+    recherche->Find->Legendes(regl.LangueMenus);
     Mnu_Masque->setText(ChaineMenu(51) + QStringLiteral(" (F2)"));
     Mnu_Dessin->setText(ChaineMenu(38) + QStringLiteral(" (F9)"));
     Mnu_Visualiser->setText(ChaineMenu(37) + QStringLiteral(" (F4)"));
@@ -438,11 +445,12 @@ bool Form1::Demarrer(const QString& ligneCommande) {
     pane->Prepare();
     AttachePane(e, pane->surface());
     Debut(ligneCommande);
+    ReprendSecours();
     // 12.
-    UndoSlot = UndoNb = 1;
     RTB1->PositionRecherche = -1;
-    MajText4();
     Visualiser();
+    recherche->Annulation.Initialise();
+    MajText4();
     return true;
 }
 
@@ -560,6 +568,7 @@ void Form1::DebutRun() {
     Mnu_RefCurseur->setEnabled(false);
     // The pending colouring first, so the run reads the keywords as shown.
     RTB1->VideLigneSale();
+    secours->Ecrit();
     if (pane->Prepare()) AttachePane(e, pane->surface());
     e.Repere.LargeurEditeur = LargeurEditeurUnites();
 }
@@ -686,7 +695,6 @@ void Form1::InsereCoordonnees() {
     if (Trim(bloc.text()).toUpper().startsWith(QLatin1String("TRAIT")) && avant.count(sep) == 3)
         t += QStringLiteral(",,");
     RTB1->InsereTexte(t);
-    // The undo snapshot of this insertion belongs here, once undo is built.
 }
 
 void Form1::Positionner(Qt::KeyboardModifiers mods) {
@@ -956,8 +964,8 @@ public:
     }
     void Visualiser() override { f.Visualiser(); }
     void DebutAnnulation() override {
-        f.UndoSlot = f.UndoNb = 1;
-        f.RedoNb = 0;
+        f.recherche->Annulation.Initialise();
+        f.secours->HorsDisque = false;
         f.MajText4();
     }
 
@@ -980,12 +988,6 @@ bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichi
     return r;
 }
 
-bool Form1::DemandeSauvegarde() {
-    return CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
-        return ::DemandeSauvegarde(ef, regl, p);
-    });
-}
-
 void Form1::Mnu_Ouvrir_Click() {
     if (e.ExecutionEnCours) return;
     CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Ouvrir(ef, regl, p); });
@@ -998,19 +1000,22 @@ void Form1::Mnu_OuvrirMeter_Click() {
 
 void Form1::Mnu_Nouveau_Click() {
     if (e.ExecutionEnCours) return;
-    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Nouveau(ef, regl, p); });
+    if (CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Nouveau(ef, regl, p); }))
+        secours->HorsDisque = false;
 }
 
 void Form1::Mnu_EnregistrerS_Click() {
-    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
+    const bool avant = Modifie();
+    secours->ApresEnregistrement(CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
         return ::Mnu_EnregistrerS(ef, regl, p);
-    });
+    }), avant);
 }
 
 void Form1::Mnu_Enregistrer_Click() {
-    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
+    const bool avant = Modifie();
+    secours->ApresEnregistrement(CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
         return ::Mnu_Enregistrer(ef, regl, p);
-    });
+    }), avant);
 }
 
 // Alt-L: the names chosen go in at the caret as selected text; nothing runs.
@@ -1140,7 +1145,7 @@ void Form1::closeEvent(QCloseEvent* ev) {
         return;
     }
     if (Demarre) {
-        if (!DemandeSauvegarde()) {
+        if (!AccepteFermeture()) {
             ev->ignore();
             return;
         }
@@ -1148,9 +1153,11 @@ void Form1::closeEvent(QCloseEvent* ev) {
         s_.config->EcritConfig(QStringLiteral("DoubleClic ="),
                                Mnu_DblClick->isChecked() ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
         form2->hide();
+        recherche->Find->hide();
         QDir::setCurrent(DossierDepart);
     }
     const QString dessin = regl.DossierTravail + QStringLiteral("$Dessin_tmp.txt");
     if (QFileInfo::exists(dessin)) QFile::remove(dessin);
+    secours->Supprime();
     ev->accept();
 }

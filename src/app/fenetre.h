@@ -25,6 +25,8 @@ class Pane;
 class QAction;
 class QLabel;
 class QMenu;
+class Recherche;
+class Secours;
 
 // What the window is built on: the configuration service, the boxes, the
 // printer lookup and the two folders. A null configuration gets the in-memory
@@ -36,6 +38,9 @@ struct ServicesFenetre {
     std::function<QString()> nomImprimante;
     QString dossierProgramme; // default: the executable's folder
     QString dossierTravail;   // default: the current folder
+    // Where the recovery copies of unsaved text are kept (DossierSecoursStandard
+    // for the real program); empty: none are kept.
+    QString dossierSecours;
 };
 
 // The mouse read-out: the pointer's offsets from the reference point R, its
@@ -77,7 +82,6 @@ public:
     QString NomImprimante;
     bool ImprimantePdf = false;      // no printer configured: Qt's PDF printer stands in
     bool DessinOuvert = false;       // the freehand drawing tool FrmDessin is open (`Mnu_Dessin` disabled)
-    int UndoSlot = 1, UndoNb = 1, RedoNb = 0; // the undo counters, shown in Text4
     int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
     ValeursConfig Config;
 
@@ -92,6 +96,8 @@ public:
     QLabel* Text3 = nullptr;
     QLabel* Text4 = nullptr;
     Form2* form2 = nullptr;
+    Recherche* recherche = nullptr;   // the undo ring and FrmFind
+    std::unique_ptr<Secours> secours; // the recovery copy; what a failed save left
     QWidget* zone = nullptr;
 
     // --- menus (each one's object name is its member's name)
@@ -177,7 +183,10 @@ private:
     void DebutRun();
     void FinRun();
     void Occupe(bool oui);
-    bool DemandeSauvegarde();       // string 118; false on Cancel
+    // The unload question (string 118): false keeps the window open.
+    bool AccepteFermeture();
+    // Start-up: the copies of unsaved text that other windows left, offered back.
+    void ReprendSecours();
     // Runs a command file command (src/app/core/fichiers) on this window: its
     // names and `Modifie` go in and come back.
     class PontFichiers;

@@ -12,6 +12,7 @@
 #include "app/core/session.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/secours.h"
 
 #include <QApplication>
 #include <QDir>
@@ -230,6 +231,8 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     // answer, and a run that does not end is stopped as Esc stops it.
     BoitesSansPersonne sansPersonne;
     if (!capture.isEmpty()) services.boites = &sansPersonne;
+    // Unsaved text is kept for the next start; a screenshot types nothing.
+    if (capture.isEmpty()) services.dossierSecours = DossierSecoursStandard();
     Form1 f(services);
     if (!capture.isEmpty() && delai > 0)
         QTimer::singleShot(int(delai * 1000), &f, [&f] { f.e.ArretDemande = true; });
