@@ -90,6 +90,7 @@ struct Banc {
     QString imprimante = "Imprimante de test";
     std::unique_ptr<Form1> f;
     QString ancienDossier = QDir::currentPath();
+    QString secours; // the folder of the recovery copy; empty: none kept
 
     Banc() {
         ValeursConfig& v = config.Valeurs;
@@ -108,6 +109,7 @@ struct Banc {
         s.nomImprimante = [this] { return imprimante; };
         s.dossierProgramme = programme.path();
         s.dossierTravail = travail.path();
+        s.dossierSecours = secours;
         f = std::make_unique<Form1>(s);
         return *f;
     }

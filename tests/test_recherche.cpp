@@ -124,7 +124,7 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
     };
     for (const auto& c : cas) {
         Banc b;
-        Form1& f = b.Demarre(CrLf(QString::fromLatin1(Commentaires)));
+        Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
         FrmFind& d = *f.recherche->Find;
         d.Text1->setText(QStringLiteral("abc"));
         d.Check1->setChecked(c.motEntier);
@@ -147,7 +147,7 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
 TEST(Recherche, F3AndCtrlFWithoutTextOpenTheDialogOnTheSelection) {
     for (const auto touche : {Qt::Key_F3, Qt::Key_F}) {
         Banc b;
-        Form1& f = b.Demarre(CrLf(QString::fromLatin1(Commentaires)));
+        Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
         QTextCursor c = f.RTB1->textCursor();
         c.setPosition(8);
         c.setPosition(11, QTextCursor::KeepAnchor);
@@ -161,7 +161,7 @@ TEST(Recherche, F3AndCtrlFWithoutTextOpenTheDialogOnTheSelection) {
 
 TEST(Recherche, DialogKeysAndCtrlHReplaceOneMatchAtATime) {
     Banc b;
-    Form1& f = b.Demarre(CrLf(QString::fromLatin1(Commentaires)));
+    Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
     f.Mnu_Rechercher->trigger();
     FrmFind& d = *f.recherche->Find;
     QTest::keyClicks(d.Text1, "abc");
@@ -186,7 +186,7 @@ TEST(Recherche, DialogKeysAndCtrlHReplaceOneMatchAtATime) {
 
 TEST(Recherche, ReplaceAllCountsKeepsTheCaretAndIsOneLevel) {
     Banc b;
-    Form1& f = b.Demarre(CrLf(QString::fromLatin1(Commentaires)));
+    Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
     FrmFind& d = *f.recherche->Find;
     QTextCursor c = f.RTB1->textCursor();
     c.setPosition(7);
@@ -219,7 +219,7 @@ TEST(Recherche, ColourWordsTranslateBothWays) {
     };
     for (const auto& c : cas) {
         Banc b;
-        Form1& f = b.Demarre(CrLf(QString::fromUtf8(c.avant)));
+        Form1& f = b.Demarre(Programme(QString::fromUtf8(c.avant)));
         FrmFind& d = *f.recherche->Find;
         d.Text1->setText(QString::fromLatin1(c.mot));
         d.RemplacerTout->click();

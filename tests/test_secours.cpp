@@ -13,10 +13,8 @@ namespace {
 
 // A window on `chemin` whose unsaved text is kept in the folder `etat`.
 Form1& Fenetre(Banc& b, const QString& etat, const QString& chemin) {
-    ServicesFenetre s = b.Services();
-    s.dossierSecours = etat;
-    b.f = std::make_unique<Form1>(s);
-    b.f->Demarrer(chemin);
+    b.secours = etat;
+    b.Fenetre().Demarrer(chemin);
     return *b.f;
 }
 
@@ -32,7 +30,7 @@ QString Contenu(const QString& chemin) {
 TEST(Secours, CopyFollowsUnsavedTextUntilSaveOrQuit) {
     Banc b;
     QTemporaryDir etat;
-    Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("essai.dat"), QStringLiteral("' a\r\n")));
+    Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
     QTest::keyClicks(f.RTB1, "CT = 1, 1");
     QCoreApplication::processEvents();
     EXPECT_TRUE(Contenu(f.secours->Chemin()).endsWith(QStringLiteral("CT = 1, 1' a\r\n")));
@@ -43,7 +41,7 @@ TEST(Secours, CopyFollowsUnsavedTextUntilSaveOrQuit) {
     QTest::keyClicks(f.RTB1, "x");
     QCoreApplication::processEvents();
     EXPECT_TRUE(QFile::exists(f.secours->Chemin()));
-    b.boites.reponses = {Reponse::Non};
+    b.boites.reponses = {int(Reponse::Non)};
     EXPECT_TRUE(f.close());
     EXPECT_TRUE(Copies(etat.path()).isEmpty());
 }
@@ -63,17 +61,17 @@ TEST(Secours, StartOffersTheCopyOfAWindowThatDidNotQuit) {
     for (const auto& c : cas) {
         QTemporaryDir etat;
         Banc b;
-        const QString chemin = b.Fichier(QStringLiteral("essai.dat"), QStringLiteral("' a\r\n"));
+        const QString chemin = b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8());
         QTest::keyClicks(Fenetre(b, etat.path(), chemin).RTB1, "CT = 2, 2");
         QCoreApplication::processEvents();
         b.f.reset(); // gone without the unload question: its copy stays
         if (c.fichierRecrit) {
-            b.Fichier(QStringLiteral("essai.dat"), QStringLiteral("' b\r\n"));
+            b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' b\r\n")).toUtf8());
             QFile fi(chemin);
             fi.open(QIODevice::Append);
             fi.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);
         }
-        b.boites.reponses = {c.reponse};
+        b.boites.reponses = {int(c.reponse)};
         Form1& f = Fenetre(b, etat.path(), chemin);
         ASSERT_EQ(b.boites.Nombre(QStringLiteral("message")), c.questions) << c.nom;
         EXPECT_EQ(f.RTB1->toPlainText(), QString::fromLatin1(c.texte)) << c.nom;
@@ -93,10 +91,10 @@ TEST(Secours, StartOffersTheCopyOfAWindowThatDidNotQuit) {
 TEST(Secours, CopyOfALivingWindowIsNotOffered) {
     QTemporaryDir etat;
     Banc a, b;
-    Form1& fa = Fenetre(a, etat.path(), a.Fichier(QStringLiteral("a.dat"), QStringLiteral("' a\r\n")));
+    Form1& fa = Fenetre(a, etat.path(), a.Fichier(QStringLiteral("a.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
     QTest::keyClicks(fa.RTB1, "x");
     QCoreApplication::processEvents();
-    Fenetre(b, etat.path(), b.Fichier(QStringLiteral("b.dat"), QStringLiteral("' b\r\n")));
+    Fenetre(b, etat.path(), b.Fichier(QStringLiteral("b.dat"), QString(QStringLiteral("' b\r\n")).toUtf8()));
     EXPECT_EQ(b.boites.Nombre(QStringLiteral("message")), 0);
     EXPECT_TRUE(QFile::exists(fa.secours->Chemin()));
 }
@@ -108,26 +106,25 @@ TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
         QTemporaryDir etat;
         Banc b;
         QDir(b.travail.path()).mkdir(QStringLiteral("disque"));
-        Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("disque/essai.dat"), QStringLiteral("' a\r\n")));
+        Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("disque/essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
         QTest::keyClicks(f.RTB1, "CT = 3, 3");
         QDir(b.travail.path() + QStringLiteral("/disque")).removeRecursively();
         if (parLeMenu) {
             f.Mnu_EnregistrerS_Click();
             EXPECT_FALSE(f.Modifie()); // as any Save leaves it
         } else {
-            b.boites.reponses = {Reponse::Oui};
+            b.boites.reponses = {int(Reponse::Oui)};
             EXPECT_FALSE(f.close());
             EXPECT_EQ(b.boites.Messages()[0], LoadResString(118));
         }
         QCoreApplication::processEvents();
         EXPECT_TRUE(QFile::exists(f.secours->Chemin())) << parLeMenu;
         // The quit asks again, saying the text is not saved; Yes offers another name.
-        b.boites.reponses = {Reponse::Annuler};
+        b.boites.reponses = {int(Reponse::Annuler)};
         EXPECT_FALSE(f.close());
         EXPECT_EQ(b.boites.Messages().last(), LoadResString(384) + u'\n' + LoadResString(118));
         const QString autre = b.travail.path() + QStringLiteral("/autre.dat");
-        b.boites.reponses = {Reponse::Oui};
-        b.boites.enregistrements = {autre};
+        b.boites.reponses = {int(Reponse::Oui), autre};
         EXPECT_TRUE(f.close());
         EXPECT_EQ(Contenu(autre), QStringLiteral("CT = 3, 3' a\r\n"));
         EXPECT_TRUE(Copies(etat.path()).isEmpty());

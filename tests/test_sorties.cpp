@@ -182,7 +182,7 @@ TEST(Sorties, FailedExportShowsABox) {
     Form1& f = b.Demarre(QStringLiteral("CercleP = 20, 20, 10,,,ROUGE"));
     const QString dossier = b.travail.path() + QStringLiteral("/dossier.pdf");
     QDir().mkdir(dossier);
-    b.boites.enregistrements = {dossier};
+    b.boites.reponses = {dossier};
     f.Exporte(QStringLiteral("pdf"));
     ASSERT_EQ(b.boites.Messages().size(), 1);
     EXPECT_TRUE(b.boites.Messages()[0].contains(QStringLiteral("cannot write ") + dossier + QStringLiteral(": ")));
