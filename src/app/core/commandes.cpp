@@ -18,6 +18,8 @@
 #include "shapes/bezier.h"
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
+#include "shapes/image.h"
+#include "shapes/palcoul.h"
 #include "shapes/poly.h"
 #include "shapes/texte.h"
 
@@ -103,7 +105,7 @@ const Commande Table[] = {
 
     {"?", CmdPoint},
 
-    {"IMAGE", nullptr},
+    {"IMAGE", CmdImage},
 
     {"FICHIER", CmdFichier},
 
@@ -114,9 +116,9 @@ const Commande Table[] = {
     {"STOP", CmdStop},
     {"!", CmdStop},
 
-    {"PALCOUL", nullptr},
-    {"PALCOUL2", nullptr},
-    {"PALCOUL3", nullptr},
+    {"PALCOUL", CmdPalCoul},
+    {"PALCOUL2", CmdPalCoul2},
+    {"PALCOUL3", CmdPalCoul3},
 
     {"IF", CmdIf},
     {"ELSEIF", CmdElseIf},
