@@ -3,6 +3,11 @@
 // 600 dpi printer, whose device pixels are small next to the cells.
 #include "outils.h"
 
+#include "drawing/repere.h"
+#include "drawing/surface_peinte.h"
+
+#include <QImage>
+
 namespace {
 
 QVector<OpSurface> Cellules(const Session& s) { return Ops(s, OpSurface::Polygone); }
@@ -127,4 +132,40 @@ TEST(PalCoul, TurnedChart) {
         EXPECT_NEAR(c[1].points[i].y(), attendus[i].y(), 0.05) << i;
     }
     EXPECT_EQ(c[1].remplissage.value_or(-1), RGB(63, 63, 63));
+}
+
+// A pane that only paints skips the patches that the next row covers, and
+// the picture stays the one that every patch makes.
+TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
+    auto peint = [](bool enregistre) {
+        Session s(Programme("CentreE = 10, 10, N\nPalCoul2 = 24, 270, 190"));
+        const double w = 297 / 25.4 * DpiEcran, h = 210 / 25.4 * DpiEcran;
+        QImage im(int(w), int(h), QImage::Format_RGB32);
+        im.fill(Qt::white);
+        Journal j;
+        {
+            SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran,
+                               [&](int) -> QPaintDevice* { return &im; });
+            if (enregistre) pane.SetJournal(&j);
+            AttachePane(s.etat, &pane);
+            s.Execute();
+        }
+        EXPECT_EQ(j.size(), enregistre ? 3 + 24 * 24 * 24 : 0);
+        return im;
+    };
+    const QImage tout = peint(true), visible = peint(false);
+    int encre = 0, differents = 0, ecart = 0;
+    for (int y = 0; y < tout.height(); ++y)
+        for (int x = 0; x < tout.width(); ++x) {
+            const QRgb c = tout.pixel(x, y), v = visible.pixel(x, y);
+            if (c != qRgb(255, 255, 255)) ++encre;
+            if (c == v) continue;
+            ++differents;
+            ecart = std::max({ecart, std::abs(qRed(c) - qRed(v)), std::abs(qGreen(c) - qGreen(v)),
+                              std::abs(qBlue(c) - qBlue(v))});
+        }
+    // Only the soft edges of the thin patches may differ, by a level at most.
+    EXPECT_GT(encre, 100000);
+    EXPECT_LT(differents, encre / 100);
+    EXPECT_LE(ecart, 1);
 }
