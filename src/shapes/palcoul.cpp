@@ -95,19 +95,20 @@ inline long long ArrondiPair(double v) {
 #endif
 }
 
-// The device outline of a cell: its corners (left, lower), (right, lower),
+// A point of the chart in whole device pixels, and the device outline of a
+// cell: its corners (left, lower), (right, lower),
 // (right, upper), (left, upper), turned with the chart, rounded to whole
 // device pixels as the outlines of all shapes are.
+QPointF Pixel(const Carte& c, double x, double y) {
+    const QPointF q = c.A + x * c.U + y * c.V;
+    return QPointF(double(ArrondiPair(q.x())), double(ArrondiPair(q.y())));
+}
+
 void Coins(const Carte& c, double x, double y, double w, double h, QPointF* pixels) {
-    auto entier = [](double v) { return double(ArrondiPair(v)); };
-    auto coin = [&](double u, double v) {
-        const QPointF q = c.A + u * c.U + v * c.V;
-        return QPointF(entier(q.x()), entier(q.y()));
-    };
-    pixels[0] = coin(x, y);
-    pixels[1] = coin(x + w, y);
-    pixels[2] = coin(x + w, y + h);
-    pixels[3] = coin(x, y + h);
+    pixels[0] = Pixel(c, x, y);
+    pixels[1] = Pixel(c, x + w, y);
+    pixels[2] = Pixel(c, x + w, y + h);
+    pixels[3] = Pixel(c, x, y + h);
 }
 
 // One cell, filled and outlined in `couleur`.
@@ -183,6 +184,8 @@ int Niveau(int n, int N) {
 
 // Every colour of the cube: red picks a band (the upper half of the bands in
 // a second block on the right), green a row within the band, blue a column.
+// A patch is as high as the step between rows, so its upper edge is the
+// lower edge of the patch of the next row.
 //
 // At large n a patch is far thinner than a device pixel, and the patch of the
 // next row often has the very same device outline: painted over it a moment
@@ -196,28 +199,41 @@ void Patches(Etat& e, Carte& c) {
     const double w = 0.9 * cw, h = 0.8 * cs;
     Quad(e, c, 0, 0, w, h, 0);
     const bool cache = e.Surf->journal() == nullptr;
-    // The outlines of one row of patches (blue 1 to N) and of the next row.
-    QVector<QPointF> rang(4 * N), suivant(4 * N);
-    auto calcule = [&](QVector<QPointF>& r, int i, int j) {
+    // The lower edges, two corners each, of a row of patches (blue 1 to N), of
+    // the next row (the row's upper edges) and of the row after it.
+    QVector<QPointF> bas(2 * N), haut(2 * N), dessus(2 * N);
+    auto bords = [&](QVector<QPointF>& b, int i, int j) {
         const bool droite = i > N / 2;
         const double x0 = droite ? 0.55 * c.largeur : 0;
         const double y = (droite ? i - N / 2 - 1 : i - 1) * double(ch) + 0.8 * j * cs;
-        QPointF* d = r.data();
-        for (int k = 1; k <= N; ++k) Coins(c, x0 + 0.9 * k * cw, y, w, h, d + 4 * (k - 1));
+        QPointF* d = b.data();
+        for (int k = 1; k <= N; ++k) {
+            const double x = x0 + 0.9 * k * cw;
+            d[2 * k - 2] = Pixel(c, x, y);
+            d[2 * k - 1] = Pixel(c, x + w, y);
+        }
     };
     for (int i = 1; i <= N; ++i) {
-        calcule(rang, i, 1);
+        bords(bas, i, 1);
+        bords(haut, i, 2);
         for (int j = 1; j <= N; ++j) {
             const bool apres = cache && j < N;
-            if (apres) calcule(suivant, i, j + 1);
+            if (apres) bords(dessus, i, j + 2);
             for (int k = 1; k <= N; ++k) {
-                const QPointF* p = rang.constData() + 4 * (k - 1);
-                if (apres && std::equal(p, p + 4, suivant.constData() + 4 * (k - 1))) continue;
-                std::copy(p, p + 4, c.pixels.begin());
+                const QPointF* b = bas.constData() + 2 * k - 2;
+                const QPointF* t = haut.constData() + 2 * k - 2;
+                // The same outline as the next row's patch: hidden by it.
+                if (apres && std::equal(b, b + 2, t) && std::equal(t, t + 2, dessus.constData() + 2 * k - 2))
+                    continue;
+                c.pixels[0] = b[0];
+                c.pixels[1] = b[1];
+                c.pixels[2] = t[1];
+                c.pixels[3] = t[0];
                 PolygoneRempli(e, c.pixels, RGB(Niveau(i, N), Niveau(j, N), Niveau(k, N)));
             }
-            if (apres) std::swap(rang, suivant);
-            else if (j < N) calcule(rang, i, j + 1);
+            std::swap(bas, haut);
+            if (apres) std::swap(haut, dessus);
+            else if (j < N) bords(haut, i, j + 2);
         }
     }
 }
