@@ -8,18 +8,21 @@
 
 #include <QImage>
 
+#include <vector>
+
 namespace {
 
 QVector<OpSurface> Cellules(const Session& s) { return Ops(s, OpSurface::Polygone); }
 
-// A cell's lower left corner and its fill and outline colour.
+// A cell: its index in drawing order, its lower left corner, its fill and
+// outline colour.
 struct Cellule {
     int index;
     double x, y;
     int r, v, b;
 };
 
-void ExpectCellules(const Session& s, std::initializer_list<Cellule> attendues) {
+void ExpectCellules(const Session& s, const std::vector<Cellule>& attendues) {
     const auto c = Cellules(s);
     for (const Cellule& a : attendues) {
         SCOPED_TRACE(a.index);
@@ -55,83 +58,48 @@ TEST(PalCoul, LevelsAndCellCount) {
     EXPECT_EQ(Messages(*LanceImprimante("PalCoul2 = 40000")).size(), 1);
 }
 
-// From black through the pure hue to white up a column; the hues run red,
-// yellow, green, cyan, blue, magenta and back to red across the faces.
-// 100 x 90 mm with N = 4: cells of 4 x 10 mm.
-TEST(PalCoul, CubeFaces) {
+// A cell's lower left corner and colour, by its index in drawing order.
+TEST(PalCoul, CellsAndColours) {
+    const struct {
+        const char* programme;
+        std::vector<Cellule> cellules;
+    } cas[] = {
+        // From black through the pure hue to white up a column; across the
+        // faces red, yellow, green, cyan, blue, magenta, red. Cells 4 x 10 mm.
+        {"CentreI = 20, 30, N\nPalCoul3 = 4, 100, 90",
+         {{0, 20, 30, 0, 0, 0}, {2, 20, 50, 128, 0, 0}, {4, 20, 70, 255, 0, 0},
+          {6, 20, 90, 255, 128, 128}, {8, 20, 110, 255, 255, 255}, {9 * 4 + 4, 36, 70, 255, 255, 0},
+          {9 * 5 + 4, 40, 70, 191, 255, 0}, {9 * 9 + 4, 52, 70, 0, 255, 0},
+          {9 * 13 + 4, 68, 70, 0, 255, 255}, {9 * 17 + 4, 84, 70, 0, 0, 255},
+          {9 * 22 + 4, 100, 70, 255, 0, 255}, {9 * 26 + 4, 116, 70, 255, 0, 0}}},
+        // From mid grey up to the pure hue, one half only.
+        {"PalCoul = 4, 100, 50",
+         {{0, 0, 0, 127, 127, 127}, {1, 0, 10, 159, 95, 95}, {4, 0, 40, 255, 0, 0},
+          {5 * 6 + 4, 24, 40, 127, 255, 0}}},
+        // Patches 9 x 1 mm: red picks the band (the upper half of the bands in
+        // the right block), green the row, blue the column.
+        {"PalCoul2 = 4, 80, 40",
+         {{0, 0, 0, 0, 0, 0}, {1, 9, 1, 63, 63, 63}, {1 + 16 + 4 + 1, 18, 7, 127, 127, 127},
+          {1 + 32 + 4 + 3, 80, 2, 191, 127, 255}}},
+        // Width 0 counts as 180; a turned chart turns about 0,0.
+        {"PalCoul2 = 4, 0, 40", {{1 + 32, 0.55 * 180 + 0.9 * 22.5, 1, 191, 63, 63}}},
+        {"CentreI = 100, 100, N\nPalCoul2 = 4, 80, 40§90", {{1, 99, 109, 63, 63, 63}}},
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.programme);
+        ExpectCellules(*LanceImprimante(c.programme), c.cellules);
+    }
+    // A patch's upper right corner; the four black strokes round a cube chart.
+    const OpSurface p = Cellules(*LanceImprimante("PalCoul2 = 4, 80, 40"))[1];
+    EXPECT_NEAR(p.points[2].x(), 18, 0.05);
+    EXPECT_NEAR(p.points[2].y(), 2, 0.05);
     auto s = LanceImprimante("CentreI = 20, 30, N\nPalCoul3 = 4, 100, 90");
-    ExpectCellules(*s, {
-                           {0, 20, 30, 0, 0, 0},
-                           {2, 20, 50, 128, 0, 0},
-                           {4, 20, 70, 255, 0, 0},
-                           {6, 20, 90, 255, 128, 128},
-                           {8, 20, 110, 255, 255, 255},
-                           {9 * 4 + 4, 36, 70, 255, 255, 0},
-                           {9 * 5 + 4, 40, 70, 191, 255, 0},
-                           {9 * 8 + 4, 52, 70, 0, 255, 0},
-                           {9 * 9 + 4, 52, 70, 0, 255, 0},
-                           {9 * 13 + 4, 68, 70, 0, 255, 255},
-                           {9 * 17 + 4, 84, 70, 0, 0, 255},
-                           {9 * 22 + 4, 100, 70, 255, 0, 255},
-                           {9 * 26 + 4, 116, 70, 255, 0, 0},
-                       });
-    // Four black strokes round the 100 x 90 block.
-    const auto l = Lignes(*s);
-    ASSERT_GE(l.size(), 4);
-    const QPointF coins[] = {{20, 30}, {120, 30}, {120, 120}, {20, 120}};
-    for (int i = 0; i < 4; ++i) {
-        const OpSurface& t = l[l.size() - 4 + i];
-        EXPECT_EQ(t.couleur, 0);
-        EXPECT_MM(t.x1, coins[i].x());
-        EXPECT_MM(t.y1, coins[i].y());
-        EXPECT_MM(t.x2, coins[(i + 1) % 4].x());
-        EXPECT_MM(t.y2, coins[(i + 1) % 4].y());
-    }
-}
-
-// From mid grey up to the pure hue, one half only: 100 x 50 mm, cells 4 x 10.
-TEST(PalCoul, GreyFaces) {
-    auto s = LanceImprimante("PalCoul = 4, 100, 50");
-    ExpectCellules(*s, {
-                           {0, 0, 0, 127, 127, 127},
-                           {1, 0, 10, 159, 95, 95},
-                           {4, 0, 40, 255, 0, 0},
-                           {5 * 6 + 4, 24, 40, 127, 255, 0},
-                       });
-    EXPECT_MM(Lignes(*s).back().y1, 50);
-}
-
-// Every colour as a patch 9 x 1 mm (80 x 40 mm, N = 4): red picks the band,
-// the upper half of the bands in the right block, green the row, blue the
-// column. Width 0 counts as 180.
-TEST(PalCoul, PatchTable) {
-    auto s = LanceImprimante("PalCoul2 = 4, 80, 40");
-    ExpectCellules(*s, {
-                           {0, 0, 0, 0, 0, 0},
-                           {1, 9, 1, 63, 63, 63},
-                           {1 + 16 + 4 + 1, 18, 5 + 2, 127, 127, 127},
-                           {1 + 32 + 4 + 3, 80, 2, 191, 127, 255},
-                       });
-    const auto c = Cellules(*s);
-    EXPECT_NEAR(c[1].points[2].x() - c[1].points[0].x(), 9, 0.05);
-    EXPECT_NEAR(c[1].points[2].y() - c[1].points[0].y(), 1, 0.05);
-    EXPECT_TRUE(Lignes(*s).isEmpty());
-
-    s = LanceImprimante("PalCoul2 = 4, 0, 40");
-    EXPECT_NEAR(Cellules(*s)[1 + 32].points[0].x(), 0.55 * 180 + 0.9 * 22.5, 0.05);
-}
-
-// A turned chart stays a grid of parallelograms about 0,0, each in one colour.
-TEST(PalCoul, TurnedChart) {
-    auto s = LanceImprimante("CentreI = 100, 100, N\nPalCoul2 = 4, 80, 40§90");
-    const auto c = Cellules(*s);
-    // The patch (9, 1) to (18, 2) a quarter turn counter-clockwise.
-    const QPointF attendus[] = {{99, 109}, {99, 118}, {98, 118}, {98, 109}};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_NEAR(c[1].points[i].x(), attendus[i].x(), 0.05) << i;
-        EXPECT_NEAR(c[1].points[i].y(), attendus[i].y(), 0.05) << i;
-    }
-    EXPECT_EQ(c[1].remplissage.value_or(-1), RGB(63, 63, 63));
+    ASSERT_EQ(Lignes(*s).size(), 4);
+    const OpSurface t = Lignes(*s).back();
+    EXPECT_EQ(t.couleur, 0);
+    EXPECT_MM(t.x1, 20);
+    EXPECT_MM(t.y1, 120);
+    EXPECT_MM(t.y2, 30);
 }
 
 // A pane that only paints skips the patches that the next row covers, and
@@ -143,14 +111,11 @@ TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
         QImage im(int(w), int(h), QImage::Format_RGB32);
         im.fill(Qt::white);
         Journal j;
-        {
-            SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran,
-                               [&](int) -> QPaintDevice* { return &im; });
-            if (enregistre) pane.SetJournal(&j);
-            AttachePane(s.etat, &pane);
-            s.Execute();
-        }
-        EXPECT_EQ(j.size(), enregistre ? 3 + 24 * 24 * 24 : 0);
+        SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran, [&](int) -> QPaintDevice* { return &im; });
+        if (enregistre) pane.SetJournal(&j);
+        AttachePane(s.etat, &pane);
+        s.Execute();
+        pane.EndDoc();
         return im;
     };
     const QImage tout = peint(true), visible = peint(false);
