@@ -202,11 +202,27 @@ void Patches(Etat& e, Carte& c) {
     // The lower edges, two corners each, of a row of patches (blue 1 to N), of
     // the next row (the row's upper edges) and of the row after it.
     QVector<QPointF> bas(2 * N), haut(2 * N), dessus(2 * N);
+    // An unturned chart: a device column depends on x alone and a device row
+    // on y alone, so the columns of the two blocks are rounded once.
+    const bool droit = c.U.y() == 0 && c.V.x() == 0;
+    QVector<double> colonnes(4 * N);
+    for (int k = 1; k <= N && droit; ++k)
+        for (int bloc = 0; bloc < 2; ++bloc) {
+            const double x = bloc * 0.55 * c.largeur + 0.9 * k * cw;
+            colonnes[2 * N * bloc + 2 * k - 2] = Pixel(c, x, 0).x();
+            colonnes[2 * N * bloc + 2 * k - 1] = Pixel(c, x + w, 0).x();
+        }
     auto bords = [&](QVector<QPointF>& b, int i, int j) {
         const bool droite = i > N / 2;
         const double x0 = droite ? 0.55 * c.largeur : 0;
         const double y = (droite ? i - N / 2 - 1 : i - 1) * double(ch) + 0.8 * j * cs;
         QPointF* d = b.data();
+        if (droit) {
+            const double py = Pixel(c, 0, y).y();
+            const double* px = colonnes.constData() + (droite ? 2 * N : 0);
+            for (int n = 0; n < 2 * N; ++n) d[n] = QPointF(px[n], py);
+            return;
+        }
         for (int k = 1; k <= N; ++k) {
             const double x = x0 + 0.9 * k * cw;
             d[2 * k - 2] = Pixel(c, x, y);
