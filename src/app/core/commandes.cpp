@@ -20,6 +20,8 @@
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/chain.h"
+#include "shapes/image.h"
+#include "shapes/palcoul.h"
 #include "shapes/poly.h"
 #include "shapes/qa.h"
 #include "shapes/texte.h"
@@ -106,7 +108,7 @@ const Commande Table[] = {
 
     {"?", CmdPoint},
 
-    {"IMAGE", nullptr},
+    {"IMAGE", CmdImage},
 
     {"FICHIER", CmdFichier},
 
@@ -117,9 +119,9 @@ const Commande Table[] = {
     {"STOP", CmdStop},
     {"!", CmdStop},
 
-    {"PALCOUL", nullptr},
-    {"PALCOUL2", nullptr},
-    {"PALCOUL3", nullptr},
+    {"PALCOUL", CmdPalCoul},
+    {"PALCOUL2", CmdPalCoul2},
+    {"PALCOUL3", CmdPalCoul3},
 
     {"IF", CmdIf},
     {"ELSEIF", CmdElseIf},
