@@ -1037,10 +1037,13 @@ void Form1::Exporte(const QString& extension) {
     if (nom.isEmpty()) return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     OptionsRendu o;
+    // An export of a program that loops must not freeze the window.
+    o.delai = 60;
     const ResultatRendu r = RendProgramme(RTB1->TexteCrLf(), FichierCourant, nom, o, regl);
     QApplication::restoreOverrideCursor();
-    if (r.statut == 2)
-        s_.boites->Message(this, QStringLiteral("Mirel"), r.erreur, Boutons::Ok, Icone::Critique);
+    if (r.statut == 2 || r.statut == 3)
+        s_.boites->Message(this, QStringLiteral("Mirel"), r.statut == 2 ? r.erreur : r.arret, Boutons::Ok,
+                           Icone::Critique);
 }
 
 void Form1::Mnu_Quitter_Click() { close(); }
