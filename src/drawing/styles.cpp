@@ -21,9 +21,6 @@ using namespace vb;
 
 namespace {
 
-// Rounding to a 16-bit whole number: half to even; out of range is an overflow.
-int Arrondi16(double v) { return Entier16(static_cast<long long>(std::nearbyint(v))); }
-
 // A last two letters "mm" (any case) mark millimetres; they are taken off.
 bool OteMm(QString& t) {
     if (t.size() >= 2 && t.right(2).toUpper() == QLatin1String("MM")) {
@@ -106,7 +103,7 @@ std::optional<int> LitCouleur(Etat& e, const QString& texte) {
         for (int k = 0; k < 3 && k < mots.size(); ++k) {
             bool ok = false;
             const double d = mots[k].toDouble(&ok);
-            v[k] = ok ? Arrondi16(d) : 0;
+            v[k] = ok ? Entier16Arrondi(d) : 0;
         }
         return v[0] + 256 * v[1] + 65536 * v[2];
     }
@@ -129,7 +126,7 @@ int LargeurTrait(Etat& e, double t, bool mm) {
     if (mm) w = t * r.FacteurZ / MmParPointCible(e);
     else w = imprimante ? t * r.FacteurZ : t * r.FacteurZ / r.PointsParPixel;
     // Never thinner than one device pixel.
-    return Arrondi16(std::max(w, 1.0));
+    return Entier16Arrondi(std::max(w, 1.0));
 }
 
 int LitEpaisseur(Etat& e, const QString& texte) {
