@@ -175,17 +175,22 @@ bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin, b
         f.Message(erreur, Boutons::Ok);
         return false;
     }
-    f.ChargeTexte(*lu);
-    e.Enc = lu->Enc;
+    DonneTexte(e, f, chemin, *lu, visualiser);
+    return true;
+}
+
+void DonneTexte(EtatFichiers& e, FenetreFichiers& f, const QString& chemin, const TexteLu& lu,
+                bool visualiser) {
+    f.ChargeTexte(lu);
+    e.Enc = lu.Enc;
     e.NomCourant = chemin;
     f.EcritLegende(e.NomCourant);
-    // 5. A run; the file is the current one.
+    // A run; the file is the current one.
     if (visualiser) f.Visualiser();
     e.FichierCourant = chemin;
     e.Modifie = false;
     f.DebutAnnulation();
     f.Occupe(false);
-    return true;
 }
 
 bool Mnu_Ouvrir(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {

@@ -152,6 +152,11 @@ bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
 // once the window is shown.
 bool ChargeFichier(EtatFichiers& e, FenetreFichiers& f, const QString& chemin,
                    bool visualiser = true);
+// The end of a load, once the text is read: the editor gets it, the caption
+// the path, a run draws it (unless `visualiser` is false), the file is the
+// current one and unmodified, the undo ring starts again, the window is free.
+void DonneTexte(EtatFichiers& e, FenetreFichiers& f, const QString& chemin, const TexteLu& lu,
+                bool visualiser);
 // `Mnu_Ouvrir`. True when a file was loaded.
 bool Mnu_Ouvrir(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
 // `Mnu_Nouveau`, with or without the question (false: it was cancelled).

@@ -184,15 +184,7 @@ bool ChargeMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const Q
     e.DossierFichier = DossierDe(chemin);
     f.ChangeDossier(e.DossierFichier);
     f.Occupe(true);
-    f.ChargeTexte(TexteLu{im.Texte, Encodage::Utf8, 1.0f});
-    e.Enc = Encodage::Utf8;
-    e.NomCourant = chemin;
-    f.EcritLegende(e.NomCourant);
-    if (visualiser) f.Visualiser();
-    e.FichierCourant = chemin;
-    e.Modifie = false;
-    f.DebutAnnulation();
-    f.Occupe(false);
+    DonneTexte(e, f, chemin, TexteLu{im.Texte, Encodage::Utf8, 1.0f}, visualiser);
     return true;
 }
 
