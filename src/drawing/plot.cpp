@@ -284,6 +284,7 @@ void EcritOffset(Etat& e, const QStringList& lignes, int colX, int colY, const Q
         c.append(champ(colY, dy));
         sortie.append(c.join(u';'));
     }
+    if (!sortie.isEmpty() && sortie.back().isEmpty()) sortie.removeLast(); // the final line end
     QFile f(DossierCourant(e) + NomPlotOffset);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw ErreurExecution("Path/File access error");
     f.write(sortie.join(QStringLiteral("\r\n")).toUtf8());
