@@ -117,7 +117,7 @@ bool DansLimites(const Axe& a, double v, double mn, double mx) {
 double ValeurDonnee(QString t, double precedent, bool* relatif = nullptr) {
     t = Trim(t);
     const bool r = t.contains(u'R', Qt::CaseInsensitive);
-    if (r) t.remove(u'R', Qt::CaseInsensitive);
+    if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
     if (relatif) *relatif = r;
     const double v = ValNombre(t);
     return r ? precedent + v : v;
@@ -355,7 +355,10 @@ void Plot(Etat& e, Genre genre) {
     for (int k = saut; k < lignes.size() && !arret; ++k) {
         if ((k - saut) % 10000 == 9999 && e.Host) e.Host->PompeEvenements();
         QString ligne = Trim(lignes[k]);
-        const QString maj = ligne.toUpper();
+        if (ligne.isEmpty()) continue;
+        // Only comments and command lines start with a letter or an apostrophe.
+        const bool mot = ligne.front().isLetter() || ligne.front() == u'\'';
+        const QString maj = mot ? ligne.toUpper() : QString();
         if (ligne.startsWith(u'\'')) {
             if (maj.startsWith(QLatin1String("'EOD"))) {
                 blocs.back().ferme = !maj.mid(4).contains(QLatin1String("NP"));
