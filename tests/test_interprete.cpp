@@ -41,8 +41,7 @@ TEST(Interprete, OneBoxEndsTheRun) {
          "Erreur dans l'ordre des commandes ligne : 2: CentreE = 20, 20\r\n" + LoadResString(161) + "\r\n", true, 1},
         {"If 1 = 1 Then\nCT = 1, 1\n", "Erreur : If[T] sans Endif", true, 1},
         {"If 1 = 1 Then\nCT = %Q, 1\nEndIf\n", "Erreur dans la ligne : 2: CT = %Q, 1\r\n\r\n%Q : non initialisée", false, 0},
-        {"%Inconnu\n", "Erreur dans la ligne : 1: %Inconnu\r\n\r\n%Inconnu : non initialisée", false, 0},
-        {"PlotS = 1, 2\n", "Erreur dans la ligne : 1: PlotS = 1, 2\r\n\r\nPLOTS : commande pas encore disponible", false, 0}};
+        {"%Inconnu\n", "Erreur dans la ligne : 1: %Inconnu\r\n\r\n%Inconnu : non initialisée", false, 0}};
     for (const auto& [programme, texte, entier, croix] : cas) {
         auto s = Lance(programme);
         ASSERT_EQ(s->hote.Messages().size(), 1) << Messages(*s).join("|").toStdString();

@@ -8,6 +8,7 @@
 #include "drawing/echelle.h"
 #include "drawing/grad.h"
 #include "drawing/marques.h"
+#include "drawing/plot.h"
 #include "drawing/repere.h"
 #include "drawing/sect.h"
 #include "drawing/styles.h"
@@ -146,9 +147,9 @@ const Commande Table[] = {
 
     {"CHAIN", CmdChain},
 
-    {"PLOT", nullptr},
-    {"PLOTP", nullptr},
-    {"PLOTS", nullptr},
+    {"PLOT", CmdPlot},
+    {"PLOTP", CmdPlotP},
+    {"PLOTS", CmdPlotS},
 
     {"BEZIER", CmdBezier},
     {"BEZIERP", CmdBezierP},

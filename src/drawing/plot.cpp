@@ -1,0 +1,501 @@
+// `Plot`, `PlotP`, `PlotS`: a curve, a filled surface or symbols from the
+// columns of a text data file, scaled onto plain, logarithmic or exponential
+// axes, turned about 0,0 and placed through the frame like every command.
+#include "drawing/plot.h"
+
+#include "app/core/inclusion.h"
+#include "drawing/repere.h"
+#include "drawing/styles.h"
+#include "drawing/surface.h"
+#include "language/chaines.h"
+#include "language/commandes.h"
+#include "language/erreur.h"
+#include "language/etat.h"
+#include "language/expr.h"
+#include "language/hote.h"
+#include "language/nombre.h"
+#include "language/para.h"
+#include "language/variables.h"
+#include "language/vb.h"
+#include "shapes/cercle.h"
+#include "shapes/image.h"
+#include "shapes/poly.h"
+#include "shapes/texte.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <cmath>
+#include <functional>
+#include <optional>
+
+using namespace vb;
+
+namespace {
+
+enum class Genre { Ligne, Surface, Symbole };
+
+QString Chaine(const Etat& e, int n) {
+    return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0));
+}
+
+// One axis of the plot: its kind, factor, positions and limits in user units.
+struct Axe {
+    QChar genre;          // 0 plain, 'L' logarithmic, 'E' exponential
+    double s = 0;         // factor in mm per unit, base of the logarithm, or log10
+    bool parTaille = false;
+    double P0 = 0, P1 = 100;
+    std::optional<double> min, max; // limits given in user units
+    bool sansLimite = false;        // an "N" maximum: no clipping on this axis
+    double offset = 0;
+};
+
+QString Sous(Etat& e, const QString& p, int n) { return Trim(Piece(p, n, e.Separateur2)); }
+
+double Nombre(Etat& e, QString t, double defaut) {
+    t = Trim(t);
+    if (t.isEmpty()) return defaut;
+    return EvalExpr(e, t).value_or(0);
+}
+
+// "[{L,E}]factor[§size§start§min§max]" with its offset parameter.
+Axe LitAxe(Etat& e, const QString& p, const QString& offset) {
+    Axe a;
+    QString f = Sous(e, p, 1);
+    if (!f.isEmpty() && (f.front().toUpper() == u'L' || f.front().toUpper() == u'E')) {
+        a.genre = f.front().toUpper();
+        f = f.mid(1);
+    }
+    a.s = Nombre(e, f, 0);
+    // An exponential axis keeps the decimal logarithm of its number.
+    if (a.genre == u'E') a.s = std::log(a.s) / 2.302585;
+    const QString taille = Sous(e, p, 2);
+    a.P0 = Nombre(e, Sous(e, p, 3), 0);
+    if (!taille.isEmpty()) {
+        a.parTaille = true;
+        a.P1 = a.P0 + Nombre(e, taille, 100);
+    } else if (a.genre.isNull() && a.s == 0) {
+        a.parTaille = true;
+        a.P1 = a.P0 + 100;
+    }
+    const QString mn = Sous(e, p, 4), mx = Sous(e, p, 5);
+    if (!mn.isEmpty()) a.min = Nombre(e, mn, 0);
+    if (mx.toUpper() == QLatin1String("N")) a.sansLimite = true;
+    else if (!mx.isEmpty()) a.max = Nombre(e, mx, 0);
+    a.offset = Nombre(e, offset, 0);
+    return a;
+}
+
+// The position in mm of value v on an axis whose limits are mn, mx;
+// `avant` is kept when a logarithmic axis can't place the value.
+double Position(const Axe& a, double v, double mn, double mx, double avant) {
+    const double etendue = mx - mn;
+    if (a.genre == u'L') {
+        const double t = etendue == 0 ? 1 : (v - mn) * (a.s - 1) / etendue + 1;
+        if (t <= 0) return avant;
+        return a.P0 + (a.P1 - a.P0) * std::log(t) / std::log(a.s);
+    }
+    if (a.genre == u'E') {
+        const double t = etendue == 0 ? 0 : (v - mn) * a.s / etendue;
+        return a.P0 + std::pow(10.0, t) * (a.P1 - a.P0) / std::pow(10.0, a.s);
+    }
+    if (a.parTaille) {
+        if (etendue == 0) return a.P0;
+        const double s = (a.P1 - a.P0) / etendue;
+        return (v + a.P0 / s - mn) * s;
+    }
+    return v * a.s; // the offset is already in the value
+}
+
+bool DansLimites(const Axe& a, double v, double mn, double mx) {
+    if (a.sansLimite) return true;
+    return v >= mn - std::abs(mn) * 0.00001 && v <= mx + std::abs(mx) * 0.00001;
+}
+
+// A data value: a decimal comma read as a point, an "R" makes it relative to
+// the previous one.
+double ValeurDonnee(QString t, double precedent, bool* relatif = nullptr) {
+    t = Trim(t);
+    const bool r = t.contains(u'R', Qt::CaseInsensitive);
+    if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
+    if (relatif) *relatif = r;
+    const double v = ValNombre(t);
+    return r ? precedent + v : v;
+}
+
+bool CommenceParMot(const QString& ligneMaj, std::initializer_list<const char*> mots) {
+    for (const char* m : mots)
+        if (ligneMaj.startsWith(QLatin1String(m))) return true;
+    return false;
+}
+
+// A line of the data file that is a drawing command, run as in a program.
+void ExecuteLigneCommande(Etat& e, const QString& ligne) {
+    const int egal = ligne.indexOf(u'=');
+    const QString mot = Trim(egal < 0 ? ligne : ligne.left(egal)).toUpper();
+    for (const Commande& c : TableCommandes()) {
+        if (mot != QLatin1String(c.mot) || !c.routine) continue;
+        const QString garde = e.LigneCourante;
+        e.LigneCourante = egal < 0 ? QString() : ligne.mid(egal + 1);
+        try {
+            c.routine(e);
+        } catch (...) {
+            e.LigneCourante = garde;
+            throw;
+        }
+        e.LigneCourante = garde;
+        return;
+    }
+}
+
+// The values of column `col` (1-based) of the data lines of a file, in order,
+// past `saut` lines: for the other file of X and the reference curve.
+QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, const QString& sep) {
+    QVector<double> r;
+    QStringList lignes;
+    if (!LitLignesDonnees(FichierDeCommande(e, nom, QStringLiteral(".txt")), lignes)) return r;
+    double avant = 0;
+    for (int k = saut; k < lignes.size(); ++k) {
+        QString l = Trim(lignes[k]);
+        if (l.startsWith(u'\'')) {
+            if (l.toUpper().startsWith(QLatin1String("'EOD"))) break;
+            continue;
+        }
+        if (l.isEmpty()) continue;
+        if (sep != QLatin1String(",")) l.replace(u',', u'.');
+        const QStringList champs = l.split(sep);
+        avant = col >= 1 && col <= champs.size() ? ValeurDonnee(champs[col - 1], avant) : avant;
+        r.append(avant);
+    }
+    return r;
+}
+
+// One block of points with the drawing commands met between them.
+struct Bloc {
+    QVector<double> x, y;
+    QVector<std::pair<int, QString>> commandes; // before point index
+    double sommeX = 0, sommeY = 0;
+    double xBrut = 0, yBrut = 0; // the last values as read, for relative ones
+    bool ferme = true; // an "'EOD NP" leaves a PlotP surface open
+};
+
+// The symbol text of `PlotS`: `%CMDSYMB`, or the default when it is empty
+// or is itself a Plot (directly or through the file it includes).
+QString TexteSymbole(Etat& e) {
+    QString t;
+    if (!LitVar(e, e.NiveauCourant, QStringLiteral("%CMDSYMB"), t) || Trim(t).isEmpty())
+        return SymboleDefaut;
+    const QString maj = Trim(t).toUpper();
+    bool refus = maj.startsWith(QLatin1String("PLOT"));
+    if (!refus && maj.startsWith(QLatin1String("FICHIER"))) {
+        const int egal = t.indexOf(u'=');
+        const QString nom = Trim(Piece(t.mid(egal + 1), 1, e.Separateur1));
+        QFile f(ChercheFichier(e, nom));
+        if (f.open(QIODevice::ReadOnly)) {
+            static const QRegularExpression plot(QStringLiteral("(^|\\n)\\s*PLOT"),
+                                                 QRegularExpression::CaseInsensitiveOption);
+            refus = QString::fromUtf8(f.readAll()).contains(plot);
+        }
+    }
+    if (!refus) return t;
+    if (e.Host)
+        e.Host->Message(TitrePlot,
+                        QStringLiteral("Pas de commande Plot dans %CmdSymb\r\nNo Plot command in "
+                                       "%CmdSymb\r\nKeine Plot Kommando in %CmdSymb"),
+                        Boutons::Ok);
+    return SymboleDefaut;
+}
+
+// The symbol at one point (mm from the origin), with the i-th elements of the
+// symbol lists.
+void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringList& symb,
+             const QStringList& symb2) {
+    if (!symb2.isEmpty()) texte.replace(QLatin1String("#SYMB2"), symb2[i % symb2.size()], Qt::CaseInsensitive);
+    if (!symb.isEmpty()) texte.replace(QLatin1String("#SYMB"), symb[i % symb.size()], Qt::CaseInsensitive);
+    texte.replace(QLatin1String("#X"), StrD(x), Qt::CaseInsensitive);
+    texte.replace(QLatin1String("#Y"), StrD(y), Qt::CaseInsensitive);
+    const int egal = texte.indexOf(u'=');
+    const QString mot = Trim(egal < 0 ? texte : texte.left(egal)).toUpper();
+    QString p = egal < 0 ? QString() : texte.mid(egal + 1);
+    const bool cercle = mot == QLatin1String("CERCLE") || mot == QLatin1String("CERCLEP");
+    if (cercle || mot == QLatin1String("IMAGE")) {
+        if (RemplaceVar(e, p) != 0) {
+            static const QRegularExpression nom(QStringLiteral("%[^\\s,;=§()+*/-]*"));
+            e.TexteErreur = TexteNonInitialisee(nom.match(p).captured());
+            throw ErreurProvoquee("variable non initialisée");
+        }
+        if (cercle) Cercle(e, mot, p);
+        else Image(e, p);
+        return;
+    }
+    if (AppelSymbole(e, e.NiveauCourant, texte, QStringLiteral("Symbole, 0, 0")) < 0)
+        e.FinNiveauDemandee = true;
+}
+
+// The moving average over 2 Half + 1 values, the ends held at the first and
+// last values.
+void MoyenneMobile(QVector<double>& v, int demi) {
+    const int n = int(v.size());
+    if (demi <= 0 || n == 0) return;
+    if (n < 2 * demi + 1) demi = (n - 1) / 2;
+    if (demi <= 0) return;
+    const int largeur = 2 * demi + 1;
+    QVector<double> r(n);
+    for (int i = 0; i < n; ++i) {
+        double s = 0;
+        for (int k = i - demi; k <= i + demi; ++k) s += v[std::clamp(k, 0, n - 1)];
+        r[i] = s / largeur;
+    }
+    v = r;
+}
+
+// "0.0#": one decimal at least, two at most.
+QString Format00(double v) {
+    QString t = QString::number(v, 'f', 2);
+    if (t.endsWith(u'0')) t.chop(1);
+    if (t == QLatin1String("-0.0")) t = QStringLiteral("0.0");
+    return t;
+}
+
+// The "OFFSET" form: the file rewritten with its coordinates moved.
+void EcritOffset(Etat& e, const QStringList& lignes, int colX, int colY, const QString& sep,
+                 double dx, double dy) {
+    QStringList sortie;
+    for (const QString& brute : lignes) {
+        const QString l = Trim(brute);
+        const QString maj = l.toUpper();
+        if (l.isEmpty() || l.startsWith(u'\'') ||
+            CommenceParMot(maj, {"STOP", "EPAIST", "COULEUR", "BEZIER"})) {
+            sortie.append(brute);
+            continue;
+        }
+        if (maj.startsWith(QLatin1String("CERCLE"))) continue;
+        QString d = l;
+        if (sep != QLatin1String(",")) d.replace(u',', u'.');
+        const QStringList champs = d.split(sep);
+        auto champ = [&](int col, double decal) -> QString {
+            if (col < 1 || col > champs.size()) return QString();
+            bool rel = false;
+            const double v = ValeurDonnee(champs[col - 1], 0, &rel);
+            return rel ? Format00(v) + u'r' : Format00(v + decal);
+        };
+        QStringList c;
+        if (colX > 0) c.append(champ(colX, dx));
+        c.append(champ(colY, dy));
+        sortie.append(c.join(u';'));
+    }
+    if (!sortie.isEmpty() && sortie.back().isEmpty()) sortie.removeLast(); // the final line end
+    QFile f(DossierCourant(e) + NomPlotOffset);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw ErreurExecution("Path/File access error");
+    f.write(sortie.join(QStringLiteral("\r\n")).toUtf8());
+    f.write("\r\n");
+}
+
+void Plot(Etat& e, Genre genre) {
+    QString l = e.LigneCourante;
+    e.EtatOrdre |= 64;
+    // The "OFFSET" form rewrites the file instead of drawing it.
+    const QString marque = e.Separateur2 + QStringLiteral("OFFSET");
+    const bool offset = Trim(l).endsWith(marque, Qt::CaseInsensitive);
+    if (offset) l = Trim(l).chopped(marque.size());
+
+    const QString p1 = ParaN(e, l, 1), p2 = ParaN(e, l, 2), p3 = ParaN(e, l, 3);
+    const QString p4 = ParaN(e, l, 4), p4brut = ParaBrut(e, l, 4);
+    const QString nom = Sous(e, p1, 1);
+    const int code = int(Nombre(e, Sous(e, p1, 2), 44));
+    const QString sep = QString(QChar(code > 0 ? code : 44));
+    const QString nomRef = Sous(e, p1, 3);
+    const int colRef = int(Nombre(e, Sous(e, p1, 4), 0));
+    const int colX = int(Nombre(e, Sous(e, p2, 1), 0));
+    const QString nomX = Sous(e, p2, 2);
+    const int colY = int(Nombre(e, Sous(e, p3, 1), 0));
+    const int ma = int(std::abs(Nombre(e, Sous(e, p3, 2), 0)));
+    int pas = int(Nombre(e, Sous(e, p3, 3), 1));
+    if (pas <= 0) pas = 1;
+    double ca = Nombre(e, Sous(e, p3, 4), 1);
+    if (ca == 0) ca = 1;
+    const double cb = Nombre(e, Sous(e, p3, 5), 0), cc = Nombre(e, Sous(e, p3, 6), -1);
+    const int nbLignes = int(Nombre(e, Sous(e, p4, 1), 0));
+    const QString varLignes = Sous(e, p4brut, 2);
+    const int maxPoints = int(Nombre(e, Sous(e, p4, 3), e.Ctx().MaxPlot));
+    Axe ax = LitAxe(e, ParaN(e, l, 5), ParaN(e, l, 6));
+    Axe ay = LitAxe(e, ParaN(e, l, 7), ParaN(e, l, 8));
+    const QString varX = Trim(ParaBrut(e, l, 9)), varY = Trim(ParaBrut(e, l, 10));
+    const QString varNb = Trim(ParaBrut(e, l, 11));
+    double rx = 0, ry = 0;
+    LitRotation(e, QStringLiteral("0") + e.Separateur2 + Trim(ParaN(e, l, 12)), rx, ry);
+    const double rotation = e.Repere.RotationCmd;
+
+    // The file, read whole; the skipped lines shown or kept.
+    const QString chemin = FichierDeCommande(e, nom, QStringLiteral(".txt"));
+    QStringList lignes;
+    const int saut = std::abs(nbLignes);
+    if (!LitLignesDonnees(chemin, lignes) || lignes.size() < saut) {
+        if (e.Host) e.Host->Message(QString(), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
+        EpaisRestaure(e);
+        return;
+    }
+    if (offset) {
+        EcritOffset(e, lignes, colX, colY, sep, ax.offset, ay.offset);
+        EpaisRestaure(e);
+        return;
+    }
+    if (saut > 0 && (nbLignes < 0 || !varLignes.isEmpty())) {
+        const QString tete = lignes.mid(0, saut).join(QStringLiteral("\r\n"));
+        if (nbLignes < 0 && e.Host) e.Host->Message(TitrePlot, tete, Boutons::Ok);
+        if (!varLignes.isEmpty()) EcritVarTxt(e, e.NiveauCourant, varLignes, tete);
+    }
+    const QVector<double> xAutre = nomX.isEmpty() ? QVector<double>() : Colonne(e, nomX, colX, saut, sep);
+    const QVector<double> yRef = nomRef.isEmpty() ? QVector<double>() : Colonne(e, nomRef, colRef, saut, sep);
+
+    // The blocks of points, "'EOD" between them, "STOP" ending all.
+    QVector<Bloc> blocs(1);
+    int indexDonnee = 0;
+    bool arret = false;
+    for (int k = saut; k < lignes.size() && !arret; ++k) {
+        if ((k - saut) % 10000 == 9999 && e.Host) e.Host->PompeEvenements();
+        QString ligne = Trim(lignes[k]);
+        if (ligne.isEmpty()) continue;
+        // Only comments and command lines start with a letter or an apostrophe.
+        const bool mot = ligne.front().isLetter() || ligne.front() == u'\'';
+        const QString maj = mot ? ligne.toUpper() : QString();
+        if (ligne.startsWith(u'\'')) {
+            if (maj.startsWith(QLatin1String("'EOD"))) {
+                blocs.back().ferme = !maj.mid(4).contains(QLatin1String("NP"));
+                blocs.append(Bloc());
+            }
+            continue;
+        }
+        if (ligne.isEmpty()) continue;
+        if (maj.startsWith(QLatin1String("STOP"))) break;
+        if (CommenceParMot(maj, {"COULEUR", "EPAIST", "CERCLE", "BEZIER"})) {
+            blocs.back().commandes.append({int(blocs.back().x.size()), ligne});
+            continue;
+        }
+        Bloc& b = blocs.back();
+        if (sep != QLatin1String(",")) ligne.replace(u',', u'.');
+        const QStringList champs = ligne.split(sep);
+        // A line too short for the columns asked for is passed over.
+        if (colY < 1 || colY > champs.size() || colX > champs.size()) continue;
+        const int n = int(b.y.size());
+        if (n >= maxPoints) continue;
+        if (n >= e.Ctx().MaxPlot) throw ErreurExecution("Subscript out of range");
+        double y = ValeurDonnee(champs[colY - 1], b.yBrut);
+        b.yBrut = y;
+        const double ref = indexDonnee < yRef.size() ? yRef[indexDonnee] : 0;
+        y = ca * y + cb + (nomRef.isEmpty() ? 0 : cc * ref) + ay.offset;
+        double x = n + 1;
+        if (!xAutre.isEmpty()) x = (indexDonnee < xAutre.size() ? xAutre[indexDonnee] : 0) + ax.offset;
+        else if (colX > 0) {
+            b.xBrut = ValeurDonnee(champs[colX - 1], b.xBrut);
+            x = b.xBrut + ax.offset;
+        }
+        ++indexDonnee;
+        b.x.append(x);
+        b.y.append(y);
+        b.sommeX += x;
+        b.sommeY += y;
+    }
+    if (blocs.size() > 1 && blocs.back().x.isEmpty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
+
+    const bool statistiques = !varX.isEmpty() || !varY.isEmpty();
+    const QString symbole = genre == Genre::Symbole && !statistiques ? TexteSymbole(e) : QString();
+    QStringList listeSymb, listeSymb2;
+    if (genre == Genre::Symbole) {
+        QString v;
+        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB"), v)) listeSymb = v.split(e.Separateur1);
+        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB2"), v)) listeSymb2 = v.split(e.Separateur1);
+    }
+    QStringList comptes;
+    int rang = 0;
+    for (Bloc& b : blocs) {
+        const int n = int(b.y.size());
+        comptes.append(QString::number(n));
+        auto minmax = [](const QVector<double>& v, double& mn, double& mx) {
+            mn = mx = v.isEmpty() ? 0 : v[0];
+            for (double t : v) mn = std::min(mn, t), mx = std::max(mx, t);
+        };
+        double xmn, xmx, ymn, ymx;
+        minmax(b.x, xmn, xmx);
+        minmax(b.y, ymn, ymx);
+        if (statistiques) {
+            const double nn = std::max(n, 1);
+            if (!varX.isEmpty())
+                EcritVarTxt(e, e.NiveauCourant, varX,
+                            colX == 0 ? QStringLiteral("1, %1, %2").arg(n).arg(StrF(float(n / 2.0)))
+                                      : StrF(float(xmn)) + QStringLiteral(", ") + StrF(float(xmx)) +
+                                            QStringLiteral(", ") + StrF(float(b.sommeX / nn)));
+            if (!varY.isEmpty())
+                EcritVarTxt(e, e.NiveauCourant, varY,
+                            StrF(float(ymn)) + QStringLiteral(", ") + StrF(float(ymx)) +
+                                QStringLiteral(", ") + StrF(float(b.sommeY / nn)));
+            continue;
+        }
+        if (colX == 0) xmn = 1, xmx = n;
+        xmn = ax.min.value_or(xmn);
+        xmx = ax.max.value_or(xmx);
+        ymn = ay.min.value_or(ymn);
+        ymx = ay.max.value_or(ymx);
+        MoyenneMobile(b.y, ma);
+        if (colX != 0) MoyenneMobile(b.x, ma);
+
+        QVector<QPointF> pixels, contour;
+        int prochaine = 0;
+        bool avantDedans = false;
+        double px = 0, py = 0, sx = 0, sy = 0;
+        auto commandesJusqua = [&](int i) {
+            while (prochaine < b.commandes.size() && b.commandes[prochaine].first <= i)
+                ExecuteLigneCommande(e, b.commandes[prochaine++].second);
+        };
+        // With a step above 1 the last point is taken as well.
+        QVector<int> indices;
+        for (int i = 0; i < n; i += pas) indices.append(i);
+        if (n > 0 && indices.back() != n - 1) indices.append(n - 1);
+        for (int i : indices) {
+            if (i > 0 && i % (10000 * pas) == 0 && e.Host) e.Host->PompeEvenements();
+            commandesJusqua(i);
+            const bool dedans = DansLimites(ax, b.x[i], xmn, xmx) && DansLimites(ay, b.y[i], ymn, ymx);
+            px = Position(ax, b.x[i], xmn, xmx, px);
+            py = Position(ay, b.y[i], ymn, ymx, py);
+            double x = px, y = py;
+            Tourne(rotation, x, y);
+            const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);
+            if (genre == Genre::Symbole) {
+                if (dedans) Symbole(e, symbole, x, y, rang, listeSymb, listeSymb2);
+            } else if (genre == Genre::Surface && b.ferme) {
+                pixels.append(PixelDevice(e, vx, vy));
+                contour.append({vx, vy});
+            } else if (i > 0 && dedans && avantDedans && e.Surf) {
+                TraitRot(e, sx, sy, vx, vy, 0, e.Styles.CouleurDefaut);
+            }
+            avantDedans = dedans;
+            sx = vx, sy = vy;
+            ++rang;
+        }
+        commandesJusqua(n);
+        if (genre == Genre::Surface && b.ferme && e.Surf && pixels.size() > 2 && e.Styles.CouleurDefaut != -1) {
+            const int couleur = e.Styles.CouleurDefaut;
+            MarquePage(e, couleur);
+            PSetHorsPage(e, couleur);
+            PolygoneRempli(e, pixels, couleur);
+            e.Surf->FillStyle = 1;
+            for (int i = 0; i < contour.size(); ++i) {
+                const QPointF a = contour[i], c = contour[(i + 1) % contour.size()];
+                TraitRot(e, a.x(), a.y(), c.x(), c.y(), 0, couleur);
+            }
+        }
+        if (Surface* s = e.Surf) {
+            s->CurrentX = sx;
+            s->CurrentY = sy;
+        }
+    }
+    if (!varNb.isEmpty()) EcritVarTxt(e, e.NiveauCourant, varNb, comptes.join(u'+'));
+    EpaisRestaure(e);
+    MajPointCourant(e, rotation);
+}
+
+} // namespace
+
+void CmdPlot(Etat& e) { Plot(e, Genre::Ligne); }
+void CmdPlotP(Etat& e) { Plot(e, Genre::Surface); }
+void CmdPlotS(Etat& e) { Plot(e, Genre::Symbole); }

@@ -1,0 +1,113 @@
+// Curves from data files: the scaled line, blocks and their counts, the
+// statistics form, symbols, the rewritten file and the failures.
+#include "outils.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cmath>
+
+namespace {
+
+// A folder with a main program beside its data files.
+struct Dossier {
+    QTemporaryDir d;
+    void Ecrit(const QString& nom, const QByteArray& texte) {
+        QFile f(d.filePath(nom));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(texte);
+    }
+    std::unique_ptr<Session> Lance(const QString& lignes) {
+        auto s = std::make_unique<Session>(Programme(lignes));
+        s->etat.FichierPrincipal = d.filePath("courbe.dat");
+        s->Execute();
+        return s;
+    }
+};
+
+const QByteArray Donnees = "'x;y\n0;0\n1;2\n2;3,5\n9\n'EOD\n5;1\n6;1R\n";
+
+double Longueur(const OpSurface& op) { return std::hypot(op.x2 - op.x1, op.y2 - op.y1); }
+
+TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
+    Dossier d;
+    d.Ecrit("mesure.txt", Donnees);
+    // The short line "9" is passed over, "3,5" reads 3.5, "1R" is 1 + 1;
+    // the two blocks are not joined.
+    auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 10, 0, 10, 0, , , %N\n");
+    EXPECT_TRUE(Messages(*s).isEmpty()) << Messages(*s).join("|").toStdString();
+    const auto l = Lignes(*s);
+    ASSERT_EQ(l.size(), 3);
+    EXPECT_MM(Longueur(l[0]), std::hypot(10, 20));
+    EXPECT_MM(Longueur(l[1]), std::hypot(10, 15));
+    EXPECT_MM(Longueur(l[2]), std::hypot(10, 10));
+    EXPECT_EQ(Variable(*s, "%N"), "3+2");
+}
+
+TEST(Plot, SizesLimitsAndStatistics) {
+    Dossier d;
+    d.Ecrit("mesure.txt", "0;0\n1;5\n2;10\n4;20\n");
+    struct Cas {
+        QString ligne;
+        int traits;
+        double premier; // length of the first segment
+    } cas[] = {
+        // A plot 40 mm wide and 20 mm high over the data's range.
+        {"Plot = mesure§59, 1, 2, 0, 0§40, 0, 0§20\n", 3, std::hypot(10, 5)},
+        // Y limited to 0..10: the segment up to 20 is dropped.
+        {"Plot = mesure§59, 1, 2, 0, 1, 0, 1§§§0§10\n", 2, std::hypot(1, 5)},
+        // A step of 2 takes points 1 and 3, and the last one.
+        {"Plot = mesure§59, 1, 2§0§2, 0, 1, 0, 1\n", 2, std::hypot(2, 10)},
+    };
+    for (const auto& c : cas) {
+        auto s = d.Lance(c.ligne);
+        const auto l = Lignes(*s);
+        ASSERT_EQ(l.size(), c.traits) << c.ligne.toStdString();
+        EXPECT_MM(Longueur(l[0]), c.premier) << c.ligne.toStdString();
+    }
+    auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 1, 0, 1, 0, %X, %Y, %N\n");
+    EXPECT_TRUE(Lignes(*s).isEmpty());
+    EXPECT_EQ(Variable(*s, "%X"), "0, 4, 1.75");
+    EXPECT_EQ(Variable(*s, "%Y"), "0, 20, 8.75");
+    EXPECT_EQ(Variable(*s, "%N"), "4");
+}
+
+TEST(Plot, SymbolsAndRefusedSymbol) {
+    Dossier d;
+    d.Ecrit("mesure.txt", "0;0\n1;2\n2;4\n");
+    auto s = d.Lance("PlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
+    EXPECT_TRUE(Lignes(*s).isEmpty());
+    s = d.Lance("%CmdSymb = PlotS\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    ASSERT_EQ(Messages(*s).size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].startsWith("Pas de commande Plot dans %CmdSymb"));
+    EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
+}
+
+TEST(Plot, MissingOrShortFileShowsTheFileError) {
+    Dossier d;
+    d.Ecrit("court.txt", "1;1\n");
+    for (const QString& ligne : {QString("Plot = absent, 1, 2, 0\n%Z = 1\n"),
+                                 QString("Plot = court§59, 1, 2, 5\n%Z = 1\n")}) {
+        auto s = d.Lance(ligne);
+        ASSERT_EQ(Messages(*s).size(), 1) << ligne.toStdString();
+        EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur fichier: ")) << Messages(*s)[0].toStdString();
+        EXPECT_EQ(Variable(*s, "%Z"), "1"); // the run went on
+    }
+}
+
+TEST(Plot, OffsetFormRewritesTheFile) {
+    Dossier d;
+    d.Ecrit("mesure.txt", "'tête\nCouleur = 255\n1;2\n0,5;1R\n");
+    const QString avant = QDir::currentPath();
+    QDir::setCurrent(d.d.path());
+    auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\n");
+    QDir::setCurrent(avant);
+    EXPECT_TRUE(Lignes(*s).isEmpty());
+    QFile f(d.d.filePath("Plot_Offset.txt"));
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(f.readAll()), "'tête\r\nCouleur = 255\r\n11.0;2.25\r\n10.5;1.0r\r\n");
+}
+
+} // namespace
