@@ -5,6 +5,7 @@
 #include "app/core/meter.h"
 
 #include "app/core/externes.h"
+#include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/aide_fenetre.h"
 #include "app/dialogues.h"
@@ -132,7 +133,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
         s_.boites = boitesPropres_.get();
     }
     if (!s_.nomImprimante) s_.nomImprimante = [] { return QPrinterInfo::defaultPrinterName(); };
-    if (s_.dossierProgramme.isEmpty()) s_.dossierProgramme = QCoreApplication::applicationDirPath();
+    if (s_.dossierProgramme.isEmpty()) s_.dossierProgramme = DossierDonnees(QCoreApplication::applicationDirPath());
     if (s_.dossierTravail.isEmpty()) s_.dossierTravail = QDir::currentPath();
     regl.DossierProgramme = AvecBarre(s_.dossierProgramme);
     regl.DossierTravail = AvecBarre(s_.dossierTravail);
