@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth
   poppler-utils
+  desktop-file-utils appstream
   ccache
 )
 missing=()

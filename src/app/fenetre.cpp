@@ -5,6 +5,7 @@
 #include "app/core/meter.h"
 
 #include "app/core/externes.h"
+#include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/aide_fenetre.h"
 #include "app/dialogues.h"
@@ -35,6 +36,7 @@
 #include <QMenuBar>
 #include <QPrinterInfo>
 #include <QRandomGenerator>
+#include <QStandardPaths>
 #include <QTextBlock>
 
 #include <cmath>
@@ -132,7 +134,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
         s_.boites = boitesPropres_.get();
     }
     if (!s_.nomImprimante) s_.nomImprimante = [] { return QPrinterInfo::defaultPrinterName(); };
-    if (s_.dossierProgramme.isEmpty()) s_.dossierProgramme = QCoreApplication::applicationDirPath();
+    if (s_.dossierProgramme.isEmpty()) s_.dossierProgramme = DossierDonnees(QCoreApplication::applicationDirPath());
     if (s_.dossierTravail.isEmpty()) s_.dossierTravail = QDir::currentPath();
     regl.DossierProgramme = AvecBarre(s_.dossierProgramme);
     regl.DossierTravail = AvecBarre(s_.dossierTravail);
@@ -298,7 +300,7 @@ void Form1::ConstruitMenus() {
     Mnu_Options->addSeparator();
     Mnu_Patchs = action(Mnu_Options, "Mnu_Patchs", &Form1::Mnu_Patchs_Click);
     Mnu_Langue = action(Mnu_Options, "Mnu_Langue", &Form1::Mnu_Langue_Click);
-    Mnu_Setup = action(Mnu_Options, "Mnu_Setup", nullptr, false);   // the setup command: not offered
+    Mnu_Setup = action(Mnu_Options, "Mnu_Setup", &Form1::Mnu_Setup_Click);
     Mnu_Options->addSeparator();
     Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
     Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // the printer's fonts: to come
@@ -900,6 +902,32 @@ void Form1::Mnu_Langue_Click() {
     EnregistreLangues();
     AfficheMenus();
     EcritCaption();
+}
+
+// The setup for the current user: a working folder, then each step asked,
+// done, confirmed and logged with the date in MirelSetup.log of that folder.
+void Form1::Mnu_Setup_Click() {
+    const TextesSetup t = TextesDuSetup(ChaineMenu(8));
+    const std::optional<QString> choix =
+        s_.boites->Saisie(this, t.Titre, t.Dossier, QDir::home().filePath(QStringLiteral("Mirel")), QString());
+    if (!choix || choix->trimmed().isEmpty()) return;
+    const QString dossier = QDir(QDir::cleanPath(choix->trimmed())).absolutePath();
+    auto etape = [&](const QString& question, const std::function<bool(QString&)>& faire) {
+        if (s_.boites->Message(this, t.Titre, question, Boutons::OuiNon, Icone::Question) != Reponse::Oui) return;
+        QString erreur;
+        const bool ok = faire(erreur);
+        const QString compte = ok ? t.Fait.arg(question) : t.Echec.arg(question + u' ' + erreur);
+        JournalSetup(dossier, compte, QDateTime::currentDateTime());
+        s_.boites->Message(this, t.Titre, compte, Boutons::Ok, ok ? Icone::Information : Icone::Exclamation);
+    };
+    etape(t.Copie.arg(dossier), [&](QString& erreur) {
+        return CopieExemples(regl.DossierProgramme + QStringLiteral("examples"), dossier, erreur) >= 0;
+    });
+    etape(t.Lanceur, [&](QString& erreur) {
+        return CreeLanceur(QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation),
+                           QCoreApplication::applicationFilePath(), erreur);
+    });
+    etape(t.Association, AssocieFichiers);
 }
 
 void Form1::EnregistreLangues() {

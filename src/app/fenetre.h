@@ -161,6 +161,7 @@ public slots:
     void Mnu_CentreCurseur_Click();
     void Mnu_Couleur_Click();
     void Mnu_Langue_Click();
+    void Mnu_Setup_Click();
     void Mnu_AProposDe_Click();
     void Exporte(const QString& extension);
 

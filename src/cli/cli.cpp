@@ -8,6 +8,7 @@
 #include "app/core/meter.h"
 #include "app/core/externes.h"
 #include "app/core/inclusion.h"
+#include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
 #include "app/editeur.h"
@@ -153,9 +154,9 @@ Reglages ReglagesDe(const Arguments& a) {
     Reglages r;
     r.LangueMessages = r.LangueMenus = r.LangueAide = r.LangueMasque = a.langue;
     // The folders of the file lookup and the external commands:
-    // the program's, the working one, and the program file's own.
+    // the program's data folder, the working one, and the program file's own.
     auto barre = [](const QString& d) { return d.endsWith(u'/') ? d : d + u'/'; };
-    r.DossierProgramme = barre(QCoreApplication::applicationDirPath());
+    r.DossierProgramme = DossierDonnees(QCoreApplication::applicationDirPath());
     r.DossierTravail = barre(QDir::currentPath());
     r.DossierFichier = DossierDe(QFileInfo(a.fichier).absoluteFilePath());
     ChargeCommandesExternes(r);
