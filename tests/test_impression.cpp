@@ -144,6 +144,26 @@ TEST(Impression, WindowPrintRestoresPanAndRedraws) {
     EXPECT_TRUE(b.boites.Messages().isEmpty());
 }
 
+// Esc stops a print that does not end: the job is closed with what was
+// drawn, and the screen's run that follows (stopped by Esc too) still comes.
+TEST(Impression, EscStopsPrintAndScreenRedraws) {
+    Banc b;
+    Form1& f = b.Demarre("Arc = 30, 150, 60\n", "boucle.dat");
+    f.RTB1->setPlainText("Arc = 30, 150, 60\nE1:\nGoto E1\n");
+    const int avant = f.NombreExecutions;
+    QTimer esc;
+    QObject::connect(&esc, &QTimer::timeout, [&f] { QTest::keyClick(&f, Qt::Key_Escape); });
+    esc.start(200);
+    const QString pdf = b.travail.filePath("boucle.pdf");
+    auto p = PdfImprimante(pdf);
+    ASSERT_TRUE(f.Imprimer(p.get()));
+    esc.stop();
+    EXPECT_EQ(f.NombreExecutions, avant + 2);
+    EXPECT_FALSE(f.EnExecution());
+    EXPECT_TRUE(f.Mnu_Visualiser->isEnabled());
+    EXPECT_EQ(Info(pdf).pages, 1);
+}
+
 // Without a configured printer the print entry is off.
 TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
