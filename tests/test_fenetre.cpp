@@ -68,8 +68,8 @@ TEST(Fenetre, CaptionMenusAndStatusFields) {
         EXPECT_EQ(a->text(), texte);
     EXPECT_FALSE(f.Mnu_Aide->isVisible()); // mask and menus in one language: one help entry
     // Entries of commands still to come are visible but disabled and their keys do nothing.
-    const QList<QAction*> aVenir = {f.Mnu_Masque, f.Mnu_Dessin, f.Mnu_Imprimer, f.Mnu_Polices};
-    for (QAction* a : aVenir + QList<QAction*>{f.Mnu_Ouvrir, f.Mnu_Visualiser, f.Mnu_Zoom, f.Mnu_RefCurseur,
+    const QList<QAction*> aVenir = {f.Mnu_Masque, f.Mnu_Dessin, f.Mnu_Polices};
+    for (QAction* a : aVenir + QList<QAction*>{f.Mnu_Ouvrir, f.Mnu_Imprimer, f.Mnu_Visualiser, f.Mnu_Zoom, f.Mnu_RefCurseur,
                                                f.Mnu_TaillCar, f.Mnu_Couleur, f.Mnu_ExportPdf, f.Mnu_Patchs,
                                                f.Mnu_Liste_Fic})
         EXPECT_TRUE(a->isVisible() && a->isEnabled() != aVenir.contains(a)) << a->objectName().toStdString();

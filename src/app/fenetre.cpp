@@ -247,7 +247,7 @@ void Form1::ConstruitMenus() {
     Mnu_Enregistrer = action(Mnu_Fichier, "Mnu_Enregistrer", &Form1::Mnu_Enregistrer_Click);
     Mnu_Fichier->addSeparator();
     Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", nullptr, false);     // printing to paper: to come
-    Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", nullptr, false);         // printing to paper: to come
+    Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", &Form1::Mnu_Imprimer_Click);
     Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", nullptr, false); // printing to paper: to come
     Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", nullptr, false); // printing to paper: to come
     Mnu_Fichier->addSeparator();
@@ -436,6 +436,8 @@ bool Form1::Demarrer(const QString& ligneCommande) {
         NomImprimante = QStringLiteral("PDF");
         ImprimantePdf = true;
     }
+    // Without a printer the print entry stays off; the exports remain.
+    Mnu_Imprimer->setEnabled(!ImprimantePdf);
     // 2. Measures: the virtual 600 dpi printer and the screen.
     SurfaceEnregistree imprimante(GenreSurface::Imprimante, 210 / 25.4 * 600, 297 / 25.4 * 600,
                                   25.4 / 600);

@@ -25,6 +25,7 @@ class Pane;
 class QAction;
 class QLabel;
 class QMenu;
+class QPrinter;
 class Recherche;
 class Secours;
 
@@ -164,6 +165,11 @@ public slots:
     void Mnu_Setup_Click();
     void Mnu_AProposDe_Click();
     void Exporte(const QString& extension);
+    // Ctrl-P: a print at the text's own printer zoom (ZoomIni).
+    void Mnu_Imprimer_Click();
+    // One print of the text on `cible` (the chosen printer when null), then
+    // the screen drawn again. False when the printer refused the job.
+    bool Imprimer(QPrinter* cible = nullptr);
 
 protected:
     bool eventFilter(QObject* objet, QEvent* ev) override;

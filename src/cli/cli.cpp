@@ -1,4 +1,4 @@
-// The command line: the window, `render`, `dump`.
+// The command line: the window, `render`, `dump`, `print`.
 #include "cli/cli.h"
 
 #include "app/boites.h"
@@ -13,6 +13,7 @@
 #include "app/core/session.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/impression.h"
 #include "app/secours.h"
 
 #include <QApplication>
@@ -22,6 +23,8 @@
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QLocale>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QSet>
 #include <QTimer>
 
@@ -44,6 +47,9 @@ const char* const Aide =
     "                                   [--landscape] [common options]\n"
     "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
     "                                   [common options]\n"
+    "  mirel print FILE.dat [--printer NAME] [--copies N] [-o OUT.pdf] [common options]\n"
+    "                                   prints at true size on the printer (default: the\n"
+    "                                   system's default printer), or into a PDF file\n"
     "  mirel --help | --version\n"
     "\n"
     "Common options:\n"
@@ -55,7 +61,8 @@ const char* const Aide =
     "                        does in the window (default 60, 0 for none)\n"
     "\n"
     "Exit status: 0 no error box, 1 an error box of the program was shown,\n"
-    "2 usage error, unreadable input or unwritable output, 3 the run was stopped\n"
+    "2 usage error, unreadable input or unwritable output, no such printer or a\n"
+    "refused print job, 3 the run was stopped\n"
     "before its end (time limit, or a program that draws without end); what was\n"
     "drawn is still written.\n";
 
@@ -78,7 +85,8 @@ int DecalageLangue(const QString& code) {
 }
 
 struct Arguments {
-    QString commande, fichier, sortie;
+    QString commande, fichier, sortie, nomImprimante;
+    int copies = 1;
     bool imprimante = false, paysage = false;
     QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
     double zoom = 1, dpi = 300, delai = 60;
@@ -100,8 +108,14 @@ QString LitArguments(const QStringList& a, Arguments& r) {
         bool ok = true;
         if (o == QLatin1String("-o") || o == QLatin1String("--output")) {
             if (!valeur(r.sortie)) return QStringLiteral("-o needs a file");
+        } else if (o == QLatin1String("--printer") && r.commande == QLatin1String("print")) {
+            if (!valeur(r.nomImprimante)) return QStringLiteral("--printer needs a printer's name");
         } else if (o == QLatin1String("--printer")) {
             r.imprimante = true;
+        } else if (o == QLatin1String("--copies")) {
+            if (!valeur(v)) return QStringLiteral("--copies needs a number");
+            r.copies = v.toInt(&ok);
+            if (!ok || r.copies < 1) return QStringLiteral("bad number of copies: %1").arg(v);
         } else if (o == QLatin1String("--landscape")) {
             r.paysage = true;
         } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
@@ -201,6 +215,31 @@ int Render(const Arguments& a, const QString& texte) {
     return r.statut;
 }
 
+// `mirel print`: the window's print path, to a CUPS queue or a PDF file.
+int Imprime(const Arguments& a, const QString& texte) {
+    QPrinter p(QPrinter::HighResolution);
+    if (!a.sortie.isEmpty()) {
+        p.setOutputFormat(QPrinter::PdfFormat);
+        p.setOutputFileName(a.sortie);
+    } else {
+        const QPrinterInfo info = a.nomImprimante.isEmpty() ? QPrinterInfo::defaultPrinter()
+                                                            : QPrinterInfo::printerInfo(a.nomImprimante);
+        if (info.isNull()) {
+            Ecrit(stderr, a.nomImprimante.isEmpty()
+                              ? QStringLiteral("mirel: no printer is installed\n")
+                              : QStringLiteral("mirel: no such printer: %1\n").arg(a.nomImprimante));
+            return 2;
+        }
+        p.setPrinterName(info.printerName());
+    }
+    p.setCopyCount(a.copies);
+    const ResultatImpression r =
+        ImprimeProgramme(texte, QFileInfo(a.fichier).absoluteFilePath(), p, ReglagesDe(a), a.delai);
+    for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
+    if (!r.erreur.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
+    return r.statut;
+}
+
 // `mirel [FILE.dat]`: the main window. With --screenshot, the window
 // is saved as a PNG once it has been shown and has run its file, then the
 // program ends (the smoke test of the CI under Xvfb).
@@ -280,7 +319,8 @@ int MirelMain(int argc, char** argv) {
         Ecrit(stdout, QStringLiteral("Mirel V%1\n").arg(TexteVersionProgramme().trimmed()));
         return 0;
     }
-    if (premier != QLatin1String("render") && premier != QLatin1String("dump"))
+    if (premier != QLatin1String("render") && premier != QLatin1String("dump") &&
+        premier != QLatin1String("print"))
         return Fenetre(argc, argv, args);
 
     // Headless: no display is needed.
@@ -315,5 +355,6 @@ int MirelMain(int argc, char** argv) {
         }
         texte = im.Texte;
     }
+    if (premier == QLatin1String("print")) return Imprime(a, texte);
     return premier == QLatin1String("dump") ? Dump(a, texte) : Render(a, texte);
 }
