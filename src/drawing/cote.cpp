@@ -27,12 +27,6 @@ namespace {
 constexpr double DegRad = Litteraux::DegRad;
 constexpr double Pi = Litteraux::Pi;
 
-// A sub-field of a parameter as a number, or the default when it is empty.
-double Nombre(Etat& e, const QString& texte, double defaut) {
-    QString t = Trim(texte);
-    if (t.isEmpty()) return defaut;
-    return EvalExpr(e, t).value_or(0);
-}
 
 // A colour sub-field: empty gives `vide`, N gives -1.
 int Couleur(Etat& e, const QString& texte, int vide) {
@@ -45,7 +39,7 @@ double LongueurFleche(Etat& e, const QString& champ) {
     const QString t = Trim(champ);
     if (t.isEmpty() || t.startsWith(e.Separateur2)) return 1;
     if (t == QLatin1String("-") || t.startsWith(QStringLiteral("-") + e.Separateur2)) return -1;
-    return Nombre(e, Piece(t, 1, e.Separateur2), 1);
+    return ValeurOuDefaut(e, Piece(t, 1, e.Separateur2), 1);
 }
 
 // The text's format field: size, style and the extra rotation (degrees).
@@ -77,13 +71,7 @@ double FormatTexte(Etat& e, const QString& champ) {
         const double n = NombreEnTete(avant);
         if (n > 0) s.Font.Size = n * e.Txt.FacteurPolice;
     }
-    bool style = !avant.isEmpty() && QStringLiteral("*0123456789.").contains(avant[0]);
-    for (char c : {'S', 'U', 'I', 'G', 'B'}) style = style || avant.contains(QLatin1Char(c));
-    if (style) {
-        s.Font.Bold = avant.contains(u'G') || avant.contains(u'B');
-        s.Font.Italic = avant.contains(u'I');
-        s.Font.Underline = avant.contains(u'S') || avant.contains(u'U');
-    }
+    StylesTexte(s, avant);
     return rotation;
 }
 
@@ -97,11 +85,7 @@ void CmdCote(Etat& e) {
     const QString s2 = e.Separateur2;
     const PoliceSurface garde = s->Font;
     auto fin = [&] {
-        s->Font.Name = garde.Name;
-        s->Font.Bold = garde.Bold;
-        s->Font.Italic = garde.Italic;
-        s->Font.Underline = garde.Underline;
-        s->Font.Size = garde.Size;
+        RetablitPolice(*s, garde);
         MajPointCourant(e, rp.RotationCmd);
     };
     if (Trim(l).isEmpty()) {
@@ -117,8 +101,8 @@ void CmdCote(Etat& e) {
     const double rotation = rp.RotationCmd;   // degrees, stored negated
     const double tourne = -rotation;          // counter-clockwise degrees of TraitRot
     const QString p5 = ParaN(e, l, 5);
-    const double longueurA = Nombre(e, Piece(p5, 1, s2), 0);
-    const double retrait = Nombre(e, Piece(p5, 2, s2), 0);
+    const double longueurA = ValeurOuDefaut(e, Piece(p5, 1, s2), 0);
+    const double retrait = ValeurOuDefaut(e, Piece(p5, 2, s2), 0);
     const double position = ParaVal0(e, l, 6);
     const QString p7 = ParaN(e, l, 7);
     const int couleurA = Couleur(e, Piece(p7, 1, s2), e.Styles.CouleurDefaut);

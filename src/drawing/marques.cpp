@@ -31,12 +31,6 @@ void Termine(Etat& e, QPointF p) {
     e.EtatOrdre |= 64;
 }
 
-// A number of a sub-parameter, or the default when it is empty.
-double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
-    QString t = Trim(SousPara(e, texte, n));
-    if (t.isEmpty()) return defaut;
-    return EvalExpr(e, t).value_or(0);
-}
 
 // `Plus` (ratio allowed, base angle 0) and `X` (no ratio, base angle 45).
 void Signe(Etat& e, bool croix) {

@@ -144,6 +144,16 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
     else y = Valeur(e, b) * fy + (relatif(bEntier) ? refY : 0);
 }
 
+double ValeurOuDefaut(Etat& e, const QString& texte, double defaut) {
+    QString t = Trim(texte);
+    if (t.isEmpty()) return defaut;
+    return EvalExpr(e, t).value_or(0);
+}
+
+double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
+    return ValeurOuDefaut(e, SousPara(e, texte, n), defaut);
+}
+
 int NbPara(Etat& e, const QString& texte) {
     const QString t = Trim(texte);
     if (t.isEmpty() || t == QLatin1String(")")) return 0;

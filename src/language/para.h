@@ -19,6 +19,11 @@ QString SousPara(Etat& e, const QString& texte, int n, const QString& sep);
 std::optional<double> ParaVal(Etat& e, const QString& texte, int n);
 // `ParaVal` with the missing value read as 0.
 double ParaVal0(Etat& e, const QString& texte, int n);
+// A number written in a parameter or sub-field, evaluated; `defaut` when the
+// text is empty or blank.
+double ValeurOuDefaut(Etat& e, const QString& texte, double defaut);
+// The same for sub-field n of `texte` (second separator), substituted.
+double SousValeur(Etat& e, const QString& texte, int n, double defaut);
 // `ParaCoord`: the point of the parameters n and n + 1 about (refX, refY).
 void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, double refX,
                double refY);

@@ -37,12 +37,6 @@ constexpr int MaxPointsPoly = 1000;           // the size of the outline buffers
 // line fails as a division by zero.
 [[noreturn]] void DivisionParZero() { throw ErreurExecution("Division par zéro"); }
 
-// A sub-field's value; empty gives `defaut`.
-double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
-    QString t = Trim(SousPara(e, texte, n));
-    if (t.isEmpty()) return defaut;
-    return EvalExpr(e, t).value_or(0);
-}
 
 // The rotation about 0,0 of a command whose angle is sub-field n of `texte`
 // (the `AngRot` default when it is empty), stored negated as `LitRotation`

@@ -25,9 +25,7 @@ constexpr double DegRad = 0.0174532925;
 
 double Nombre(Etat& e, QString texte, double defaut) {
     texte.remove(QChar(0x00B0)); // a degree sign after the value
-    texte = Trim(texte);
-    if (texte.isEmpty()) return defaut;
-    return EvalExpr(e, texte).value_or(0);
+    return ValeurOuDefaut(e, texte, defaut);
 }
 
 double Signe(double v) { return v < 0 ? -1 : 1; }

@@ -78,8 +78,8 @@ void StylesDe(Surface& s, const QString& champ) {
     s.Font.Underline = Contient(champ, 'S') || Contient(champ, 'U');
 }
 
-// Texte: the style letters count when the field starts with one of
-// "*0123456789." or holds one of S, U, I, G, B.
+} // namespace
+
 void StylesTexte(Surface& s, const QString& format) {
     const QString& f = format; // as it stands: " 14" starts with a blank
     const bool debut = !f.isEmpty() && QStringLiteral("*0123456789.").contains(f[0]);
@@ -87,6 +87,16 @@ void StylesTexte(Surface& s, const QString& format) {
     for (char c : {'S', 'U', 'I', 'G', 'B'}) lettre = lettre || Contient(f, c);
     if (debut || lettre) StylesDe(s, f);
 }
+
+void RetablitPolice(Surface& s, const PoliceSurface& garde) {
+    s.Font.Name = garde.Name;
+    s.Font.Bold = garde.Bold;
+    s.Font.Italic = garde.Italic;
+    s.Font.Underline = garde.Underline;
+    s.Font.Size = garde.Size;
+}
+
+namespace {
 
 // The angle of a Texte line: R, less AngleCourant (the stored rotation).
 double AngleTexte(Etat& e, const QString& format) {
@@ -579,11 +589,7 @@ void CmdTexte(Etat& e) {
     }
     // 14.
     if (couleur != -1 && e.Styles.CouleurDefaut != -1) s->ForeColor = e.Styles.CouleurDefaut;
-    s->Font.Name = garde.Name;
-    s->Font.Bold = garde.Bold;
-    s->Font.Italic = garde.Italic;
-    s->Font.Underline = garde.Underline;
-    s->Font.Size = garde.Size;
+    RetablitPolice(*s, garde);
     MajPointCourant(e, rp.RotationCmd);
 }
 

@@ -6,6 +6,8 @@
 #include <QString>
 
 struct Etat;
+class Surface;
+struct PoliceSurface;
 
 // `MetriquesTexte`: CoefBase, CoefMilieu, CoefHaut from the outline metrics of
 // the Surface's font, or from ForceBase, ForceMilieu, ForceHaut when not 0.
@@ -42,6 +44,12 @@ double NombreEnTete(const QString& texte);
 // Sets Font.Name as the drawing object does; true when the name read back
 // differs from the one asked, without regard to case (string 112 is due).
 bool ChangeNomPolice(Etat& e, const QString& nom);
+
+// The style letters of a text's format field: they count when the field
+// starts with one of "*0123456789." or holds one of S, U, I, G, B.
+void StylesTexte(Surface& s, const QString& format);
+// The font's name, size and styles back as they were before a command.
+void RetablitPolice(Surface& s, const PoliceSurface& garde);
 
 void CmdTailleP(Etat& e);
 void CmdPolice(Etat& e);
