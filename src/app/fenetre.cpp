@@ -909,7 +909,7 @@ void Form1::Mnu_Langue_Click() {
 // The setup for the current user: a working folder, then each step asked,
 // done, confirmed and logged with the date in MirelSetup.log of that folder.
 void Form1::Mnu_Setup_Click() {
-    const TextesSetup t = TextesDuSetup(ChaineMenu(8));
+    const TextesSetup t = TextesDuSetup(regl.LangueMenus);
     const std::optional<QString> choix =
         s_.boites->Saisie(this, t.Titre, t.Dossier, QDir::home().filePath(QStringLiteral("Mirel")), QString());
     if (!choix || choix->trimmed().isEmpty()) return;

@@ -1,5 +1,7 @@
 #include "app/core/installation.h"
 
+#include "language/chaines.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -12,34 +14,9 @@ QString DossierDonnees(const QString& dossierExecutable) {
     return dossier.endsWith(u'/') ? dossier : dossier + u'/';
 }
 
-TextesSetup TextesDuSetup(const QString& codeLangue) {
-    if (codeLangue == QLatin1String("fr"))
-        return {QStringLiteral("Installation de Mirel"),
-                QStringLiteral("Dossier de travail de Mirel :"),
-                QStringLiteral("Copier les exemples dans %1 ?"),
-                QStringLiteral("Créer un lanceur de Mirel dans le menu des applications ?"),
-                QStringLiteral("Ouvrir les fichiers de commandes (.dat) avec Mirel ?"),
-                QStringLiteral("Fait : %1"), QStringLiteral("Échec : %1")};
-    if (codeLangue == QLatin1String("de"))
-        return {QStringLiteral("Mirel einrichten"),
-                QStringLiteral("Arbeitsordner für Mirel:"),
-                QStringLiteral("Die Beispiele nach %1 kopieren?"),
-                QStringLiteral("Einen Starter für Mirel im Anwendungsmenü anlegen?"),
-                QStringLiteral("Befehlsdateien (.dat) mit Mirel öffnen?"),
-                QStringLiteral("Erledigt: %1"), QStringLiteral("Fehlgeschlagen: %1")};
-    if (codeLangue == QLatin1String("es"))
-        return {QStringLiteral("Instalación de Mirel"),
-                QStringLiteral("Carpeta de trabajo de Mirel:"),
-                QStringLiteral("¿Copiar los ejemplos en %1?"),
-                QStringLiteral("¿Crear un lanzador de Mirel en el menú de aplicaciones?"),
-                QStringLiteral("¿Abrir los archivos de órdenes (.dat) con Mirel?"),
-                QStringLiteral("Hecho: %1"), QStringLiteral("Error: %1")};
-    return {QStringLiteral("Mirel setup"),
-            QStringLiteral("Mirel's working folder:"),
-            QStringLiteral("Copy the examples to %1?"),
-            QStringLiteral("Create a Mirel launcher in the applications menu?"),
-            QStringLiteral("Open command files (.dat) with Mirel?"),
-            QStringLiteral("Done: %1"), QStringLiteral("Failed: %1")};
+TextesSetup TextesDuSetup(int decalage) {
+    auto t = [decalage](int n) { return LoadResString(n + decalage); };
+    return {t(387), t(388), t(389), t(390), t(391), t(392), t(393)};
 }
 
 int CopieExemples(const QString& source, const QString& dossier, QString& erreur) {

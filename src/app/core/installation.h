@@ -16,7 +16,8 @@ QString DossierDonnees(const QString& dossierExecutable);
 struct TextesSetup {
     QString Titre, Dossier, Copie, Lanceur, Association, Fait, Echec;
 };
-TextesSetup TextesDuSetup(const QString& codeLangue);
+// The setup command's texts in the language whose string-table offset is given.
+TextesSetup TextesDuSetup(int decalage);
 
 // Copies the files of `source` (the examples) into `dossier`, made when
 // missing; a file already there is kept, since the user may have changed it.
