@@ -16,32 +16,6 @@
 
 namespace {
 
-// The printer as Surface: the 600 dpi sheet of the virtual printer painted on
-// the QPrinter at its own resolution. One painter lasts the whole job: a
-// NewPage asks the printer for the next sheet instead of starting a new job.
-class SurfaceQPrinter : public SurfacePeinte {
-public:
-    SurfaceQPrinter(QPrinter& p, QSizeF papierMm)
-        : SurfacePeinte(GenreSurface::Imprimante, papierMm.width() / 25.4 * DpiImprimante,
-                        papierMm.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
-                        [&p](int) { return static_cast<QPaintDevice*>(&p); },
-                        p.resolution() / DpiImprimante, true),
-          p_(p) {}
-    bool Refuse() const { return refus_; }
-
-protected:
-    void DevNouvellePage() override {
-        // A point off the sheet ends what the painter keeps of the last
-        // shape, so that no fill joins across two sheets.
-        SurfacePeinte::DevPoint(QPointF(-10, -10), Qt::white);
-        if (!p_.newPage()) refus_ = true;
-    }
-
-private:
-    QPrinter& p_;
-    bool refus_ = false;
-};
-
 QSizeF PapierMm(const QPrinter& p) {
     QSizeF mm = p.pageLayout().pageSize().size(QPageSize::Millimeter);
     if (mm.width() > mm.height()) mm.transpose();
@@ -73,7 +47,13 @@ void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
 
 bool ExecuteSurImprimante(Etat& e, QPrinter& p) {
     if (!p.isValid()) return false;
-    SurfaceQPrinter imprimante(p, PapierMm(p));
+    // The printer as Surface: the 600 dpi sheet of the virtual printer painted
+    // on the QPrinter at its own resolution; one painter lasts the whole job.
+    const QSizeF papier = PapierMm(p);
+    SurfacePeinte imprimante(GenreSurface::Imprimante, papier.width() / 25.4 * DpiImprimante,
+                             papier.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
+                             [&p](int) { return static_cast<QPaintDevice*>(&p); },
+                             p.resolution() / DpiImprimante, true);
     // A program that draws without end is stopped as Esc stops it.
     imprimante.LimiteOperations(MaxOperationsRun, [&e] { e.ArretDemande = true; });
     MesureImprimante(e, imprimante);
@@ -82,7 +62,7 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p) {
     // The run's last page is ended and the job closed, even after Esc or a failure.
     imprimante.EndDoc();
     e.Surf = e.Pane;
-    return !imprimante.Refuse() && p.printerState() != QPrinter::Error &&
+    return !imprimante.PageRefusee() && p.printerState() != QPrinter::Error &&
            p.printerState() != QPrinter::Aborted;
 }
 

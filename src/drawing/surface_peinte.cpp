@@ -2,7 +2,7 @@
 
 #include <QPaintDevice>
 #include <QPainterPath>
-#include <QPdfWriter>
+#include <QPagedPaintDevice>
 #include <QTransform>
 
 #include <cmath>
@@ -207,8 +207,10 @@ void SurfacePeinte::DevEffacer() {
 
 void SurfacePeinte::DevNouvellePage() {
     dernier_.reset();
-    if (auto* pdf = dynamic_cast<QPdfWriter*>(device_)) {
-        pdf->newPage();
+    // A paged device (a PDF writer, a printer) takes the next sheet of the
+    // same document; any other starts a new picture.
+    if (auto* pages = dynamic_cast<QPagedPaintDevice*>(device_)) {
+        if (!pages->newPage()) pageRefusee_ = true;
         return;
     }
     EndDoc();

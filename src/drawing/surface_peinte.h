@@ -42,7 +42,12 @@ protected:
     void DevEffacer() override;
     void DevNouvellePage() override;
 
+public:
+    // A paged device refused a new sheet (a print job that failed).
+    bool PageRefusee() const { return pageRefusee_; }
+
 private:
+    bool pageRefusee_ = false;
     void Ouvre();
     QPen Stylo(const QColor& c, int w) const;
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
