@@ -42,7 +42,8 @@ TEST(Cotes, DistanceAuDessusDeLaLigneAvecFlechesAuxDeuxBouts) {
 TEST(Cotes, BoutsFlechesEtLigneProlongee) {
     const struct { const char* ligne; std::vector<Segment> lignes; } cas[] = {
         // Only end 1, arrows of 2 mm at 90 degrees.
-        {"Cote = 0,0,50,0,5,4,,,2§1,,90,,,,N,,X", {{0, 0, 0, 5}, {0, 4, 50, 4}, {0, 4, C45, 4 + C45}, {0, 4, C45, 4 - C45}}},
+        {"Cote = 0,0,50,0,5,4,,,2§1,,90,,,,N,,X",
+         {{0, 0, 0, 5}, {0, 4, 50, 4}, {0, 4, C45, 4 + C45}, {0, 4, C45, 4 - C45}}},
         // Length 0: no arrows; the start of each attachment line left out.
         {"Cote = 0,0,50,0,5§2,4,,,0,,,,,,N,,X", {{0, 2, 0, 5}, {50, 2, 50, 5}, {0, 4, 50, 4}}},
         // "-": arrows turned outward.

@@ -29,19 +29,16 @@ TEST(PalCoul, LevelsAndCellCount) {
 
 TEST(PalCoul, CellsAndColours) {
     const struct { const char* programme; std::vector<Cellule> cellules; } cas[] = {
-        // From black through the pure hue to white up a column; across the
-        // faces red, yellow, green, cyan, blue, magenta, red. Cells 4 x 10 mm.
+        // Black, pure hue, white up a column; across: red, yellow, green, cyan, blue, magenta, red. 4 x 10 mm.
         {"CentreI = 20, 30, N\nPalCoul3 = 4, 100, 90",
-         {{0, 20, 30, 0, 0, 0}, {2, 20, 50, 128, 0, 0}, {4, 20, 70, 255, 0, 0},
-          {6, 20, 90, 255, 128, 128}, {8, 20, 110, 255, 255, 255}, {9 * 4 + 4, 36, 70, 255, 255, 0},
-          {9 * 5 + 4, 40, 70, 191, 255, 0}, {9 * 9 + 4, 52, 70, 0, 255, 0},
-          {9 * 13 + 4, 68, 70, 0, 255, 255}, {9 * 17 + 4, 84, 70, 0, 0, 255},
+         {{0, 20, 30, 0, 0, 0}, {2, 20, 50, 128, 0, 0}, {4, 20, 70, 255, 0, 0}, {6, 20, 90, 255, 128, 128},
+          {8, 20, 110, 255, 255, 255}, {9 * 4 + 4, 36, 70, 255, 255, 0}, {9 * 5 + 4, 40, 70, 191, 255, 0},
+          {9 * 9 + 4, 52, 70, 0, 255, 0}, {9 * 13 + 4, 68, 70, 0, 255, 255}, {9 * 17 + 4, 84, 70, 0, 0, 255},
           {9 * 22 + 4, 100, 70, 255, 0, 255}, {9 * 26 + 4, 116, 70, 255, 0, 0}}},
         // From mid grey up to the pure hue, one half only.
         {"PalCoul = 4, 100, 50",
          {{0, 0, 0, 127, 127, 127}, {1, 0, 10, 159, 95, 95}, {4, 0, 40, 255, 0, 0}, {5 * 6 + 4, 24, 40, 127, 255, 0}}},
-        // Patches 9 x 1 mm: red picks the band (the upper half of the bands in
-        // the right block), green the row, blue the column.
+        // Patches 9 x 1 mm: red picks the band (upper half in the right block), green the row, blue the column.
         {"PalCoul2 = 4, 80, 40",
          {{0, 0, 0, 0, 0, 0}, {1, 9, 1, 63, 63, 63}, {1 + 16 + 4 + 1, 18, 7, 127, 127, 127},
           {1 + 32 + 4 + 3, 80, 2, 191, 127, 255}}},
@@ -97,7 +94,8 @@ TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
             const QRgb c = tout.pixel(x, y), v = visible.pixel(x, y);
             encre += c != qRgb(255, 255, 255);
             differents += c != v;
-            for (int k : {qRed(c) - qRed(v), qGreen(c) - qGreen(v), qBlue(c) - qBlue(v)}) ecart = std::max(ecart, std::abs(k));
+            for (int k : {qRed(c) - qRed(v), qGreen(c) - qGreen(v), qBlue(c) - qBlue(v)})
+                ecart = std::max(ecart, std::abs(k));
         }
     // Only the soft edges of the thin patches may differ, by a level at most.
     EXPECT_GT(encre, 100000);
