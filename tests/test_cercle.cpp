@@ -20,7 +20,6 @@ constexpr double MmPointI = 25.4 / 600; // a dot of the virtual printer
 constexpr double MmPixelE = 25.4 / 96;  // a pixel of the headless screen
 
 QVector<OpSurface> Polygones(const Session& s) { return Ops(s, OpSurface::Polygone); }
-QVector<OpSurface> Cercles(const Session& s) { return Ops(s, OpSurface::Cercle); }
 // The ops of the run in order, without the clears of the set-up.
 QVector<OpSurface> Dessin(const Session& s) {
     QVector<OpSurface> r = s.journal;
@@ -45,8 +44,7 @@ QPointF Pointe(const Session& s) { return {s.etat.Repere.PointX, s.etat.Repere.P
 
 // A point rounded to its printer dot and back (A4 portrait, 600 dpi), as fills hold them.
 QPointF PixelImprimante(QPointF p) {
-    const double px = std::nearbyint(p.x() / float(MmPointI));
-    const double py = std::nearbyint((297 - p.y()) / float(MmPointI));
+    const double px = std::nearbyint(p.x() / float(MmPointI)), py = std::nearbyint((297 - p.y()) / float(MmPointI));
     return {px * MmPointI, 297 - py * MmPointI};
 }
 
@@ -67,7 +65,6 @@ TEST(Cercle, FullTurnIsOneCircle) {
 
 // Where an arc's chain of lines starts and ends, the angle it sweeps and where the pen stays.
 TEST(Cercle, ArcEndsRadiusLinesAndPen) {
-    // The first line's start, the last line's end, the sweep in degrees, the pen.
     struct Cas { const char* prog; double x1, y1, x2, y2, balayage = NAN, px = NAN, py = NAN; };
     const Cas cas[] = {
         {"Cercle = 0,0,10,0,90", 10, 0, 0, 10, 90, 0, 10},
@@ -219,12 +216,12 @@ TEST(Cercle, FillPolygonIsTheOutlinesPolygon) {
 TEST(Cercle, DashedCircleIsDrawnAsArcs) {
     // Dash 2, gap 1 on radius 10: arcs of 0.2 rad every 0.3 rad, 21 over 62.83 mm.
     auto s = Lance("EpaisT = 1§§2§1\nCercle = 0,0,10");
-    const auto c = Cercles(*s);
+    const auto c = Ops(*s, OpSurface::Cercle);
     EXPECT_TRUE(Lignes(*s).isEmpty());
     ASSERT_EQ(c.size(), 21);
     EXPECT_TRUE(std::abs(*c[20].debut - 6) < 1e-6 && std::abs(*c[20].fin - 6.2) < 1e-6);
     // A dash that runs over the end is cut there.
-    const auto coupe = Cercles(*Lance("EpaisT = 1§§4§1\nCercle = 0,0,10"));
+    const auto coupe = Ops(*Lance("EpaisT = 1§§4§1\nCercle = 0,0,10"), OpSurface::Cercle);
     EXPECT_NEAR(coupe.value(coupe.size() - 1).fin.value_or(0), 6.283185, 1e-6);
 }
 
