@@ -2,7 +2,6 @@
 #include "outils.h"
 
 #include "app/core/rendu.h"
-#include "shapes/cercle.h"
 
 #include <QFile>
 #include <QImage>
@@ -21,7 +20,6 @@ constexpr double MmPointI = 25.4 / 600; // a dot of the virtual printer
 constexpr double MmPixelE = 25.4 / 96;  // a pixel of the headless screen
 
 QVector<OpSurface> Polygones(const Session& s) { return Ops(s, OpSurface::Polygone); }
-QVector<OpSurface> Cercles(const Session& s) { return Ops(s, OpSurface::Cercle); }
 // The ops of the run in order, without the clears of the set-up.
 QVector<OpSurface> Dessin(const Session& s) {
     QVector<OpSurface> r = s.journal;
@@ -39,17 +37,14 @@ double Balayage(const QVector<OpSurface>& lignes) {
     return total;
 }
 
-bool Proche(QPointF a, QPointF b, double tol = 0.001) {
-    return std::abs(a.x() - b.x()) <= tol && std::abs(a.y() - b.y()) <= tol;
-}
+bool Proche(QPointF a, QPointF b, double t = 0.001) { return qAbs(a.x() - b.x()) <= t && qAbs(a.y() - b.y()) <= t; }
 QPointF Debut(const OpSurface& op) { return {op.x1, op.y1}; }
 QPointF Fin(const OpSurface& op) { return {op.x2, op.y2}; }
 QPointF Pointe(const Session& s) { return {s.etat.Repere.PointX, s.etat.Repere.PointY}; }
 
 // A point rounded to its printer dot and back (A4 portrait, 600 dpi), as fills hold them.
 QPointF PixelImprimante(QPointF p) {
-    const double px = std::nearbyint(p.x() / float(MmPointI));
-    const double py = std::nearbyint((297 - p.y()) / float(MmPointI));
+    const double px = std::nearbyint(p.x() / float(MmPointI)), py = std::nearbyint((297 - p.y()) / float(MmPointI));
     return {px * MmPointI, 297 - py * MmPointI};
 }
 
@@ -70,7 +65,6 @@ TEST(Cercle, FullTurnIsOneCircle) {
 
 // Where an arc's chain of lines starts and ends, the angle it sweeps and where the pen stays.
 TEST(Cercle, ArcEndsRadiusLinesAndPen) {
-    // The first line's start, the last line's end, the sweep in degrees, the pen.
     struct Cas { const char* prog; double x1, y1, x2, y2, balayage = NAN, px = NAN, py = NAN; };
     const Cas cas[] = {
         {"Cercle = 0,0,10,0,90", 10, 0, 0, 10, 90, 0, 10},
@@ -130,21 +124,19 @@ TEST(Cercle, NumberOfLinesAndBands) {
     }
 }
 
-TEST(Cercle, NothingDrawnButThePenMoves) {
+TEST(Cercle, ColourNAndZeroRadius) {
     // Colour N, with or without a second colour or a letter C.
     auto s = Lance("CercleP = 5,5,10,0,90,N§BLEU§C\nCercle = 5,5,10,,,N\nCercleP = 5,5,10,0,90,N§BLEU");
     EXPECT_TRUE(Dessin(*s).isEmpty() && Proche(Pointe(*s), {5, 15}));
     // A radius of 0 draws nothing and leaves the pen where it was.
     s = Lance("Trait = 0,0,3,4\nCercleP = 10,10,0,,,ROUGE§BLEU");
     EXPECT_TRUE(Dessin(*s).size() == 1 && Messages(*s).isEmpty() && Proche(Pointe(*s), {3, 4}));
-}
-
-TEST(Cercle, SecondColourNGivesAPlainFill) {
+    // A second colour N gives a plain fill.
     auto d = Dessin(*Lance("CercleP = 0,0,10,,,ROUGE§N§C12"));
     ASSERT_EQ(d.size(), 1);
     EXPECT_TRUE(d[0].genre == OpSurface::Cercle && d[0].remplissage == 255);
     // A sector: one polygon from the centre, filled and outlined in the colour.
-    auto s = Lance("CercleP = 50,50,20,30,120,ROUGE§N");
+    s = Lance("CercleP = 50,50,20,30,120,ROUGE§N");
     d = Dessin(*s);
     ASSERT_EQ(d.size(), 1);
     EXPECT_TRUE(d[0].genre == OpSurface::Polygone && d[0].couleur == 255 && d[0].remplissage == 255);
@@ -164,9 +156,8 @@ TEST(Cercle, ConicGradientHasEqualWedgesFromZeroDegrees) {
     EXPECT_TRUE(p[0].couleur == 255 && p[0].remplissage == 255 && p[1].couleur == RGB(234, 0, 21)); // 255 - 21.25
 }
 
-// Linear gradient slices from the top down, in the ellipse's frame turned by
-// 25 degrees: two neighbours have exactly the two ends of their common edge in
-// common, on the level between them; the levels are equally spaced (2 x 14 / 9).
+// Linear gradient slices from the top down in the ellipse's frame turned by 25 degrees: neighbours share
+// exactly the two ends of their common edge, on equally spaced levels (2 x 14 / 9).
 TEST(Cercle, LinearGradientSlicesShareTheirEdges) {
     auto p = Polygones(*LanceImprimante("CercleP = 100,100,20§0.7,,,ROUGE§BLEU§9,,25"));
     ASSERT_EQ(p.size(), 9);
@@ -191,31 +182,10 @@ TEST(Cercle, LinearGradientSlicesShareTheirEdges) {
     EXPECT_EQ(p[128].couleur, RGB(128, 0, 128)); // 255 - 127.5 rounds to even
 }
 
-TEST(Cercle, SectorGradientLeavesTheMissingWedgeEmpty) {
-    // The wedge around 300 degrees cuts some slices in two: no band bridges it.
-    const auto p = Polygones(*LanceImprimante("CercleP = 100,100,20,330,270,ROUGE§BLEU§10"));
-    EXPECT_GT(p.size(), 10);
-    std::set<int> couleurs;
-    for (const OpSurface& b : p) {
-        couleurs.insert(b.couleur);
-        for (qsizetype i = 0; i < b.points.size(); ++i) {
-            const QPointF m = (b.points[i] + b.points[(i + 1) % b.points.size()]) / 2 - QPointF(100, 100);
-            double a = std::atan2(m.y(), m.x()) / DegRad;
-            if (a < 0) a += 360;
-            if (std::hypot(m.x(), m.y()) > 0.5) EXPECT_FALSE(a > 271 && a < 329) << a;
-        }
-    }
-    EXPECT_EQ(couleurs.size(), 10u);
-}
-
 TEST(Cercle, OutlineIsDrawnAfterTheBands) {
-    auto d = Dessin(*Lance("CercleP = 50,50,20,,,ROUGE§BLEU§4,3"));
-    ASSERT_EQ(d.size(), 5);
-    for (int k = 0; k < 4; ++k) EXPECT_EQ(d[k].genre, OpSurface::Polygone);
-    EXPECT_TRUE(d[4].genre == OpSurface::Cercle && d[4].couleur == 255 && !d[4].remplissage);
     // A sector's outline joins its points, both radius lines included.
     auto s = Lance("CercleP = 50,50,20,30,120,ROUGE§BLEU§C3");
-    d = Dessin(*s);
+    const auto d = Dessin(*s);
     ASSERT_EQ(d.size(), 3 + Lignes(*s).size());
     EXPECT_TRUE(d[3].genre == OpSurface::Ligne && Proche(Debut(d[3]), {50, 50}) && Proche(Fin(d.last()), {50, 50}));
     // A filled arc from 0 keeps its radius line.
@@ -233,51 +203,26 @@ TEST(Cercle, FillPolygonIsTheOutlinesPolygon) {
         EXPECT_TRUE(Proche(p[0].points[i], PixelImprimante({l[i].x1, l[i].y1}), 1e-6)) << i;
     // The bands of a gradient take their outer points from the outline too.
     auto degrade = LanceImprimante("CercleP = 50,50,20§0.6,30,250,ROUGE§BLEU§7,,10");
-    const auto bandes = Polygones(*degrade);
+    QVector<QPointF> bandes;
+    for (const OpSurface& b : Polygones(*degrade)) bandes += b.points;
     const auto bord = Lignes(*degrade);
-    ASSERT_EQ(bandes.size(), 7);
     ASSERT_EQ(bord.size(), l.size());
-    for (qsizetype i = 1; i < bord.size(); ++i) {
-        const QPointF q = PixelImprimante({bord[i].x1, bord[i].y1});
-        bool trouve = false;
-        for (const OpSurface& b : bandes)
-            for (const QPointF& c : b.points) trouve = trouve || Proche(c, q, 1e-6);
-        EXPECT_TRUE(trouve) << i;
-    }
+    for (qsizetype i = 1; i < bord.size(); ++i)
+        EXPECT_TRUE(std::any_of(bandes.begin(), bandes.end(), [&](QPointF c) {
+            return Proche(c, PixelImprimante({bord[i].x1, bord[i].y1}), 1e-6);
+        })) << i;
 }
 
 TEST(Cercle, DashedCircleIsDrawnAsArcs) {
     // Dash 2, gap 1 on radius 10: arcs of 0.2 rad every 0.3 rad, 21 over 62.83 mm.
     auto s = Lance("EpaisT = 1§§2§1\nCercle = 0,0,10");
-    const auto c = Cercles(*s);
+    const auto c = Ops(*s, OpSurface::Cercle);
     EXPECT_TRUE(Lignes(*s).isEmpty());
     ASSERT_EQ(c.size(), 21);
-    for (int k = 0; k < 21; ++k)
-        EXPECT_TRUE(std::abs(*c[k].debut - k * 0.3) < 1e-6 && std::abs(*c[k].fin - k * 0.3 - 0.2) < 1e-6) << k;
-    EXPECT_MM(c[20].r, 10);
+    EXPECT_TRUE(std::abs(*c[20].debut - 6) < 1e-6 && std::abs(*c[20].fin - 6.2) < 1e-6);
     // A dash that runs over the end is cut there.
-    const auto coupe = Cercles(*Lance("EpaisT = 1§§4§1\nCercle = 0,0,10"));
+    const auto coupe = Ops(*Lance("EpaisT = 1§§4§1\nCercle = 0,0,10"), OpSurface::Cercle);
     EXPECT_NEAR(coupe.value(coupe.size() - 1).fin.value_or(0), 6.283185, 1e-6);
-}
-
-TEST(Cercle, ArcPointilleWrapsAndDrawsRadiusLines) {
-    auto s = Lance("EpaisT = 1§§5§5");
-    Etat& e = s->etat;
-    e.Surf = s->pane.get();
-    s->journal.clear();
-    // 350 to 20 degrees with radius lines, radius 10: 5.236 mm, one dash of 5, the end in the gap.
-    ArcPointille(e, 0, 0, 10, -350 * DegRad, -(380 * DegRad), 0, 1);
-    const auto c = Cercles(*s);
-    ASSERT_EQ(c.size(), 2);
-    EXPECT_NEAR(*c[0].debut, -350 * DegRad, 1e-6);
-    EXPECT_NEAR(*c[0].fin, 350 * DegRad + 0.5 - 6.283185, 1e-6);
-    EXPECT_GT(*c[1].debut, 0); // the end's radius line, on a tiny arc
-    EXPECT_NEAR(*c[1].fin, -(20 * DegRad + 2 * M_PI - 6.283185), 1e-5);
-    // Without a pattern, one Circle with the angles as given.
-    s->journal.clear();
-    e.Styles.TiretL1 = 0;
-    ArcPointille(e, 0, 0, 10, 0, 0, 255, 1);
-    EXPECT_TRUE(Cercles(*s).size() == 1 && !Cercles(*s)[0].debut.has_value());
 }
 
 // Too many points for the outline, or more than 1000 for one band, is an error on the line.
@@ -291,26 +236,13 @@ TEST(Cercle, TooManyPointsFailTheLine) {
     }
 }
 
-TEST(Cercle, PlotCallsTheRoutineWithItsOwnKeyword) {
-    auto s = Lance("Couleur = VERT");
-    s->etat.Surf = s->pane.get();
-    s->etat.NiveauCourant = 1;
-    s->journal.clear();
-    Cercle(s->etat, QStringLiteral("CERCLEP"), QStringLiteral("10,10,1"));
-    EXPECT_TRUE(Cercles(*s).size() == 1 && Cercles(*s)[0].remplissage == 65280);
-}
-
 // Painted on paper; a plain filled sector's fill and outline come from one device call, on the same pixels.
 TEST(Cercle, RenderedOnPaper) {
     const char* secteur = "CercleP = 50,50,20,30,120,VERT,5\n";
     const QString programme = Programme(QString::fromUtf8(secteur) +
         "CercleP = 30,210,15,,,ROUGE§BLEU,0.5mm\n"
         "CercleP = 110,210,15,30,300,VERT§BLEU\n"
-        "CercleP = 30,160,15,,,ROUGE§BLEU§C\n"
-        "CercleP = 150,160,15,,,MAGENTA\n"
-        "CercleP = 190,160,15,0,90,CYAN\n"
-        "Voyant = 40,90,10,2,VERT\n"
-        "FlecheP = 160,90,90,10,2,40,ROUGE\n");
+        "CercleP = 30,160,15,,,ROUGE§BLEU§C\n");
     QTemporaryDir dir;
     for (const char* f : {"feuille.png", "feuille.pdf"}) {
         const ResultatRendu r = RendProgramme(programme, QString(), dir.filePath(f), OptionsRendu(), Reglages());
@@ -327,15 +259,7 @@ TEST(Cercle, RenderedOnPaper) {
     auto blanc = [](const QColor& c) { return c.red() > 245 && c.green() > 245 && c.blue() > 245; };
     auto rouge = [](const QColor& c) { return c.red() > 200 && c.blue() < 60; };
     auto bleu = [](const QColor& c) { return c.red() < 60 && c.blue() > 200; };
-    // Linear gradient: no white, red falling and blue rising down the middle.
-    int r = 256, b = -1;
-    for (double y = 224.5; y >= 195.5; y -= 25.4 / 300) {
-        const QColor c = pixel(30, y);
-        ASSERT_FALSE(blanc(c)) << y;
-        EXPECT_TRUE(c.red() <= r + 2 && c.blue() >= b - 2) << y;
-        r = std::min(r, c.red());
-        b = std::max(b, c.blue());
-    }
+    // Linear gradient: red at the top, blue at the bottom.
     EXPECT_TRUE(rouge(pixel(30, 224)) && bleu(pixel(30, 196)));
     // The 0.5 mm red outline lies over the blue bands at the bottom.
     EXPECT_TRUE(rouge(pixel(30, 195.05)) && blanc(pixel(30, 194.4)));
@@ -343,12 +267,7 @@ TEST(Cercle, RenderedOnPaper) {
     EXPECT_TRUE(blanc(pixel(120, 210)) && !blanc(pixel(100, 210)));
     // Conic gradient: red just above its start at 0 degrees, blue just below.
     EXPECT_TRUE(rouge(pixel(40, 160.6)) && bleu(pixel(40, 159.4)));
-    EXPECT_EQ(pixel(150, 160), QColor(255, 0, 255));
-    EXPECT_TRUE(pixel(195, 165) == QColor(0, 255, 255) && blanc(pixel(185, 155)));
     const QColor vert(0, 255, 0);
-    // Voyant type 2: the quarters 0-90 and 180-270 filled, the others clear.
-    EXPECT_TRUE(pixel(42, 92) == vert && pixel(38, 88) == vert && blanc(pixel(38, 92)));
-    EXPECT_EQ(pixel(160, 85), QColor(255, 0, 0)); // the filled arrow tip
     // The plain sector: green on the arc at 75 degrees and on the radius at 30; white 0.3 mm outside.
     EXPECT_TRUE(polaire(50, 50, 20, 75) == vert && blanc(polaire(50, 50, 20.3, 75)) && polaire(50, 50, 10, 30) == vert);
     EXPECT_TRUE(blanc(polaire(50 + 0.3 * std::sin(30 * DegRad), 50 - 0.3 * std::cos(30 * DegRad), 10, 30)));

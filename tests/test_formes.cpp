@@ -1,5 +1,4 @@
-// Polygons, regular polygons, crescents and Bezier curves: outlines to
-// 0.001 mm, fill before outline, point files, and the failures of the line.
+// Polygons, regular polygons, crescents and Bezier curves: outlines, fills, point files, failures.
 #include "outils.h"
 
 #include <QDir>
@@ -9,13 +8,6 @@
 #include <cmath>
 
 namespace {
-
-// The outline's corners: the start of each line.
-QVector<QPointF> Coins(const QVector<OpSurface>& l) {
-    QVector<QPointF> r;
-    for (const OpSurface& op : l) r.append({op.x1, op.y1});
-    return r;
-}
 
 void ExpectCoins(const QVector<OpSurface>& l, const QVector<QPointF>& attendus) {
     ASSERT_EQ(l.size(), attendus.size());
@@ -46,10 +38,7 @@ QString Ordre(const Session& s) {
 
 TEST(Formes, PolygonOutlines) {
     const double h = 10 / std::tan(3.14159265358979 / 6) / 2;
-    struct Cas {
-        const char* programme;
-        QVector<QPointF> coins;
-    } cas[] = {
+    struct Cas { const char* programme; QVector<QPointF> coins; } cas[] = {
         {"Poly = 10,10, 50,10, 30,40", {{10, 10}, {50, 10}, {30, 40}}},
         {"Poly = 10,10, 40R,0R, -20R,30R", {{10, 10}, {50, 10}, {30, 40}}},
         // Scale factors behind x1, also on relative values.
@@ -78,8 +67,7 @@ TEST(Formes, ColourFillAndOrder) {
     EXPECT_EQ(Ordre(*s), "PL");
     const auto l = Lignes(*s);
     ASSERT_EQ(l.size(), 3);
-    EXPECT_EQ(l[0].couleur, RGB(255, 0, 0));
-    EXPECT_GT(l[0].largeur, 1);
+    EXPECT_TRUE(l[0].couleur == RGB(255, 0, 0) && l[0].largeur > 1);
     EXPECT_EQ(Ops(*s, OpSurface::Polygone)[0].remplissage, RGB(255, 0, 0));
     // PolyRP: the fill colour behind the line colour.
     s = Lance("PolyRP = 0, 0, -4, -10, , BLEU§JAUNE");
@@ -121,39 +109,34 @@ TEST(Formes, FailuresOfTheLine) {
 
 TEST(Formes, Crescent) {
     // Width 0: both edges on the radius; a tiny one still has 25 steps a side.
-    for (const char* p : {"DemiLune = 0,0, 20, 0, 90, 0", "DemiLune = 0,0, 1, 0, 90, 0"}) {
-        SCOPED_TRACE(p);
-        auto s = Lance(p);
-        const auto l = Lignes(*s);
-        const int n = std::string(p).find(" 20,") != std::string::npos ? 31 : 25;
-        EXPECT_EQ(l.size(), 2 * (n + 1));
-        const double r = std::string(p).find(" 20,") != std::string::npos ? 20 : 1;
+    for (auto [r, n] : {std::pair{20, 31}, {1, 25}}) {
+        const auto l = Lignes(*Lance(QStringLiteral("DemiLune = 0,0, %1, 0, 90, 0").arg(r)));
+        EXPECT_EQ(l.size(), 2 * (n + 1)) << r;
         for (const OpSurface& op : l) EXPECT_NEAR(std::hypot(op.x1, op.y1), r, 1e-4);
     }
-    // The angles turn clockwise on the sheet: the edges meet at the end
-    // angle (90: below the centre) and are the width apart at the start.
-    auto s = Lance("DemiLune = 0,0, 20, 0, 90, 4");
-    const auto l = Lignes(*s);
+    // Clockwise on the sheet: the edges meet at the end angle (90: below the centre), apart at the start.
+    const auto l = Lignes(*Lance("DemiLune = 0,0, 20, 0, 90, 4"));
+    ASSERT_GE(l.size(), 32);
     EXPECT_MM(l[0].x1, 0);
     EXPECT_MM(l[0].y1, -20);
     EXPECT_MM(l[30].x2, 22);
     EXPECT_MM(l[31].x2, 18);
-    EXPECT_EQ(Ordre(*Lance("DemiLuneP = 0,0, 20, 0, 90, 4")), "PL");
     // A negative width: the fill alone, and nothing without P.
-    EXPECT_EQ(Ordre(*Lance("DemiLuneP = 0,0, 20, 0, 90, -4")), "P");
-    EXPECT_EQ(Ordre(*Lance("DemiLune = 0,0, 20, 0, 90, -4")), "");
+    for (auto [p, ordre] : {std::pair{"DemiLuneP = 0,0, 20, 0, 90, 4", "PL"}, {"DemiLuneP = 0,0, 20, 0, 90, -4", "P"},
+                            {"DemiLune = 0,0, 20, 0, 90, -4", ""}})
+        EXPECT_EQ(Ordre(*Lance(p)), ordre) << p;
 }
 
 TEST(Formes, BezierChain) {
     // No direction points: a straight line in at least 50 unbroken steps.
-    for (const char* p : {"Bezier = , , , 0,0, , , 100,0, ,", "Bezier = , , , 0,0, , , 10,0, ,",
-                          "Bezier = , , NOIR§0§1§-5, 5,0, , , 15,0, ,"}) {
+    for (auto [p, fin] : {std::pair{"Bezier = , , , 0,0, , , 100,0, ,", 100}, {"Bezier = , , , 0,0, , , 10,0, ,", 10},
+                          {"Bezier = , , NOIR§0§1§-5, 5,0, , , 15,0, ,", 10}}) {
         SCOPED_TRACE(p);
         auto s = Lance(p);
         const auto l = Lignes(*s);
         EXPECT_GE(l.size(), 50);
         EXPECT_MM(l.front().x1, 0);
-        EXPECT_MM(l.back().x2, std::string(p).find("100") != std::string::npos ? 100 : 10);
+        EXPECT_MM(l.back().x2, fin);
         for (int i = 1; i < l.size(); ++i) EXPECT_EQ(l[i].x1, l[i - 1].x2);
         EXPECT_EQ(Ordre(*s), "L");
         EXPECT_MM(s->etat.Repere.PointX, l.back().x2);
@@ -170,8 +153,7 @@ TEST(Formes, BezierChain) {
 }
 
 TEST(Formes, BezierGraduations) {
-    // A half circle from angle pi to 0 seen from 0,0: five radial marks of
-    // 5 mm, each at its target angle; "S" leaves the curve out.
+    // A half circle from pi to 0 about 0,0: five 5 mm radial marks at their angles; "S" leaves the curve out.
     auto s = Lance("Bezier_aGr = , , NOIR§§§§§§4§5S, -50,0, -50,66.667, 50,0, 50,66.667");
     const auto l = Lignes(*s);
     ASSERT_EQ(l.size(), 5);
@@ -183,12 +165,10 @@ TEST(Formes, BezierGraduations) {
         EXPECT_MM(l[i].y2 - l[i].y1, 5 * std::sin(cible));
     }
     EXPECT_GT(Lignes(*Lance("Bezier_aGr = , , NOIR§§§§§§4§5, -50,0, -50,66.667, 50,0, 50,66.667")).size(), 55);
-    // A list of percentages and angles: a target outside the run is skipped;
-    // the texts go to the targets in order.
+    // Percentages and angles: a target outside the run is skipped; the texts go to the targets in order.
     s = Lance("Separateur = ;\nBezier_aGr = ; ; NOIR§§§§§§0,50,200°§5S§§A,B§8; -50;0; -50;66.667; 50;0; 50;66.667");
     EXPECT_EQ(Lignes(*s).size(), 2);
     const auto t = Ops(*s, OpSurface::Texte);
     ASSERT_EQ(t.size(), 2);
-    EXPECT_EQ(t[0].texte, "A");
-    EXPECT_EQ(t[1].texte, "B");
+    EXPECT_TRUE(t[0].texte == "A" && t[1].texte == "B");
 }

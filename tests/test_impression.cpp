@@ -1,5 +1,5 @@
-// Printing on paper: the print path with a QPrinter writing PDF stands in for
-// a real queue, so what reaches the printer can be measured.
+// Printing on paper: a QPrinter writing PDF stands in for a real queue, so
+// what reaches the printer can be measured.
 #include "outils.h"
 #include "outils_fenetre.h"
 
@@ -11,21 +11,13 @@
 
 namespace {
 
-struct Sortie {
-    int code = -1;
-    QString out, err;
-};
+struct Sortie { int code = -1; QString out, err; };
 
 Sortie Execute(const QString& programme, const QStringList& args) {
     QProcess p;
     p.start(programme, args);
-    if (!p.waitForFinished(90000)) {
-        p.kill();
-        p.waitForFinished();
-        return {};
-    }
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
+    if (!p.waitForFinished(90000)) return {};
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
 }
 
 // A printer that writes its job to a PDF file.
@@ -37,21 +29,14 @@ std::unique_ptr<QPrinter> PdfImprimante(const QString& fichier) {
     return p;
 }
 
-struct InfoPdf {
-    double largeurMm = 0, hauteurMm = 0;
-    int pages = 0;
-    QString titre;
-};
+struct InfoPdf { double largeurMm = 0, hauteurMm = 0; int pages = 0; QString titre; };
 
 InfoPdf Info(const QString& pdf) {
     const QString t = Execute("pdfinfo", {pdf}).out;
-    InfoPdf i;
     const auto taille = QRegularExpression(R"(Page size:\s+([0-9.]+) x ([0-9.]+) pts)").match(t);
-    i.largeurMm = taille.captured(1).toDouble() / 72 * 25.4;
-    i.hauteurMm = taille.captured(2).toDouble() / 72 * 25.4;
-    i.pages = QRegularExpression(R"(Pages:\s+(\d+))").match(t).captured(1).toInt();
-    i.titre = QRegularExpression(R"(Title:\s+([^\n]*)\n)").match(t).captured(1);
-    return i;
+    return {taille.captured(1).toDouble() / 72 * 25.4, taille.captured(2).toDouble() / 72 * 25.4,
+            QRegularExpression(R"(Pages:\s+(\d+))").match(t).captured(1).toInt(),
+            QRegularExpression(R"(Title:\s+([^\n]*)\n)").match(t).captured(1)};
 }
 
 // The centres of the ink left and right of the page's middle, in mm from
@@ -65,12 +50,9 @@ std::pair<QPointF, QPointF> CentresEncre(const QString& pdf, const QTemporaryDir
     for (int y = 0; y < im.height(); ++y)
         for (int x = 0; x < im.width(); ++x) {
             const double w = (255 - qGray(im.pixel(x, y))) / 255.0;
-            if (w < 0.02) continue;
             const int c = x < im.width() / 2 ? 0 : 1;
-            somme[c] += QPointF(x + 0.5, y + 0.5) * w;
-            poids[c] += w;
+            if (w >= 0.02) { somme[c] += QPointF(x + 0.5, y + 0.5) * w; poids[c] += w; }
         }
-    if (poids[0] == 0 || poids[1] == 0) return {};
     return {somme[0] / poids[0] / 10.0, somme[1] / poids[1] / 10.0};
 }
 
@@ -79,49 +61,33 @@ const char* const DeuxCroix = "CentreI = 50, 150, N\nEpaisT = 1mm\nCT = 0, 0\nCT
 
 } // namespace
 
-// The job holds the sheet at its true size, named after the file, with the
-// two crosses 100 mm apart at their place; each NPage is one more sheet of
-// the same job.
+// The job holds the sheet at its true size (FormatI turns it), named after
+// the file, with the two crosses 100 mm apart at their place; each NPage is
+// one more sheet; a failing line shows its box and the job is still closed.
 TEST(Impression, PdfJobAtTrueSize) {
     QTemporaryDir d;
-    struct Cas { QString suite; int pages; };
-    for (const Cas& c : {Cas{"", 1}, Cas{"NPage\nCT = 10, 10\nNPage\nCT = 20, 20\n", 3}}) {
+    struct Cas { QString programme, fichier; int statut, pages; double w, h; QString titre; };
+    for (const Cas& c : {Cas{DeuxCroix, d.filePath("cadran bleu.dat"), 0, 1, 210, 297, "cadran bleu"},
+                         Cas{QString(DeuxCroix) + "NPage\nCT = 10, 10\nNPage\nCT = 20, 20\n", "a.dat", 0, 3, 210, 297, "a"},
+                         Cas{"FormatI = Paysage\nCT = 10, 10\n", "", 0, 1, 297, 210, "Mirel"},
+                         Cas{"CT = 10, 10\nMotInconnu = 3\n", "", 1, 1, 210, 297, "Mirel"}}) {
+        SCOPED_TRACE(c.programme.toStdString());
         const QString pdf = d.filePath("job.pdf");
         auto p = PdfImprimante(pdf);
-        const ResultatImpression r = ImprimeProgramme(Programme(DeuxCroix + c.suite),
-                                                      d.filePath("cadran bleu.dat"), *p, Reglages());
-        ASSERT_EQ(r.statut, 0) << r.erreur.toStdString();
+        const ResultatImpression r = ImprimeProgramme(Programme(c.programme), c.fichier, *p, Reglages());
+        ASSERT_EQ(r.statut, c.statut) << r.erreur.toStdString();
+        EXPECT_EQ(r.messages.size(), c.statut);
         const InfoPdf i = Info(pdf);
-        EXPECT_NEAR(i.largeurMm, 210, 0.1);
-        EXPECT_NEAR(i.hauteurMm, 297, 0.1);
+        EXPECT_NEAR(i.largeurMm, c.w, 0.1);
+        EXPECT_NEAR(i.hauteurMm, c.h, 0.1);
         EXPECT_EQ(i.pages, c.pages);
-        EXPECT_EQ(i.titre, "cadran bleu");
+        EXPECT_EQ(i.titre, c.titre);
+        if (!c.programme.startsWith(DeuxCroix)) continue;
         const auto [gauche, droite] = CentresEncre(pdf, d);
-        EXPECT_NEAR(droite.x() - gauche.x(), 100, 0.1) << c.pages;
+        EXPECT_NEAR(droite.x() - gauche.x(), 100, 0.1);
         EXPECT_NEAR(droite.y() - gauche.y(), 0, 0.1);
         EXPECT_NEAR(gauche.x(), 50, 0.2);
     }
-}
-
-// FormatI turns the sheet before the job opens; a failing line shows its
-// box and the job is still closed with what was drawn.
-TEST(Impression, LandscapeAndFailingRun) {
-    QTemporaryDir d;
-    const QString pdf = d.filePath("job.pdf");
-    auto p = PdfImprimante(pdf);
-    ResultatImpression r = ImprimeProgramme(Programme("FormatI = Paysage\nCT = 10, 10\n"),
-                                            QString(), *p, Reglages());
-    EXPECT_EQ(r.statut, 0);
-    InfoPdf i = Info(pdf);
-    EXPECT_NEAR(i.largeurMm, 297, 0.1);
-    EXPECT_NEAR(i.hauteurMm, 210, 0.1);
-    EXPECT_EQ(i.titre, "Mirel");
-
-    auto q = PdfImprimante(pdf);
-    r = ImprimeProgramme(Programme("CT = 10, 10\nMotInconnu = 3\n"), QString(), *q, Reglages());
-    EXPECT_EQ(r.statut, 1);
-    EXPECT_EQ(r.messages.size(), 1);
-    EXPECT_EQ(Info(pdf).pages, 1);
 }
 
 // The window's print: Esc stops a print that does not end, the job is
@@ -143,8 +109,7 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     esc.stop();
     EXPECT_EQ(f.NombreExecutions, avant + 2);
     EXPECT_TRUE(f.Mnu_Visualiser->isEnabled());
-    EXPECT_EQ(f.e.Repere.DecalageVueX, 12);
-    EXPECT_EQ(f.e.Repere.DecalageVueY, -7);
+    EXPECT_EQ(std::pair(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY), std::pair(12.0, -7.0));
     const InfoPdf i = Info(pdf);
     EXPECT_EQ(i.pages, 1);
     EXPECT_EQ(i.titre, "boucle");
@@ -155,21 +120,18 @@ TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
     b.imprimante.clear();
     Form1& f = b.Demarre("CT = 0, 0\n");
-    EXPECT_FALSE(f.Mnu_Imprimer->isEnabled());
-    EXPECT_TRUE(f.Mnu_ExportPdf->isEnabled());
+    EXPECT_TRUE(!f.Mnu_Imprimer->isEnabled() && f.Mnu_ExportPdf->isEnabled());
 }
 
 // `mirel print`: into a PDF file, an error box, an unknown queue.
 TEST(Impression, CommandLineExitStatus) {
     QTemporaryDir d;
-    auto fichier = [&](const QString& nom, const QString& lignes) {
-        QFile f(d.filePath(nom));
-        f.open(QIODevice::WriteOnly);
+    const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat");
+    for (const auto& [nom, lignes] : {std::pair{bon, DeuxCroix}, {faux, "MotInconnu = 3\n"}}) {
+        QFile f(nom);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         f.write(Programme(lignes).toUtf8());
-        return f.fileName();
-    };
-    const QString bon = fichier("bon.dat", DeuxCroix);
-    const QString faux = fichier("faux.dat", "MotInconnu = 3\n");
+    }
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},

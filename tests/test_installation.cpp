@@ -27,9 +27,7 @@ void Ecrit(const QString& chemin, const QByteArray& octets) {
 // share/mirel; one run from its build folder reads it beside itself.
 TEST(Installation, DataFolderOfAnInstalledAndABuiltProgram) {
     QTemporaryDir d;
-    QDir().mkpath(d.filePath("usr/bin"));
-    QDir().mkpath(d.filePath("build"));
-    QDir().mkpath(d.filePath("usr/share/mirel"));
+    for (const char* dossier : {"usr/bin", "build", "usr/share/mirel"}) QDir().mkpath(d.filePath(dossier));
     const QString racine = QFileInfo(d.path()).canonicalFilePath();
     EXPECT_EQ(DossierDonnees(d.filePath("usr/bin")), racine + "/usr/share/mirel/");
     EXPECT_EQ(DossierDonnees(d.filePath("build")), d.filePath("build") + "/");
@@ -48,20 +46,11 @@ TEST(Installation, SetupAsksEachStepAndLogsWhatItDid) {
     Ecrit(dossier + "/voltmetre.dat", "' my own dial\n");
     Form1& f = b.Fenetre();
 
-    struct Cas {
-        const char* nom;
-        QVariantList reponses;
-        int lignesJournal;
-        bool exemples, lanceur;
-    };
-    const Cas cas[] = {
-        {"folder cancelled", {}, 0, false, false},
-        {"every step refused", {dossier, int(Reponse::Non), int(Reponse::Non), int(Reponse::Non)}, 0, false, false},
-        {"examples and launcher",
-         {dossier, int(Reponse::Oui), int(Reponse::Ok), int(Reponse::Oui), int(Reponse::Ok), int(Reponse::Non)},
-         2, true, true},
-    };
-    for (const Cas& c : cas) {
+    const int oui = int(Reponse::Oui), non = int(Reponse::Non), ok = int(Reponse::Ok);
+    struct Cas { const char* nom; QVariantList reponses; int lignesJournal; bool exemples, lanceur; };
+    for (const Cas& c : {Cas{"folder cancelled", {}, 0, false, false},
+                         Cas{"every step refused", {dossier, non, non, non}, 0, false, false},
+                         Cas{"examples and launcher", {dossier, oui, ok, oui, ok, non}, 2, true, true}}) {
         SCOPED_TRACE(c.nom);
         b.boites.vues.clear();
         b.boites.reponses = c.reponses;
@@ -76,8 +65,8 @@ TEST(Installation, SetupAsksEachStepAndLogsWhatItDid) {
     // The menus are French: the questions and the log are too.
     const QStringList journal = Lit(dossier + "/MirelSetup.log").split('\n', Qt::SkipEmptyParts);
     ASSERT_EQ(journal.size(), 2);
-    const QRegularExpression date("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  Fait : ");
-    EXPECT_TRUE(date.match(journal[0]).hasMatch()) << journal[0].toStdString();
+    EXPECT_TRUE(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  Fait : ").match(journal[0]).hasMatch())
+        << journal[0].toStdString();
     EXPECT_TRUE(journal[0].endsWith("Copier les exemples dans " + dossier + " ?"));
     EXPECT_EQ(Lit(dossier + "/voltmetre.dat"), "' my own dial\n");
 
@@ -85,7 +74,7 @@ TEST(Installation, SetupAsksEachStepAndLogsWhatItDid) {
     const QString lanceur = xdg.filePath("applications/org.mirel.Mirel.desktop");
     EXPECT_TRUE(Lit(lanceur).contains("\nExec=" + QCoreApplication::applicationFilePath() + " %f\n"));
     const QString valide = QStandardPaths::findExecutable("desktop-file-validate");
-    if (!valide.isEmpty()) EXPECT_EQ(QProcess::execute(valide, {lanceur}), 0);
+    if (!valide.isEmpty()) { EXPECT_EQ(QProcess::execute(valide, {lanceur}), 0); }
 }
 
 // A copy that cannot be made is a failed step, said and logged.

@@ -1,6 +1,4 @@
-// The colour charts: how many cells, where each one lies and its colour, the
-// frame round the faces, the defaults and the turned chart. Run on the
-// 600 dpi printer, whose device pixels are small next to the cells.
+// The colour charts, run on the 600 dpi printer whose pixels are small next to the cells.
 #include "outils.h"
 
 #include "drawing/repere.h"
@@ -8,47 +6,18 @@
 
 #include <QImage>
 
-#include <vector>
-
 namespace {
-
 QVector<OpSurface> Cellules(const Session& s) { return Ops(s, OpSurface::Polygone); }
 
-// A cell: its index in drawing order, its lower left corner, its fill and
-// outline colour.
-struct Cellule {
-    int index;
-    double x, y;
-    int r, v, b;
-};
-
-void ExpectCellules(const Session& s, const std::vector<Cellule>& attendues) {
-    const auto c = Cellules(s);
-    for (const Cellule& a : attendues) {
-        SCOPED_TRACE(a.index);
-        ASSERT_LT(a.index, c.size());
-        const OpSurface& op = c[a.index];
-        ASSERT_EQ(op.points.size(), 4);
-        EXPECT_NEAR(op.points[0].x(), a.x, 0.05);
-        EXPECT_NEAR(op.points[0].y(), a.y, 0.05);
-        EXPECT_EQ(op.remplissage.value_or(-1), RGB(a.r, a.v, a.b));
-        EXPECT_EQ(op.couleur, RGB(a.r, a.v, a.b));
-    }
-}
-
+// A cell by its index in drawing order: lower left corner, fill and outline colour.
+struct Cellule { int index; double x, y; int r, v, b; };
 } // namespace
 
-// Levels made even and at least 4; the number of cells of each chart. A pair
-// of faces draws 2 N + 1 columns and the next pair starts on its last one.
+// Levels made even and at least 4; a pair of faces draws 2 N + 1 columns, the next starting on its last.
 TEST(PalCoul, LevelsAndCellCount) {
-    const struct {
-        const char* ligne;
-        int cellules;
-    } cas[] = {
-        {"PalCoul3 = 4", 27 * 9},  {"PalCoul3 = 5", 27 * 9}, {"PalCoul3 = 1", 27 * 9},
-        {"PalCoul3 =", 27 * 9},    {"PalCoul3 = 7.6", 51 * 17}, {"PalCoul = 6", 39 * 7},
-        {"PalCoul2 = 0", 1 + 64},  {"PalCoul2 = 9", 1 + 512},
-    };
+    const struct { const char* ligne; int cellules; } cas[] = {
+        {"PalCoul3 = 4", 27 * 9}, {"PalCoul3 = 5", 27 * 9}, {"PalCoul3 = 1", 27 * 9}, {"PalCoul3 =", 27 * 9},
+        {"PalCoul3 = 7.6", 51 * 17}, {"PalCoul = 6", 39 * 7}, {"PalCoul2 = 0", 1 + 64}, {"PalCoul2 = 9", 1 + 512}};
     for (const auto& c : cas) {
         SCOPED_TRACE(c.ligne);
         auto s = LanceImprimante(c.ligne);
@@ -58,26 +27,18 @@ TEST(PalCoul, LevelsAndCellCount) {
     EXPECT_EQ(Messages(*LanceImprimante("PalCoul2 = 40000")).size(), 1);
 }
 
-// A cell's lower left corner and colour, by its index in drawing order.
 TEST(PalCoul, CellsAndColours) {
-    const struct {
-        const char* programme;
-        std::vector<Cellule> cellules;
-    } cas[] = {
-        // From black through the pure hue to white up a column; across the
-        // faces red, yellow, green, cyan, blue, magenta, red. Cells 4 x 10 mm.
+    const struct { const char* programme; std::vector<Cellule> cellules; } cas[] = {
+        // Black, pure hue, white up a column; across: red, yellow, green, cyan, blue, magenta, red. 4 x 10 mm.
         {"CentreI = 20, 30, N\nPalCoul3 = 4, 100, 90",
-         {{0, 20, 30, 0, 0, 0}, {2, 20, 50, 128, 0, 0}, {4, 20, 70, 255, 0, 0},
-          {6, 20, 90, 255, 128, 128}, {8, 20, 110, 255, 255, 255}, {9 * 4 + 4, 36, 70, 255, 255, 0},
-          {9 * 5 + 4, 40, 70, 191, 255, 0}, {9 * 9 + 4, 52, 70, 0, 255, 0},
-          {9 * 13 + 4, 68, 70, 0, 255, 255}, {9 * 17 + 4, 84, 70, 0, 0, 255},
+         {{0, 20, 30, 0, 0, 0}, {2, 20, 50, 128, 0, 0}, {4, 20, 70, 255, 0, 0}, {6, 20, 90, 255, 128, 128},
+          {8, 20, 110, 255, 255, 255}, {9 * 4 + 4, 36, 70, 255, 255, 0}, {9 * 5 + 4, 40, 70, 191, 255, 0},
+          {9 * 9 + 4, 52, 70, 0, 255, 0}, {9 * 13 + 4, 68, 70, 0, 255, 255}, {9 * 17 + 4, 84, 70, 0, 0, 255},
           {9 * 22 + 4, 100, 70, 255, 0, 255}, {9 * 26 + 4, 116, 70, 255, 0, 0}}},
         // From mid grey up to the pure hue, one half only.
         {"PalCoul = 4, 100, 50",
-         {{0, 0, 0, 127, 127, 127}, {1, 0, 10, 159, 95, 95}, {4, 0, 40, 255, 0, 0},
-          {5 * 6 + 4, 24, 40, 127, 255, 0}}},
-        // Patches 9 x 1 mm: red picks the band (the upper half of the bands in
-        // the right block), green the row, blue the column.
+         {{0, 0, 0, 127, 127, 127}, {1, 0, 10, 159, 95, 95}, {4, 0, 40, 255, 0, 0}, {5 * 6 + 4, 24, 40, 127, 255, 0}}},
+        // Patches 9 x 1 mm: red picks the band (upper half in the right block), green the row, blue the column.
         {"PalCoul2 = 4, 80, 40",
          {{0, 0, 0, 0, 0, 0}, {1, 9, 1, 63, 63, 63}, {1 + 16 + 4 + 1, 18, 7, 127, 127, 127},
           {1 + 32 + 4 + 3, 80, 2, 191, 127, 255}}},
@@ -86,14 +47,23 @@ TEST(PalCoul, CellsAndColours) {
         {"CentreI = 100, 100, N\nPalCoul2 = 4, 80, 40§90", {{1, 99, 109, 63, 63, 63}}},
     };
     for (const auto& c : cas) {
-        SCOPED_TRACE(c.programme);
-        ExpectCellules(*LanceImprimante(c.programme), c.cellules);
+        const auto cells = Cellules(*LanceImprimante(c.programme));
+        for (const Cellule& a : c.cellules) {
+            SCOPED_TRACE(QString("%1 #%2").arg(c.programme).arg(a.index).toStdString());
+            ASSERT_LT(a.index, cells.size());
+            const OpSurface& op = cells[a.index];
+            ASSERT_EQ(op.points.size(), 4);
+            EXPECT_NEAR(op.points[0].x(), a.x, 0.05);
+            EXPECT_NEAR(op.points[0].y(), a.y, 0.05);
+            EXPECT_EQ(op.remplissage.value_or(-1), RGB(a.r, a.v, a.b));
+            EXPECT_EQ(op.couleur, RGB(a.r, a.v, a.b));
+        }
     }
     // A patch's upper right corner; the four black strokes round a cube chart.
-    const OpSurface p = Cellules(*LanceImprimante("PalCoul2 = 4, 80, 40"))[1];
+    const OpSurface p = Cellules(*LanceImprimante(cas[2].programme))[1];
     EXPECT_NEAR(p.points[2].x(), 18, 0.05);
     EXPECT_NEAR(p.points[2].y(), 2, 0.05);
-    auto s = LanceImprimante("CentreI = 20, 30, N\nPalCoul3 = 4, 100, 90");
+    auto s = LanceImprimante(cas[0].programme);
     ASSERT_EQ(Lignes(*s).size(), 4);
     const OpSurface t = Lignes(*s).back();
     EXPECT_EQ(t.couleur, 0);
@@ -102,8 +72,7 @@ TEST(PalCoul, CellsAndColours) {
     EXPECT_MM(t.y2, 30);
 }
 
-// A pane that only paints skips the patches that the next row covers, and
-// the picture stays the one that every patch makes.
+// A pane that only paints skips the patches the next row covers, with the same picture.
 TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
     auto peint = [](bool enregistre) {
         Session s(Programme("CentreE = 10, 10, N\nPalCoul2 = 24, 270, 190"));
@@ -123,11 +92,10 @@ TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
     for (int y = 0; y < tout.height(); ++y)
         for (int x = 0; x < tout.width(); ++x) {
             const QRgb c = tout.pixel(x, y), v = visible.pixel(x, y);
-            if (c != qRgb(255, 255, 255)) ++encre;
-            if (c == v) continue;
-            ++differents;
-            ecart = std::max({ecart, std::abs(qRed(c) - qRed(v)), std::abs(qGreen(c) - qGreen(v)),
-                              std::abs(qBlue(c) - qBlue(v))});
+            encre += c != qRgb(255, 255, 255);
+            differents += c != v;
+            for (int k : {qRed(c) - qRed(v), qGreen(c) - qGreen(v), qBlue(c) - qBlue(v)})
+                ecart = std::max(ecart, std::abs(k));
         }
     // Only the soft edges of the thin patches may differ, by a level at most.
     EXPECT_GT(encre, 100000);

@@ -1,5 +1,4 @@
-// Curves from data files: the scaled line, blocks and their counts, the
-// statistics form, symbols, the rewritten file and the failures.
+// Curves from data files: scaled lines, blocks, statistics, symbols, failures.
 #include "outils.h"
 
 #include <QDir>
@@ -9,14 +8,12 @@
 #include <cmath>
 
 namespace {
-
-// A folder with a main program beside its data files.
+// A folder with a main program beside its data file.
 struct Dossier {
     QTemporaryDir d;
-    void Ecrit(const QString& nom, const QByteArray& texte) {
+    explicit Dossier(const QByteArray& donnees, const char* nom = "mesure.txt") {
         QFile f(d.filePath(nom));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(texte);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly) && f.write(donnees) == donnees.size());
     }
     std::unique_ptr<Session> Lance(const QString& lignes) {
         auto s = std::make_unique<Session>(Programme(lignes));
@@ -26,15 +23,11 @@ struct Dossier {
     }
 };
 
-const QByteArray Donnees = "'x;y\n0;0\n1;2\n2;3,5\n9\n'EOD\n5;1\n6;1R\n";
-
 double Longueur(const OpSurface& op) { return std::hypot(op.x2 - op.x1, op.y2 - op.y1); }
 
+// The short line "9" is passed over, "3,5" reads 3.5, "1R" is 1 + 1; blocks are not joined.
 TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
-    Dossier d;
-    d.Ecrit("mesure.txt", Donnees);
-    // The short line "9" is passed over, "3,5" reads 3.5, "1R" is 1 + 1;
-    // the two blocks are not joined.
+    Dossier d("'x;y\n0;0\n1;2\n2;3,5\n9\n'EOD\n5;1\n6;1R\n");
     auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 10, 0, 10, 0, , , %N\n");
     EXPECT_TRUE(Messages(*s).isEmpty()) << Messages(*s).join("|").toStdString();
     const auto l = Lignes(*s);
@@ -46,25 +39,17 @@ TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
 }
 
 TEST(Plot, SizesLimitsAndStatistics) {
-    Dossier d;
-    d.Ecrit("mesure.txt", "0;0\n1;5\n2;10\n4;20\n");
-    struct Cas {
-        QString ligne;
-        int traits;
-        double premier; // length of the first segment
-    } cas[] = {
-        // A plot 40 mm wide and 20 mm high over the data's range.
-        {"Plot = mesure§59, 1, 2, 0, 0§40, 0, 0§20\n", 3, std::hypot(10, 5)},
-        // Y limited to 0..10: the segment up to 20 is dropped.
-        {"Plot = mesure§59, 1, 2, 0, 1, 0, 1§§§0§10\n", 2, std::hypot(1, 5)},
-        // A step of 2 takes points 1 and 3, and the last one.
-        {"Plot = mesure§59, 1, 2§0§2, 0, 1, 0, 1\n", 2, std::hypot(2, 10)},
+    Dossier d("0;0\n1;5\n2;10\n4;20\n");
+    const struct { const char* ligne; int traits; double premier; /* first segment */ } cas[] = {
+        {"Plot = mesure§59, 1, 2, 0, 0§40, 0, 0§20\n", 3, std::hypot(10, 5)}, // 40 x 20 mm over the range
+        {"Plot = mesure§59, 1, 2, 0, 1, 0, 1§§§0§10\n", 2, std::hypot(1, 5)},  // Y limited to 0..10
+        {"Plot = mesure§59, 1, 2§0§2, 0, 1, 0, 1\n", 2, std::hypot(2, 10)},    // step 2, and the last point
     };
     for (const auto& c : cas) {
-        auto s = d.Lance(c.ligne);
-        const auto l = Lignes(*s);
-        ASSERT_EQ(l.size(), c.traits) << c.ligne.toStdString();
-        EXPECT_MM(Longueur(l[0]), c.premier) << c.ligne.toStdString();
+        SCOPED_TRACE(c.ligne);
+        const auto l = Lignes(*d.Lance(c.ligne));
+        ASSERT_EQ(l.size(), c.traits);
+        EXPECT_MM(Longueur(l[0]), c.premier);
     }
     auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 1, 0, 1, 0, %X, %Y, %N\n");
     EXPECT_TRUE(Lignes(*s).isEmpty());
@@ -73,9 +58,9 @@ TEST(Plot, SizesLimitsAndStatistics) {
     EXPECT_EQ(Variable(*s, "%N"), "4");
 }
 
+// A symbol command other than Plot in %CmdSymb is refused and the default symbol drawn.
 TEST(Plot, SymbolsAndRefusedSymbol) {
-    Dossier d;
-    d.Ecrit("mesure.txt", "0;0\n1;2\n2;4\n");
+    Dossier d("0;0\n1;2\n2;4\n");
     auto s = d.Lance("PlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
     EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
     EXPECT_TRUE(Lignes(*s).isEmpty());
@@ -85,21 +70,20 @@ TEST(Plot, SymbolsAndRefusedSymbol) {
     EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
 }
 
+// A missing or too short file shows the file error and the run goes on.
 TEST(Plot, MissingOrShortFileShowsTheFileError) {
-    Dossier d;
-    d.Ecrit("court.txt", "1;1\n");
-    for (const QString& ligne : {QString("Plot = absent, 1, 2, 0\n%Z = 1\n"),
-                                 QString("Plot = court§59, 1, 2, 5\n%Z = 1\n")}) {
+    Dossier d("1;1\n", "court.txt");
+    for (const char* ligne : {"Plot = absent, 1, 2, 0\n%Z = 1\n", "Plot = court§59, 1, 2, 5\n%Z = 1\n"}) {
+        SCOPED_TRACE(ligne);
         auto s = d.Lance(ligne);
-        ASSERT_EQ(Messages(*s).size(), 1) << ligne.toStdString();
+        ASSERT_EQ(Messages(*s).size(), 1);
         EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur fichier: ")) << Messages(*s)[0].toStdString();
-        EXPECT_EQ(Variable(*s, "%Z"), "1"); // the run went on
+        EXPECT_EQ(Variable(*s, "%Z"), "1");
     }
 }
 
 TEST(Plot, OffsetFormRewritesTheFile) {
-    Dossier d;
-    d.Ecrit("mesure.txt", "'tête\nCouleur = 255\n1;2\n0,5;1R\n");
+    Dossier d("'tête\nCouleur = 255\n1;2\n0,5;1R\n");
     const QString avant = QDir::currentPath();
     QDir::setCurrent(d.d.path());
     auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\n");
@@ -109,5 +93,4 @@ TEST(Plot, OffsetFormRewritesTheFile) {
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_EQ(QString::fromUtf8(f.readAll()), "'tête\r\nCouleur = 255\r\n11.0;2.25\r\n10.5;1.0r\r\n");
 }
-
 } // namespace

@@ -3,33 +3,25 @@
 #include "outils.h"
 #include "outils_fenetre.h"
 
-#include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 namespace {
 
-struct Resultat {
-    int code = -1;
-    QByteArray out, err;
-};
+struct Resultat { int code = -1; QByteArray out, err; };
 
 Resultat Execute(const QString& programme, const QStringList& args,
                  const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
     QProcess p;
     p.setProcessEnvironment(env);
     p.start(programme, args);
-    if (!p.waitForFinished(90000)) {
-        p.kill();
-        p.waitForFinished();
-        return {-1, {}, "did not end"};
-    }
-    return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+    if (p.waitForFinished(90000)) return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+    p.kill();
+    p.waitForFinished();
+    return {-1, {}, "did not end"};
 }
 
 Resultat Mirel(const QStringList& args) { return Execute(QStringLiteral(MIREL_BINARY), args); }
@@ -50,28 +42,22 @@ QImage Rasterise(const QString& pdf, int dpi, const QTemporaryDir& d) {
 
 bool ARouge(const QImage& im) {
     for (int y = 0; y < im.height(); ++y)
-        for (int x = 0; x < im.width(); ++x) {
-            const QColor c = im.pixelColor(x, y);
-            if (c.red() > 200 && c.green() < 80 && c.blue() < 80) return true;
-        }
+        for (int x = 0; x < im.width(); ++x)
+            if (const QColor c = im.pixelColor(x, y); c.red() > 200 && c.green() < 80 && c.blue() < 80) return true;
     return false;
 }
 
 // The largest rise of grey down the middle column of the non-white part of
-// an image: a gradient from light to dark only falls, a seam between two
-// bands shows as a rise.
+// an image, inside the outline: a light-to-dark gradient only falls, a seam
+// between two bands shows as a rise.
 int RemonteeGradient(const QImage& im) {
-    int x0 = im.width(), x1 = -1, y0 = im.height(), y1 = -1;
+    QRect r;
     for (int y = 0; y < im.height(); ++y)
         for (int x = 0; x < im.width(); ++x)
-            if (qGray(im.pixel(x, y)) < 250) {
-                x0 = std::min(x0, x); x1 = std::max(x1, x);
-                y0 = std::min(y0, y); y1 = std::max(y1, y);
-            }
-    const int x = (x0 + x1) / 2;
+            if (qGray(im.pixel(x, y)) < 250) r |= QRect(x, y, 1, 1);
+    const int x = r.center().x();
     int pire = 0;
-    // Inside the outline, clear of its pen.
-    for (int y = y0 + 4; y < y1 - 5; ++y)
+    for (int y = r.top() + 4; y < r.bottom() - 5; ++y)
         pire = std::max(pire, qGray(im.pixel(x, y + 1)) - qGray(im.pixel(x, y)));
     return pire;
 }
@@ -87,96 +73,91 @@ TEST(Sorties, TimeLimitStopsALoopAndKeepsTheDrawing) {
     EXPECT_EQ(dump.code, 3);
     EXPECT_TRUE(dump.err.contains("--timeout")) << dump.err.constData();
     EXPECT_FALSE(QJsonDocument::fromJson(dump.out).isNull());
-
-    const Resultat render = Mirel({"render", boucle, "-o", d.filePath("boucle.png"), "--dpi", "50",
-                                   "--timeout", "1"});
+    const Resultat render = Mirel({"render", boucle, "-o", d.filePath("b.png"), "--dpi", "50", "--timeout", "1"});
     EXPECT_EQ(render.code, 3);
     EXPECT_TRUE(render.err.contains("--timeout")) << render.err.constData();
-    EXPECT_TRUE(ARouge(QImage(d.filePath("boucle.png"))));
+    EXPECT_TRUE(ARouge(QImage(d.filePath("b.png"))));
     EXPECT_EQ(Mirel({"dump", boucle, "--timeout", "x"}).code, 2);
 }
 
-// A drawing loop is stopped past the limit of operations, with the journal
-// bounded; Esc's flag is what stops it, so the window's Esc still works.
+// A drawing loop stops at the limit of operations with the journal bounded;
+// the next run starts with a fresh count.
 TEST(Sorties, DrawingLoopStopsAtTheLimitOfOperations) {
     auto s = Lance("E1:\nArc = 40, 140, 60\nGrad = 30000, 2\nGoto E1\n");
     EXPECT_EQ(s->journal.size(), MaxOperationsRun);
     EXPECT_TRUE(s->Arret().contains(QStringLiteral("drawing operations")));
-    EXPECT_GE(MaxOperationsRun, 10 * 50100);
-    // The next run starts with a fresh count.
     s->hote.SetTexte(Programme("Arc = 40, 140, 60\n"));
     s->Execute();
     EXPECT_TRUE(s->Arret().isEmpty());
 }
 
-// A page wider than high is a landscape page; PDF pages are the size asked to
-// 0.01 mm, and carry the program's name as title.
+// PDF pages are the size asked to 0.01 mm (--landscape turns them), titled
+// after the program.
 TEST(Sorties, PagesLandscapeAndExact) {
     QTemporaryDir d;
     const QString cercle = Ecrit(d, "cercle rouge.dat", "CercleP = 20, 20, 10,,,ROUGE\n");
+    const QRegularExpression taille(QStringLiteral("Page size:\\s+([0-9.]+) x ([0-9.]+) pts"));
     struct Cas { QStringList page; double w, h; };
     for (const Cas& c : {Cas{{"--page", "280x130"}, 280, 130}, Cas{{"--page", "150x60"}, 150, 60},
-                         Cas{{"--page", "130x280", "--landscape"}, 280, 130},
-                         Cas{{"--page", "100x80"}, 100, 80}, Cas{{"--page", "A4"}, 210, 297}}) {
+                         Cas{{"--page", "130x280", "--landscape"}, 280, 130}, Cas{{"--page", "A4"}, 210, 297}}) {
+        SCOPED_TRACE(c.page.join(' ').toStdString());
         const QString pdf = d.filePath("p.pdf");
-        ASSERT_EQ(Mirel(QStringList{"render", cercle, "-o", pdf} + c.page).code, 0) << c.page.join(' ').toStdString();
+        ASSERT_EQ(Mirel(QStringList{"render", cercle, "-o", pdf} + c.page).code, 0);
         const QString info = QString::fromUtf8(Execute("pdfinfo", {pdf}).out);
-        const QRegularExpressionMatch m =
-            QRegularExpression(QStringLiteral("Page size:\\s+([0-9.]+) x ([0-9.]+) pts")).match(info);
+        const QRegularExpressionMatch m = taille.match(info);
         ASSERT_TRUE(m.hasMatch()) << info.toStdString();
-        EXPECT_NEAR(m.captured(1).toDouble() / 72 * 25.4, c.w, 0.01) << c.page.join(' ').toStdString();
-        EXPECT_NEAR(m.captured(2).toDouble() / 72 * 25.4, c.h, 0.01) << c.page.join(' ').toStdString();
+        EXPECT_NEAR(m.captured(1).toDouble() / 72 * 25.4, c.w, 0.01);
+        EXPECT_NEAR(m.captured(2).toDouble() / 72 * 25.4, c.h, 0.01);
         EXPECT_TRUE(info.contains(QRegularExpression(QStringLiteral("Title:\\s+cercle rouge\\n"))));
-        EXPECT_TRUE(ARouge(Rasterise(pdf, 30, d))) << c.page.join(' ').toStdString();
+        EXPECT_TRUE(ARouge(Rasterise(pdf, 30, d)));
     }
 }
 
-// The printer's one-dot line is at least a pixel wide at 150 dpi: its
-// darkest pixels are dark, not a light grey.
-TEST(Sorties, ThinnestLineIsOnePixel) {
+// The thinnest line is dark at 150 dpi, not a light grey; the bands of a
+// gradient join without a lighter seam, in PNG and in PDF, at two resolutions.
+TEST(Sorties, ThinLinesAndGradientBands) {
     QTemporaryDir d;
-    const QString arc = Ecrit(d, "arc.dat", "Arc = 30, 150, 60\n");
-    ASSERT_EQ(Mirel({"render", arc, "-o", d.filePath("arc.png"), "--dpi", "150"}).code, 0);
-    const QImage im(d.filePath("arc.png"));
+    ASSERT_EQ(Mirel({"render", Ecrit(d, "arc.dat", "Arc = 30, 150, 60\n"), "-o", d.filePath("arc.png"),
+                     "--dpi", "150"}).code, 0);
+    const QImage arc(d.filePath("arc.png"));
     int plusSombre = 255;
-    for (int y = 0; y < im.height(); ++y)
-        for (int x = 0; x < im.width(); ++x) plusSombre = std::min(plusSombre, qGray(im.pixel(x, y)));
+    for (int y = 0; y < arc.height(); ++y)
+        for (int x = 0; x < arc.width(); ++x) plusSombre = std::min(plusSombre, qGray(arc.pixel(x, y)));
     EXPECT_LT(plusSombre, 60);
-}
 
-// The bands of a gradient join without a lighter seam, in PNG and in the
-// PDF drawn by poppler, at several resolutions.
-TEST(Sorties, GradientBandsJoinWithoutSeams) {
-    QTemporaryDir d;
     const QString cadre = Ecrit(d, "degrade.dat", "CadreAP = 10, 50, 50, 90, 20, VERT§NOIR\n");
-    for (const char* dpi : {"150", "97"}) {
-        ASSERT_EQ(Mirel({"render", cadre, "-o", d.filePath("g.png"), "--dpi", dpi}).code, 0);
-        EXPECT_LE(RemonteeGradient(QImage(d.filePath("g.png"))), 2) << "png " << dpi;
-    }
     ASSERT_EQ(Mirel({"render", cadre, "-o", d.filePath("g.pdf")}).code, 0);
-    for (int dpi : {150, 97})
+    for (int dpi : {150, 97}) {
+        ASSERT_EQ(Mirel({"render", cadre, "-o", d.filePath("g.png"), "--dpi", QString::number(dpi)}).code, 0);
+        EXPECT_LE(RemonteeGradient(QImage(d.filePath("g.png"))), 2) << "png " << dpi;
         EXPECT_LE(RemonteeGradient(Rasterise(d.filePath("g.pdf"), dpi, d)), 2) << "pdf " << dpi;
+    }
 }
 
 // An output that cannot be written: status 2, the file and the system's
-// reason on stderr.
-TEST(Sorties, FailedWritesAreReported) {
+// reason on stderr. Drawing off the page is a warning; the status stays 0.
+TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     QTemporaryDir d;
     const QString cercle = Ecrit(d, "c.dat", "CercleP = 20, 20, 10,,,ROUGE\n");
     QDir(d.path()).mkdir("dossier.pdf");
     QDir(d.path()).mkdir("dossier.svg");
-    for (const QString& sortie : {d.filePath("dossier.pdf"), d.filePath("dossier.svg"),
-                                  d.filePath("absent/c.png")}) {
+    for (const QString& sortie : {d.filePath("dossier.pdf"), d.filePath("dossier.svg"), d.filePath("absent/c.png")}) {
         const Resultat r = Mirel({"render", cercle, "-o", sortie});
-        EXPECT_EQ(r.code, 2) << sortie.toStdString();
         const QString err = QString::fromUtf8(r.err);
-        EXPECT_TRUE(err.contains(QStringLiteral("cannot write ") + sortie + QStringLiteral(": "))) << err.toStdString();
-        EXPECT_GT(err.section(sortie + QStringLiteral(": "), 1).trimmed().size(), 3) << err.toStdString();
+        EXPECT_EQ(r.code, 2) << sortie.toStdString();
+        EXPECT_TRUE(err.contains("cannot write " + sortie + ": ")) << err.toStdString();
+        EXPECT_GT(err.section(sortie + ": ", 1).trimmed().size(), 3) << err.toStdString();
+    }
+    struct Cas { const char* programme; bool hors; };
+    for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false}, Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
+                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true}}) {
+        const Resultat r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
+        EXPECT_EQ(r.code, 0) << c.programme;
+        EXPECT_EQ(r.err.contains("runs off the page"), c.hors) << c.programme << r.err.constData();
     }
 }
 
-// In the window, an export that cannot be written says so in a box, with the
-// file and the system's reason.
+// In the window, an export that cannot be written says so in a box.
 TEST(Sorties, FailedExportShowsABox) {
     Banc b;
     Form1& f = b.Demarre(QStringLiteral("CercleP = 20, 20, 10,,,ROUGE"));
@@ -185,34 +166,18 @@ TEST(Sorties, FailedExportShowsABox) {
     b.boites.reponses = {dossier};
     f.Exporte(QStringLiteral("pdf"));
     ASSERT_EQ(b.boites.Messages().size(), 1);
-    EXPECT_TRUE(b.boites.Messages()[0].contains(QStringLiteral("cannot write ") + dossier + QStringLiteral(": ")));
+    EXPECT_TRUE(b.boites.Messages()[0].contains("cannot write " + dossier + ": "));
 }
 
-// A drawing that runs off the page is reported on stderr; the status stays 0.
-TEST(Sorties, OffPageDrawingIsReported) {
-    QTemporaryDir d;
-    struct Cas { const char* programme; bool hors; };
-    for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false},
-                         Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
-                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true}}) {
-        const QString p = Ecrit(d, "h.dat", QString::fromUtf8(c.programme));
-        const Resultat r = Mirel({"render", p, "-o", d.filePath("h.png"), "--dpi", "30"});
-        EXPECT_EQ(r.code, 0) << c.programme;
-        EXPECT_EQ(r.err.contains("runs off the page"), c.hors) << c.programme << r.err.constData();
-    }
-}
-
-// Nobody at the window: a first start (no settings yet) and a failing program
-// end by themselves with a screenshot, the boxes answered.
+// Nobody at the window: a first start (no settings yet) with a failing program
+// ends by itself with a screenshot, the boxes answered.
 TEST(Sorties, ScreenshotNeverWaitsOnAPerson) {
     QTemporaryDir d;
-    const QString faux = Ecrit(d, "faux.dat", "Input = Rayon?§12, %R\nPasUneCommande = 1\n");
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert("QT_QPA_PLATFORM", "offscreen");
     env.insert("XDG_CONFIG_HOME", d.filePath("config"));
     env.insert("HOME", d.path());
-    const Resultat r = Execute(QStringLiteral(MIREL_BINARY),
-                               {"--screenshot", d.filePath("s.png"), faux}, env);
-    EXPECT_NE(r.code, -1) << "the window waited";
+    const QString faux = Ecrit(d, "faux.dat", "Input = Rayon?§12, %R\nPasUneCommande = 1\n");
+    EXPECT_NE(Execute(MIREL_BINARY, {"--screenshot", d.filePath("s.png"), faux}, env).code, -1) << "the window waited";
     EXPECT_TRUE(QFile::exists(d.filePath("s.png")));
 }
