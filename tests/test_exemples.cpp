@@ -73,6 +73,7 @@ const std::map<QString, std::pair<QStringList, QStringList>> Textes = {
     {"ohmmetre.dat", {{"1Ω", "10Ω", "100Ω", "1kΩ", "10kΩ", "100kΩ", "1MΩ"}, {"1E-3", "500k"}}},
     {"zones.dat", {{}, {"100 %"}}},
     {"facade.dat", {{}, {"30 V", "13.8 V"}}},
+    {"plan_facade.dat", {{}, {"160", "100", "30", "60", "130", "20", "42", "64", "12", "92", "46", "5", "Ø22"}}},
 };
 
 // Red bands: the VU meter's at deviation 120 (where the needle ray meets the band's circle about the
