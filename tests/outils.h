@@ -5,6 +5,9 @@
 #include "app/core/session.h"
 #include "language/erreur.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -59,6 +62,28 @@ inline QString Variable(Session& s, const QString& nom) {
         if (c.NomVar[i].compare(nom, Qt::CaseInsensitive) == 0) return c.ValVar[i];
     return QString();
 }
+
+// A program run as a process: its exit code (-1 when it did not end within
+// 90 s), standard output and standard error.
+struct SortieProcessus {
+    int code = -1;
+    QByteArray out, err;
+    QJsonObject Json() const { return QJsonDocument::fromJson(out).object(); }
+};
+
+inline SortieProcessus Execute(const QString& programme, const QStringList& args,
+                               const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.start(programme, args);
+    if (p.waitForFinished(90000)) return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+    p.kill();
+    p.waitForFinished();
+    return {-1, {}, "did not end"};
+}
+
+// The mirel program built with the tests.
+inline SortieProcessus Mirel(const QStringList& args) { return Execute(QStringLiteral(MIREL_BINARY), args); }
 
 // GoogleTest prints QStrings as text.
 QT_BEGIN_NAMESPACE

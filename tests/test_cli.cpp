@@ -11,19 +11,6 @@
 
 namespace {
 
-struct Sortie {
-    int code = -1;
-    QByteArray out, err;
-    QJsonObject Json() const { return QJsonDocument::fromJson(out).object(); }
-};
-
-Sortie Mirel(const QStringList& args) {
-    QProcess p;
-    p.start(QStringLiteral(MIREL_BINARY), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
-}
-
 QString Fichier(const QTemporaryDir& d, const QString& texte, const QString& nom = "p.dat") {
     QFile f(d.filePath(nom));
     f.open(QIODevice::WriteOnly);
@@ -61,7 +48,7 @@ TEST(Cli, ExitStatus) {
         {{"render", bon, "-o", d.filePath("o.txt")}, 2, ""},
     };
     for (const auto& [args, code, texte] : cas) {
-        const Sortie s = Mirel(args);
+        const SortieProcessus s = Mirel(args);
         EXPECT_EQ(s.code, code) << args.join(' ').toStdString();
         EXPECT_TRUE((s.out + s.err).contains(texte)) << s.err.toStdString();
     }
@@ -70,7 +57,7 @@ TEST(Cli, ExitStatus) {
 
 TEST(Cli, DumpGivesTheJsonOfTheRunWithItsOptions) {
     QTemporaryDir d;
-    const Sortie s = Mirel({"dump", Fichier(d, "CentreE = 50, 40\r\n%A = 5\r\nCT = %A, 0, ROUGE\r\n")});
+    const SortieProcessus s = Mirel({"dump", Fichier(d, "CentreE = 50, 40\r\n%A = 5\r\nCT = %A, 0, ROUGE\r\n")});
     ASSERT_EQ(s.code, 0) << s.err.toStdString();
     const QJsonObject o = s.Json(), l = o["ops"].toArray().last().toObject();
     EXPECT_GE(o["ops"].toArray().size(), 4);
@@ -88,7 +75,7 @@ TEST(Cli, DumpGivesTheJsonOfTheRunWithItsOptions) {
     EXPECT_EQ(en["buttons"].toString() + " " + en["text"].toString(), "ok Command error in line: 1: Inconnu = 1\r\n");
     const QJsonObject de = Mirel({"dump", f, "--lang", "de"}).Json()["messages"].toArray()[0].toObject();
     EXPECT_TRUE(de["text"].toString().startsWith("Befehlsfehler in Zeile: 1: "));
-    const Sortie p = Mirel({"dump", Fichier(d, "CentreEI = 10, 10\r\n"), "--printer"});
+    const SortieProcessus p = Mirel({"dump", Fichier(d, "CentreEI = 10, 10\r\n"), "--printer"});
     EXPECT_NEAR(p.Json()["ops"].toArray().last().toObject()["width_mm"].toDouble(), 25.4 / 600, 1e-9);
     const QJsonObject r = Mirel({"dump", Fichier(d, "Input = R?, %R\r\nListeVar = x\r\nCT = 1, 1\r\n"), "--input", "7",
                                  "--answer", "cancel"}).Json();

@@ -11,14 +11,6 @@
 
 namespace {
 
-struct Sortie { int code = -1; QString out, err; };
-
-Sortie Execute(const QString& programme, const QStringList& args) {
-    QProcess p;
-    p.start(programme, args);
-    if (!p.waitForFinished(90000)) return {};
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
 
 // A printer that writes its job to a PDF file.
 std::unique_ptr<QPrinter> PdfImprimante(const QString& fichier) {
@@ -138,9 +130,9 @@ TEST(Impression, CommandLineExitStatus) {
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2,
                              "no such printer: file_d_attente_absente"},
                          Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"}}) {
-        const Sortie s = Execute(MIREL_BINARY, QStringList{"print"} + c.args);
+        const SortieProcessus s = Execute(MIREL_BINARY, QStringList{"print"} + c.args);
         EXPECT_EQ(s.code, c.code) << c.args.join(' ').toStdString() << s.err.toStdString();
-        EXPECT_TRUE(s.err.contains(c.err)) << s.err.toStdString();
+        EXPECT_TRUE(QString::fromUtf8(s.err).contains(c.err)) << s.err.toStdString();
     }
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
 }

@@ -11,20 +11,6 @@
 
 namespace {
 
-struct Resultat { int code = -1; QByteArray out, err; };
-
-Resultat Execute(const QString& programme, const QStringList& args,
-                 const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
-    QProcess p;
-    p.setProcessEnvironment(env);
-    p.start(programme, args);
-    if (p.waitForFinished(90000)) return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
-    p.kill();
-    p.waitForFinished();
-    return {-1, {}, "did not end"};
-}
-
-Resultat Mirel(const QStringList& args) { return Execute(QStringLiteral(MIREL_BINARY), args); }
 
 QString Ecrit(const QTemporaryDir& d, const QString& nom, const QString& lignes) {
     QFile f(d.filePath(nom));
@@ -69,11 +55,11 @@ int RemonteeGradient(const QImage& im) {
 TEST(Sorties, TimeLimitStopsALoopAndKeepsTheDrawing) {
     QTemporaryDir d;
     const QString boucle = Ecrit(d, "boucle.dat", "CercleP = 20, 20, 10,,,ROUGE\nE1:\nGoto E1\n");
-    const Resultat dump = Mirel({"dump", boucle, "--timeout", "1"});
+    const SortieProcessus dump = Mirel({"dump", boucle, "--timeout", "1"});
     EXPECT_EQ(dump.code, 3);
     EXPECT_TRUE(dump.err.contains("--timeout")) << dump.err.constData();
     EXPECT_FALSE(QJsonDocument::fromJson(dump.out).isNull());
-    const Resultat render = Mirel({"render", boucle, "-o", d.filePath("b.png"), "--dpi", "50", "--timeout", "1"});
+    const SortieProcessus render = Mirel({"render", boucle, "-o", d.filePath("b.png"), "--dpi", "50", "--timeout", "1"});
     EXPECT_EQ(render.code, 3);
     EXPECT_TRUE(render.err.contains("--timeout")) << render.err.constData();
     EXPECT_TRUE(ARouge(QImage(d.filePath("b.png"))));
@@ -142,7 +128,7 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     QDir(d.path()).mkdir("dossier.pdf");
     QDir(d.path()).mkdir("dossier.svg");
     for (const QString& sortie : {d.filePath("dossier.pdf"), d.filePath("dossier.svg"), d.filePath("absent/c.png")}) {
-        const Resultat r = Mirel({"render", cercle, "-o", sortie});
+        const SortieProcessus r = Mirel({"render", cercle, "-o", sortie});
         const QString err = QString::fromUtf8(r.err);
         EXPECT_EQ(r.code, 2) << sortie.toStdString();
         EXPECT_TRUE(err.contains("cannot write " + sortie + ": ")) << err.toStdString();
@@ -151,7 +137,7 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     struct Cas { const char* programme; bool hors; };
     for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false}, Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
                          Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true}}) {
-        const Resultat r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
+        const SortieProcessus r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
         EXPECT_EQ(r.code, 0) << c.programme;
         EXPECT_EQ(r.err.contains("runs off the page"), c.hors) << c.programme << r.err.constData();
     }
