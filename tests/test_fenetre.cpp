@@ -23,15 +23,11 @@ void DoubleClic(Form1& f, QPointF p, Qt::KeyboardModifiers m = {}) {
 }
 
 // Runs `action` on the modal dialog of type D once it is open.
-template <class D>
-void QuandOuvert(std::function<void(D*)> action) {
+template <class D> void QuandOuvert(std::function<void(D*)> action) {
     auto* minuteur = new QTimer;
     QObject::connect(minuteur, &QTimer::timeout, [minuteur, action] {
-        if (auto* d = qobject_cast<D*>(QApplication::activeModalWidget())) {
-            minuteur->stop();
-            minuteur->deleteLater();
-            action(d);
-        }
+        if (auto* d = qobject_cast<D*>(QApplication::activeModalWidget()))
+            minuteur->stop(), minuteur->deleteLater(), action(d);
     });
     minuteur->start(10);
 }
