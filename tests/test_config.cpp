@@ -51,8 +51,7 @@ TEST(Config, LocationOfTheFile) {
     const QByteArray contenu = Lignes({EnteteConfig(V1), EnteteConfig2(), "LangueMenu = Deutsch", "Zmm = 1.02"});
     Ecrit(d.P() + "Mirel.cfg", contenu);
     EmplacementConfig lieu = LocaliseConfig(d.P(), d.T(), d.X());
-    EXPECT_TRUE(lieu.EcritureInterdite);
-    EXPECT_EQ(lieu.DossierCfg, d.P());
+    EXPECT_TRUE(lieu.EcritureInterdite && lieu.DossierCfg == d.P());
     Config c = ChargeConfig(lieu, V1);
     EXPECT_TRUE(c.LangueMenu == "Deutsch" && c.Zmm == 1.02f);
     EXPECT_FALSE(EcritConfig(lieu, CleCfg::Zmm, "2", V2));
@@ -72,8 +71,7 @@ TEST(Config, LocationOfTheFile) {
     }
     Ecrit(d.T() + "mirel.desktop", "x");
     lieu = LocaliseConfig(d.P() + "missing/", d.T(), d.X());
-    EXPECT_FALSE(lieu.ProgrammeUtilisable);
-    EXPECT_EQ(lieu.DossierCfg, d.X());
+    EXPECT_TRUE(!lieu.ProgrammeUtilisable && lieu.DossierCfg == d.X());
     ChargeConfig(lieu, V1);
     EXPECT_EQ(Lit(d.X() + "Mirel.cfg"), Defaut);
     EXPECT_EQ(LocaliseConfig(d.P() + "missing/", d.T(), {}).DossierCfg, d.T());
@@ -81,8 +79,7 @@ TEST(Config, LocationOfTheFile) {
     Ecrit(d.T() + "Mirel.cfg", Lignes({EnteteConfig(V1), "Langue = English"}));
     lieu = LocaliseConfig(d.P(), d.T(), d.X());
     EXPECT_EQ(lieu.DossierCfg, d.T());
-    EXPECT_TRUE(EcritConfig(lieu, CleCfg::Langue, "Castellano", V1));
-    EXPECT_EQ(ChargeConfig(lieu, V1).Langue, "Castellano");
+    EXPECT_TRUE(EcritConfig(lieu, CleCfg::Langue, "Castellano", V1) && ChargeConfig(lieu, V1).Langue == "Castellano");
     EXPECT_TRUE(DossierTestable(d.T()) && !QFileInfo::exists(d.T() + "Tmp$.tst"));
     EXPECT_FALSE(DossierTestable(d.P() + "missing") || DossierTestable(d.P() + "mirel"));
 }

@@ -518,11 +518,8 @@ TEST(Fenetre, OpenMovesTheWorkingFolderOfTheRun) {
     Banc b;
     QTemporaryDir autre;
     for (auto [nom, texte] : {std::pair{"lib.dat", "%IRE$#0vu = 1\r\n"}, {"Mirel.daN", "' other template\r\n"},
-                              {"main.dat", "Fichier = lib\r\n%f = %File\r\n%p = %Path\r\n"}}) {
-        QFile fi(autre.filePath(nom));
-        fi.open(QIODevice::WriteOnly);
-        fi.write(texte);
-    }
+                              {"main.dat", "Fichier = lib\r\n%f = %File\r\n%p = %Path\r\n"}})
+        if (QFile fi(autre.filePath(nom)); fi.open(QIODevice::WriteOnly)) fi.write(texte);
     Form1& f = b.Demarre("' start\r\n");
     b.boites.reponses = {autre.filePath("main.dat")};
     f.Mnu_Ouvrir_Click();
