@@ -322,7 +322,8 @@ TEST(Fenetre, DoubleClickPansAndF6PositionsTheView) {
     const QPointF p = f.VersSurface(QPointF(120, 90));
     const double ux = p.x() - f.e.Repere.SourisOrigineX, uy = p.y() - f.e.Repere.SourisOrigineY;
     DoubleClic(f, QPointF(120, 90));
-    EXPECT_EQ(QPointF(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY), QPointF(ux, uy));
+    EXPECT_NEAR(f.e.Repere.DecalageVueX, ux, 1e-9);
+    EXPECT_NEAR(f.e.Repere.DecalageVueY, uy, 1e-9);
     const Surface* s = f.pane->surface();
     EXPECT_NEAR(f.e.Repere.OrigineX + ux, (s->ScaleWidth - f.LargeurEditeurUnites()) / 2, 1e-6);
     EXPECT_NEAR(f.e.Repere.OrigineY + uy, -s->ScaleHeight / 2, 1e-6);
