@@ -63,7 +63,7 @@ TEST(Meter, ScalesVariantsAndInversion) {
     for (const Cas& c : cas) {
         SCOPED_TRACE(c.f21.toStdString());
         const QStringList l = Importe(Mtr(Echelle1 + "\r\n" + Echelle2, c.f18, c.f19, c.f21)).Texte.split("\r\n");
-        for (const QString& p : c.presentes) EXPECT_EQ(l.count(p), 1) << p.toStdString();
+        for (const QString& p : c.presentes) EXPECT_TRUE(p == "Inversion" ? l.count(p) == 1 : l.contains(p)) << p.toStdString();
         for (const QString& a : c.absentes)
             for (const QString& x : l) EXPECT_FALSE(x.startsWith(a)) << x.toStdString();
     }
