@@ -110,6 +110,13 @@ TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
             EXPECT_EQ(b.boites.Messages()[0], LoadResString(118));
         }
         EXPECT_EQ(Copies(etat.path()), 2) << parLeMenu;
+        // Open and New ask before they replace the text; Cancel keeps it.
+        for (auto commande : {&Form1::Mnu_Ouvrir_Click, &Form1::Mnu_Nouveau_Click}) {
+            b.boites.reponses = {int(Reponse::Annuler)};
+            (f.*commande)();
+            EXPECT_EQ(b.boites.Messages().last(), LoadResString(118));
+            EXPECT_EQ(f.RTB1->TexteCrLf(), "CT = 3, 3' a\r\n");
+        }
         // The quit asks again, saying the text is not saved; Yes offers another name.
         b.boites.reponses = {int(Reponse::Annuler)};
         EXPECT_FALSE(f.close());

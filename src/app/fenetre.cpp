@@ -1007,13 +1007,16 @@ bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichi
     fichiers_.NomCourant = NomCourant;
     fichiers_.FichierCourant = FichierCourant;
     fichiers_.DossierFichier = DossierFichier;
-    fichiers_.Modifie = Modifie();
+    // A text that a failed Save left off the disk is asked about before Open
+    // or New replaces it, as a modified one; its flag stays as the Save left it.
+    const bool horsDisque = !Modifie() && secours->HorsDisque;
+    fichiers_.Modifie = Modifie() || horsDisque;
     PontFichiers pont(*this);
     const bool r = commande(fichiers_, pont);
     NomCourant = fichiers_.NomCourant;
     FichierCourant = fichiers_.FichierCourant;
     DossierFichier = fichiers_.DossierFichier;
-    SetModifie(fichiers_.Modifie);
+    SetModifie(fichiers_.Modifie && !horsDisque);
     EcritCaption();
     return r;
 }
