@@ -62,20 +62,24 @@ void SurfacePeinte::EndDoc() {
 // Wide pens: round ends and round joins, for lines, circles
 // and polygons alike. No pen is thinner than one pixel of the device painted
 // on: the printer's dot at 600 dpi is a quarter of a pixel at 150 dpi.
-QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
+const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
+    if (stylo_ && stylo_->couleur == c && stylo_->largeur == w) return stylo_->pen;
     QPen pen(c);
     pen.setWidthF(std::max(double(std::max(1, w)), 1.0 / echelle_));
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
-    return pen;
+    stylo_ = StyloFait{c, w, pen};
+    return stylo_->pen;
 }
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     if (!painter_) return;
     dernier_.reset();
-    const double m = Stylo(c, w).widthF() / 2;
-    Etend(QRectF(a, b).normalized().adjusted(-m, -m, m, m));
-    painter_->setPen(Stylo(c, w));
+    const QPen& pen = Stylo(c, w);
+    const double m = pen.widthF() / 2;
+    Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
+                 QPointF(std::max(a.x(), b.x()) + m, std::max(a.y(), b.y()) + m)));
+    painter_->setPen(pen);
     if (a == b) {
         painter_->drawPoint(a);
         return;

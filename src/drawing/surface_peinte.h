@@ -49,7 +49,15 @@ public:
 private:
     bool pageRefusee_ = false;
     void Ouvre();
-    QPen Stylo(const QColor& c, int w) const;
+    // The pen of a colour and width, made again only when they change: a
+    // curve of many thousand segments draws them all with one pen.
+    const QPen& Stylo(const QColor& c, int w);
+    struct StyloFait {
+        QColor couleur;
+        int largeur = 0;
+        QPen pen;
+    };
+    std::optional<StyloFait> stylo_;
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
     // The last filled polygon painted, when nothing came since: the band of
     // a gradient before the next one.
