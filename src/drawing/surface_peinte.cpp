@@ -25,6 +25,23 @@ bool CoteCommun(const QVector<QPointF>& a, const QVector<QPointF>& b) {
     return false;
 }
 
+// The rectangle of a polygon of four corners with its sides along the axes,
+// the corners on whole pixels of the device painted on (`echelle` device
+// pixels to a pixel of the Surface); none for any other polygon.
+std::optional<QRectF> RectanglePixels(const QVector<QPointF>& p, double echelle) {
+    if (p.size() != 4) return {};
+    for (const QPointF& q : p) {
+        const double x = q.x() * echelle, y = q.y() * echelle;
+        if (x != std::nearbyint(x) || y != std::nearbyint(y)) return {};
+    }
+    const bool hv = p[0].y() == p[1].y() && p[1].x() == p[2].x() && p[2].y() == p[3].y() &&
+                    p[3].x() == p[0].x();
+    const bool vh = p[0].x() == p[1].x() && p[1].y() == p[2].y() && p[2].x() == p[3].x() &&
+                    p[3].y() == p[0].y();
+    if (!hv && !vh) return {};
+    return QRectF(p[0], p[2]).normalized();
+}
+
 QPainterPath Chemin(const QVector<QPointF>& pts) {
     QPainterPath c;
     c.addPolygon(QPolygonF(pts));
@@ -154,15 +171,27 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // spiking out of it (a miter join would poke past it).
     const double m = Stylo(c, w).widthF() / 2;
     Etend(QPolygonF(pts).boundingRect().adjusted(-m, -m, m, m));
+    // A rectangle on whole device pixels (the cells of a colour chart) has
+    // no antialiased edge: its fill covers its pixels whole and nothing
+    // beyond, so it is filled as a plain rectangle, much quicker than a
+    // polygon and the same pixels.
+    const std::optional<QRectF> rectangle = RectanglePixels(pts, echelle_);
     // The next band of a gradient: the former band's colour goes under both
     // first, so that the new band's antialiased edge blends into it rather
     // than into the paper, and no light seam shows at any resolution.
-    if (remp && dernier_ && CoteCommun(dernier_->points, pts))
+    // Between two rectangles on whole pixels there is no such edge, and the
+    // new one's fill covers all that this would paint.
+    if (remp && dernier_ && !(rectangle && dernier_->rectangle) && CoteCommun(dernier_->points, pts))
         painter_->fillPath(Chemin(dernier_->points).united(Chemin(pts)), dernier_->remplissage);
     dernier_.reset();
-    if (remp) dernier_ = DernierPolygone{pts, *remp};
+    if (remp) dernier_ = DernierPolygone{pts, *remp, rectangle.has_value()};
     painter_->setPen(Stylo(c, w));
-    painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
+    if (remp && rectangle) {
+        if (!rectangle->isEmpty()) painter_->fillRect(*rectangle, *remp);
+        painter_->setBrush(Qt::NoBrush);
+    } else {
+        painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
+    }
     painter_->drawPolygon(pts.constData(), int(pts.size()));
 }
 

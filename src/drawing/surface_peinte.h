@@ -60,10 +60,12 @@ private:
     std::optional<StyloFait> stylo_;
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
     // The last filled polygon painted, when nothing came since: the band of
-    // a gradient before the next one.
+    // a gradient before the next one. `rectangle` when it is a rectangle on
+    // whole pixels of the device (see DevPolygone).
     struct DernierPolygone {
         QVector<QPointF> points;
         QColor remplissage;
+        bool rectangle = false;
     };
     std::optional<DernierPolygone> dernier_;
     QRectF encre_;
