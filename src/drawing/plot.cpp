@@ -28,7 +28,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <utility>
+#include <vector>
 
 using namespace vb;
 
@@ -233,10 +233,10 @@ void ExecuteLigneCommande(Etat& e, const QString& ligne) {
 QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, QChar sep) {
     QVector<double> r;
     QString texte;
-    QList<QStringView> lignes;
+    std::vector<QStringView> lignes;
     if (!LitLignesDonnees(FichierDeCommande(e, nom, QStringLiteral(".txt")), texte, lignes)) return r;
     double avant = 0;
-    for (qsizetype k = saut; k < lignes.size(); ++k) {
+    for (size_t k = saut; k < lignes.size(); ++k) {
         const QStringView l = SansBlancs(lignes[k]);
         if (l.startsWith(u'\'')) {
             if (l.startsWith(QLatin1String("'EOD"), Qt::CaseInsensitive)) break;
@@ -252,7 +252,7 @@ QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, QChar se
 
 // One block of points with the drawing commands met between them.
 struct Bloc {
-    QVector<double> x, y;
+    std::vector<double> x, y; // a plain array: tens of thousands of points
     QVector<std::pair<int, QString>> commandes; // before point index
     double sommeX = 0, sommeY = 0;
     double xBrut = 0, yBrut = 0; // the last values as read, for relative ones
@@ -314,13 +314,13 @@ void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringLis
 
 // The moving average over 2 Half + 1 values, the ends held at the first and
 // last values.
-void MoyenneMobile(QVector<double>& v, int demi) {
+void MoyenneMobile(std::vector<double>& v, int demi) {
     const int n = int(v.size());
     if (demi <= 0 || n == 0) return;
     if (n < 2 * demi + 1) demi = (n - 1) / 2;
     if (demi <= 0) return;
     const int largeur = 2 * demi + 1;
-    QVector<double> r(n);
+    std::vector<double> r(n);
     for (int i = 0; i < n; ++i) {
         double s = 0;
         for (int k = i - demi; k <= i + demi; ++k) s += v[std::clamp(k, 0, n - 1)];
@@ -338,7 +338,7 @@ QString Format00(double v) {
 }
 
 // The "OFFSET" form: the file rewritten with its coordinates moved.
-void EcritOffset(Etat& e, const QList<QStringView>& lignes, int colX, int colY, QChar sep,
+void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int colY, QChar sep,
                  double dx, double dy) {
     QStringList sortie;
     for (const QStringView vue : lignes) {
@@ -408,9 +408,9 @@ void Plot(Etat& e, Genre genre) {
     // The file, read whole; the skipped lines shown or kept.
     const QString chemin = FichierDeCommande(e, nom, QStringLiteral(".txt"));
     QString texte;
-    QList<QStringView> lignes;
+    std::vector<QStringView> lignes;
     const int saut = std::abs(nbLignes);
-    if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < saut) {
+    if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
         if (e.Host) e.Host->Message(QString(), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
         EpaisRestaure(e);
         return;
@@ -433,7 +433,7 @@ void Plot(Etat& e, Genre genre) {
     // The blocks of points, "'EOD" between them, "STOP" ending all.
     QVector<Bloc> blocs(1);
     int indexDonnee = 0;
-    for (qsizetype k = saut; k < lignes.size(); ++k) {
+    for (size_t k = saut; k < lignes.size(); ++k) {
         if ((k - saut) % 10000 == 9999 && e.Host) e.Host->PompeEvenements();
         const QStringView ligne = SansBlancs(lignes[k]);
         if (ligne.isEmpty()) continue;
@@ -470,17 +470,17 @@ void Plot(Etat& e, Genre genre) {
             x = b.xBrut + ax.offset;
         }
         ++indexDonnee;
-        if (b.x.isEmpty()) {
-            const qsizetype reste = std::min<qsizetype>(lignes.size() - k, maxPoints);
+        if (b.x.empty()) {
+            const size_t reste = std::min(lignes.size() - k, size_t(std::max(maxPoints, 0)));
             b.x.reserve(reste);
             b.y.reserve(reste);
         }
-        b.x.append(x);
-        b.y.append(y);
+        b.x.push_back(x);
+        b.y.push_back(y);
         b.sommeX += x;
         b.sommeY += y;
     }
-    if (blocs.size() > 1 && blocs.back().x.isEmpty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
+    if (blocs.size() > 1 && blocs.back().x.empty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
 
     const bool statistiques = !varX.isEmpty() || !varY.isEmpty();
     const QString symbole = genre == Genre::Symbole && !statistiques ? TexteSymbole(e) : QString();
@@ -495,8 +495,8 @@ void Plot(Etat& e, Genre genre) {
     for (Bloc& b : blocs) {
         const int n = int(b.y.size());
         comptes.append(QString::number(n));
-        auto minmax = [](const QVector<double>& v, double& mn, double& mx) {
-            mn = mx = v.isEmpty() ? 0 : v[0];
+        auto minmax = [](const std::vector<double>& v, double& mn, double& mx) {
+            mn = mx = v.empty() ? 0 : v[0];
             for (double t : v) mn = std::min(mn, t), mx = std::max(mx, t);
         };
         double xmn, xmx, ymn, ymx;
@@ -541,8 +541,8 @@ void Plot(Etat& e, Genre genre) {
                 if (e.Host) e.Host->PompeEvenements();
                 pompe += tous;
             }
-            commandesJusqua(int(i));
-            const double bx = std::as_const(b.x)[i], by = std::as_const(b.y)[i];
+            if (prochaine < b.commandes.size()) commandesJusqua(int(i));
+            const double bx = b.x[i], by = b.y[i];
             const bool dedans = placeX.Dedans(bx) && placeY.Dedans(by);
             px = placeX.Position(bx, px);
             py = placeY.Position(by, py);

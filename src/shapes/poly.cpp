@@ -306,7 +306,7 @@ QString FichierDeCommande(Etat& e, const QString& nom, const QString& extension)
     return n;
 }
 
-bool LitLignesDonnees(const QString& chemin, QString& texte, QList<QStringView>& lignes) {
+bool LitLignesDonnees(const QString& chemin, QString& texte, std::vector<QStringView>& lignes) {
     QFile f(chemin);
     if (!f.open(QIODevice::ReadOnly)) return false;
     const QByteArray octets = f.readAll();
@@ -322,17 +322,17 @@ bool LitLignesDonnees(const QString& chemin, QString& texte, QList<QStringView>&
     qsizetype debut = 0;
     for (qsizetype i = 0; i < n; ++i) {
         if (t[i] != u'\r' && t[i] != u'\n') continue;
-        lignes.append(QStringView(t + debut, i - debut));
+        lignes.emplace_back(t + debut, i - debut);
         if (t[i] == u'\r' && i + 1 < n && t[i + 1] == u'\n') ++i;
         debut = i + 1;
     }
-    lignes.append(QStringView(t + debut, n - debut));
+    lignes.emplace_back(t + debut, n - debut);
     return true;
 }
 
 bool LitLignesDonnees(const QString& chemin, QStringList& lignes) {
     QString texte;
-    QList<QStringView> vues;
+    std::vector<QStringView> vues;
     if (!LitLignesDonnees(chemin, texte, vues)) return false;
     lignes.clear();
     lignes.reserve(vues.size());

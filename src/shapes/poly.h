@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVector>
 
+#include <vector>
+
 struct Etat;
 
 void CmdPoly(Etat& e);
@@ -25,4 +27,4 @@ QString FichierDeCommande(Etat& e, const QString& nom, const QString& extension)
 bool LitLignesDonnees(const QString& chemin, QStringList& lignes);
 // The same lines as views into `texte`, the decoded file, with no string
 // made for each line: for files of many thousand lines.
-bool LitLignesDonnees(const QString& chemin, QString& texte, QList<QStringView>& lignes);
+bool LitLignesDonnees(const QString& chemin, QString& texte, std::vector<QStringView>& lignes);
