@@ -1,6 +1,7 @@
 #include "drawing/surface_peinte.h"
 
 #include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <QPagedPaintDevice>
 #include <QTransform>
@@ -65,6 +66,7 @@ void SurfacePeinte::Ouvre() {
     device_ = fournisseur_(page_);
     if (!device_) return;
     painter_ = std::make_unique<QPainter>(device_);
+    raster_ = painter_->paintEngine() && painter_->paintEngine()->type() == QPaintEngine::Raster;
     painter_->setRenderHint(QPainter::Antialiasing, antialias_);
     painter_->setRenderHint(QPainter::TextAntialiasing, true);
     painter_->setRenderHint(QPainter::SmoothPixmapTransform, true);
@@ -171,11 +173,12 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // spiking out of it (a miter join would poke past it).
     const double m = Stylo(c, w).widthF() / 2;
     Etend(QPolygonF(pts).boundingRect().adjusted(-m, -m, m, m));
-    // A rectangle on whole device pixels (the cells of a colour chart) has
-    // no antialiased edge: its fill covers its pixels whole and nothing
-    // beyond, so it is filled as a plain rectangle, much quicker than a
-    // polygon and the same pixels.
-    const std::optional<QRectF> rectangle = RectanglePixels(pts, echelle_);
+    // A rectangle on whole pixels of a picture (the cells of a colour chart
+    // on the pane) has no antialiased edge: its fill covers its pixels whole
+    // and nothing beyond, so it is filled as a rectangle, much quicker than
+    // a polygon and the same pixels. A vector file (PDF, SVG, a printer) keeps
+    // its polygons and their seam mending: it is seen at any resolution.
+    const std::optional<QRectF> rectangle = raster_ ? RectanglePixels(pts, echelle_) : std::nullopt;
     // The next band of a gradient: the former band's colour goes under both
     // first, so that the new band's antialiased edge blends into it rather
     // than into the paper, and no light seam shows at any resolution.

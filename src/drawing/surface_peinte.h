@@ -74,5 +74,6 @@ private:
     std::unique_ptr<QPainter> painter_;
     double echelle_;
     bool antialias_;
+    bool raster_ = false; // painting pixels (a QImage, a QPixmap), not a vector file
     int page_ = 0;
 };
