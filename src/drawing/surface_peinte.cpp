@@ -6,6 +6,7 @@
 #include <QPagedPaintDevice>
 #include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -172,13 +173,13 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
     const double m = Stylo(c, w).widthF() / 2;
-    Etend(QPolygonF(pts).boundingRect().adjusted(-m, -m, m, m));
     // A rectangle on whole pixels of a picture (the cells of a colour chart
     // on the pane) has no antialiased edge: its fill covers its pixels whole
     // and nothing beyond, so it is filled as a rectangle, much quicker than
     // a polygon and the same pixels. A vector file (PDF, SVG, a printer) keeps
     // its polygons and their seam mending: it is seen at any resolution.
     const std::optional<QRectF> rectangle = raster_ ? RectanglePixels(pts, echelle_) : std::nullopt;
+    Etend((rectangle ? *rectangle : QPolygonF(pts).boundingRect()).adjusted(-m, -m, m, m));
     // The next band of a gradient: the former band's colour goes under both
     // first, so that the new band's antialiased edge blends into it rather
     // than into the paper, and no light seam shows at any resolution.
@@ -186,8 +187,18 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // new one's fill covers all that this would paint.
     if (remp && dernier_ && !(rectangle && dernier_->rectangle) && CoteCommun(dernier_->points, pts))
         painter_->fillPath(Chemin(dernier_->points).united(Chemin(pts)), dernier_->remplissage);
-    dernier_.reset();
-    if (remp) dernier_ = DernierPolygone{pts, *remp, rectangle.has_value()};
+    if (remp) {
+        // A copy of the points into the buffer kept from the last polygon:
+        // the caller's buffer is not shared, and a chart that fills the same
+        // one again and again copies no buffer and allocates nothing.
+        if (!dernier_) dernier_.emplace();
+        dernier_->points.resize(pts.size());
+        std::copy(pts.cbegin(), pts.cend(), dernier_->points.begin());
+        dernier_->remplissage = *remp;
+        dernier_->rectangle = rectangle.has_value();
+    } else {
+        dernier_.reset();
+    }
     painter_->setPen(Stylo(c, w));
     if (remp && rectangle) {
         if (!rectangle->isEmpty()) painter_->fillRect(*rectangle, *remp);

@@ -240,7 +240,11 @@ void Patches(Etat& e, Carte& c) {
         for (int j = 1; j <= N; ++j) {
             const bool apres = cache && j < N;
             if (apres) bords(dessus, i, j + 2);
-            for (int k = 1; k <= N; ++k) {
+            // Unturned, the patches of a row share the heights of their edges:
+            // the next row hides the whole row or none of it.
+            const bool ligneCachee = apres && droit && Memes(bas.constData(), haut.constData()) &&
+                                     Memes(haut.constData(), dessus.constData());
+            for (int k = 1; k <= N && !ligneCachee; ++k) {
                 const QPointF* b = bas.constData() + 2 * k - 2;
                 const QPointF* t = haut.constData() + 2 * k - 2;
                 // The same outline as the next row's patch: hidden by it.
