@@ -1,6 +1,7 @@
 // The largest curve the language allows: a Plot of 50,100 points from a data
-// file, run to the raster pane and to the recording surface (the
-// interpreter's share without painting).
+// file, run to the raster pane, to the recording surface, and its recorded
+// lines painted again on the raster pane: Raster - Rejeu is what the
+// interpreter adds to the painting.
 #include "app/core/session.h"
 #include "drawing/repere.h"
 
@@ -55,7 +56,30 @@ void BM_Plot50100PointsEnregistre(benchmark::State& state) {
     state.counters["ops"] = double(s->journal.size());
 }
 
+// The recorded operations of a run painted again, alone: the clearing of
+// the pane and the curve's lines, with the width each one had.
+void BM_Plot50100PointsRejeu(benchmark::State& state) {
+    Donnees d;
+    auto s = d.Prepare();
+    s->Execute();
+    const Journal journal = s->journal;
+    PaneRaster pane;
+    AttachePane(s->etat, pane.surface.get()); // the user window of a run
+    s->Execute();
+    Surface& surface = *pane.surface;
+    for (auto _ : state) {
+        for (const OpSurface& op : journal) {
+            surface.DrawWidth = op.largeur;
+            if (op.genre == OpSurface::Ligne) surface.Line(op.x1, op.y1, op.x2, op.y2, op.couleur);
+            else if (op.genre == OpSurface::Effacement) surface.Cls();
+            else state.SkipWithError("an operation other than a line or a clearing");
+        }
+    }
+    state.counters["ops"] = double(journal.size());
+}
+
 BENCHMARK(BM_Plot50100PointsRaster)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Plot50100PointsRejeu)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Plot50100PointsEnregistre)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -38,6 +38,30 @@ TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
     EXPECT_EQ(Variable(*s, "%N"), "3+2");
 }
 
+// The values of a curve over the line index: plain numbers, and what only
+// the number reader reads (an exponent, a second point, letters, tabs); CR,
+// LF and CR LF end lines alike. With the point as separator the decimal
+// commas become separators too.
+TEST(Plot, DataValuesAndLineEnds) {
+    const struct { const char* donnees; const char* ligne; std::vector<double> y; } cas[] = {
+        {"0\n-3.25\n+4.\n.5\n 7 \n2,5\n\t6\n1e2\n1.2.3\nabc\n-\n1R\n0.1234567890123456789\n",
+         "Plot = mesure§59, 0, 1, 0, 1, 0, 1", {0, -3.25, 4, 0.5, 7, 2.5, 6, 100, 1.2, 0, 0, 1, 0.123457}},
+        {"0\r1\r\n2\n\r3", "Plot = mesure§59, 0, 1, 0, 1, 0, 1", {0, 1, 2, 3}},
+        {"0.0\n1,5.2,5\n", "Plot = mesure§46, 0, 2, 0, 1, 0, 1", {0, 5}},
+    };
+    for (const auto& c : cas) {
+        SCOPED_TRACE(c.donnees);
+        Dossier d(c.donnees);
+        auto s = d.Lance(c.ligne);
+        const auto l = Lignes(*s);
+        ASSERT_EQ(l.size() + 1, c.y.size());
+        for (qsizetype i = 0; i < l.size(); ++i) {
+            EXPECT_MM(l[i].y1 - l[0].y1, c.y[i]);
+            EXPECT_MM(l[i].y2 - l[0].y1, c.y[i + 1]);
+        }
+    }
+}
+
 TEST(Plot, SizesLimitsAndStatistics) {
     Dossier d("0;0\n1;5\n2;10\n4;20\n");
     const struct { const char* ligne; int traits; double premier; /* first segment */ } cas[] = {

@@ -3,7 +3,6 @@
 // axes, turned about 0,0 and placed through the frame like every command.
 #include "drawing/plot.h"
 
-#include "app/core/inclusion.h"
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
@@ -26,8 +25,10 @@
 #include <QRegularExpression>
 
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 using namespace vb;
 
@@ -81,42 +82,126 @@ Axe LitAxe(Etat& e, const QString& p, const QString& offset) {
     return a;
 }
 
-// The position in mm of value v on an axis whose limits are mn, mx;
-// `avant` is kept when a logarithmic axis can't place the value.
-double Position(const Axe& a, double v, double mn, double mx, double avant) {
-    const double etendue = mx - mn;
-    if (a.genre == u'L') {
-        const double t = etendue == 0 ? 1 : (v - mn) * (a.s - 1) / etendue + 1;
-        if (t <= 0) return avant;
-        return a.P0 + (a.P1 - a.P0) * std::log(t) / std::log(a.s);
+// An axis with the limits mn, mx of one block: the position in mm of a
+// value, and whether it lies within the limits. What is the same for every
+// point of the block is worked out once.
+struct Placement {
+    const Axe& a;
+    double mn, etendue, bas, haut;
+    double s = 0, o = 0, lnBase = 0, puissance = 0;
+    Placement(const Axe& axe, double min, double max)
+        : a(axe), mn(min), etendue(max - min), bas(min - std::abs(min) * 0.00001),
+          haut(max + std::abs(max) * 0.00001) {
+        if (a.genre == u'L') lnBase = std::log(a.s);
+        else if (a.genre == u'E') puissance = std::pow(10.0, a.s);
+        else if (a.parTaille && etendue != 0) {
+            s = (a.P1 - a.P0) / etendue;
+            o = a.P0 / s;
+        }
     }
-    if (a.genre == u'E') {
-        const double t = etendue == 0 ? 0 : (v - mn) * a.s / etendue;
-        return a.P0 + std::pow(10.0, t) * (a.P1 - a.P0) / std::pow(10.0, a.s);
+    bool Dedans(double v) const { return a.sansLimite || (v >= bas && v <= haut); }
+    // `avant` is kept when a logarithmic axis can't place the value.
+    double Position(double v, double avant) const {
+        if (a.genre == u'L') {
+            const double t = etendue == 0 ? 1 : (v - mn) * (a.s - 1) / etendue + 1;
+            if (t <= 0) return avant;
+            return a.P0 + (a.P1 - a.P0) * std::log(t) / lnBase;
+        }
+        if (a.genre == u'E') {
+            const double t = etendue == 0 ? 0 : (v - mn) * a.s / etendue;
+            return a.P0 + std::pow(10.0, t) * (a.P1 - a.P0) / puissance;
+        }
+        if (a.parTaille) return etendue == 0 ? a.P0 : (v + o - mn) * s;
+        return v * a.s; // the offset is already in the value
     }
-    if (a.parTaille) {
-        if (etendue == 0) return a.P0;
-        const double s = (a.P1 - a.P0) / etendue;
-        return (v + a.P0 / s - mn) * s;
-    }
-    return v * a.s; // the offset is already in the value
+};
+
+// A text without its leading and trailing blanks (not tabs), as `Trim`.
+QStringView SansBlancs(QStringView t) {
+    while (!t.isEmpty() && t.front() == u' ') t = t.sliced(1);
+    while (!t.isEmpty() && t.back() == u' ') t.chop(1);
+    return t;
 }
 
-bool DansLimites(const Axe& a, double v, double mn, double mx) {
-    if (a.sansLimite) return true;
-    return v >= mn - std::abs(mn) * 0.00001 && v <= mx + std::abs(mx) * 0.00001;
+// A plain decimal number, [sign] digits [. digits] between blanks, a comma
+// read as the point: the form of nearly every value of a data file, read
+// here without making a string. Any other text gives none, and the
+// language's number reader takes it; both give the same value.
+std::optional<double> DecimalSimple(QStringView t) {
+    t = SansBlancs(t);
+    bool negatif = false, point = false;
+    if (!t.isEmpty() && (t.front() == u'-' || t.front() == u'+')) {
+        negatif = t.front() == u'-';
+        t = t.sliced(1);
+    }
+    // Up to 15 digits, the digits and the power of ten are exact doubles and
+    // their quotient is the correctly rounded value; longer numbers go to
+    // the language's reader.
+    constexpr double Puissances[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    int chiffres = 0, decimales = 0;
+    std::int64_t entier = 0;
+    for (const QChar c : t) {
+        if (c >= u'0' && c <= u'9') {
+            if (++chiffres > 15) return {};
+            entier = 10 * entier + (c.unicode() - u'0');
+            decimales += point;
+        } else if ((c == u'.' || c == u',') && !point) {
+            point = true;
+        } else {
+            return {};
+        }
+    }
+    if (chiffres == 0) return {};
+    const double v = double(entier) / Puissances[decimales];
+    return negatif ? -v : v;
 }
 
 // A data value: a decimal comma read as a point, an "R" makes it relative to
 // the previous one.
-double ValeurDonnee(QString t, double precedent, bool* relatif = nullptr) {
-    t = Trim(t);
+double ValeurDonnee(QStringView vue, double precedent, bool* relatif = nullptr) {
+    if (relatif) *relatif = false;
+    if (const std::optional<double> v = DecimalSimple(vue)) return *v;
+    QString t = SansBlancs(vue).toString();
+    t.replace(u',', u'.');
     const bool r = t.contains(u'R', Qt::CaseInsensitive);
     if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
     if (relatif) *relatif = r;
     const double v = ValNombre(t);
     return r ? precedent + v : v;
 }
+
+// A data line cut at its separator, as `split` cuts it, without a string for
+// each field: whether it has a field, and the field `col` (from 1) it has.
+// Where the point is the separator, the decimal commas turn into separators
+// too, so the line is read from a copy with its commas made points.
+struct Champs {
+    QStringView ligne;
+    QChar sep;
+    QString copie;
+    Champs(QStringView l, QChar s) : ligne(l), sep(s) {
+        if (s != u'.' || !l.contains(u',')) return;
+        copie = l.toString().replace(u',', u'.');
+        ligne = copie;
+    }
+    // Whether the line has field `col`.
+    bool A(int col) const {
+        qsizetype debut = 0;
+        for (int k = 1; k < col; ++k) debut = Separateur(debut) + 1;
+        return col >= 1 && debut <= ligne.size();
+    }
+    QStringView operator[](int col) const {
+        qsizetype debut = 0;
+        for (int k = 1; k < col; ++k) debut = Separateur(debut) + 1;
+        return ligne.sliced(debut, Separateur(debut) - debut);
+    }
+    // The next separator from `debut`, or the end of the line. Data lines are
+    // short: a plain loop is quicker than a search.
+    qsizetype Separateur(qsizetype debut) const {
+        while (debut < ligne.size() && ligne[debut] != sep) ++debut;
+        return debut;
+    }
+};
 
 bool CommenceParMot(const QString& ligneMaj, std::initializer_list<const char*> mots) {
     for (const char* m : mots)
@@ -145,21 +230,21 @@ void ExecuteLigneCommande(Etat& e, const QString& ligne) {
 
 // The values of column `col` (1-based) of the data lines of a file, in order,
 // past `saut` lines: for the other file of X and the reference curve.
-QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, const QString& sep) {
+QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, QChar sep) {
     QVector<double> r;
-    QStringList lignes;
-    if (!LitLignesDonnees(FichierDeCommande(e, nom, QStringLiteral(".txt")), lignes)) return r;
+    QString texte;
+    std::vector<QStringView> lignes;
+    if (!LitLignesDonnees(FichierDeCommande(e, nom, QStringLiteral(".txt")), texte, lignes)) return r;
     double avant = 0;
-    for (int k = saut; k < lignes.size(); ++k) {
-        QString l = Trim(lignes[k]);
+    for (size_t k = saut; k < lignes.size(); ++k) {
+        const QStringView l = SansBlancs(lignes[k]);
         if (l.startsWith(u'\'')) {
-            if (l.toUpper().startsWith(QLatin1String("'EOD"))) break;
+            if (l.startsWith(QLatin1String("'EOD"), Qt::CaseInsensitive)) break;
             continue;
         }
         if (l.isEmpty()) continue;
-        if (sep != QLatin1String(",")) l.replace(u',', u'.');
-        const QStringList champs = l.split(sep);
-        avant = col >= 1 && col <= champs.size() ? ValeurDonnee(champs[col - 1], avant) : avant;
+        const Champs champs(l, sep);
+        if (champs.A(col)) avant = ValeurDonnee(champs[col], avant);
         r.append(avant);
     }
     return r;
@@ -167,7 +252,7 @@ QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, const QS
 
 // One block of points with the drawing commands met between them.
 struct Bloc {
-    QVector<double> x, y;
+    std::vector<double> x, y; // a plain array: tens of thousands of points
     QVector<std::pair<int, QString>> commandes; // before point index
     double sommeX = 0, sommeY = 0;
     double xBrut = 0, yBrut = 0; // the last values as read, for relative ones
@@ -229,13 +314,13 @@ void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringLis
 
 // The moving average over 2 Half + 1 values, the ends held at the first and
 // last values.
-void MoyenneMobile(QVector<double>& v, int demi) {
+void MoyenneMobile(std::vector<double>& v, int demi) {
     const int n = int(v.size());
     if (demi <= 0 || n == 0) return;
     if (n < 2 * demi + 1) demi = (n - 1) / 2;
     if (demi <= 0) return;
     const int largeur = 2 * demi + 1;
-    QVector<double> r(n);
+    std::vector<double> r(n);
     for (int i = 0; i < n; ++i) {
         double s = 0;
         for (int k = i - demi; k <= i + demi; ++k) s += v[std::clamp(k, 0, n - 1)];
@@ -253,10 +338,11 @@ QString Format00(double v) {
 }
 
 // The "OFFSET" form: the file rewritten with its coordinates moved.
-void EcritOffset(Etat& e, const QStringList& lignes, int colX, int colY, const QString& sep,
+void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int colY, QChar sep,
                  double dx, double dy) {
     QStringList sortie;
-    for (const QString& brute : lignes) {
+    for (const QStringView vue : lignes) {
+        const QString brute = vue.toString();
         const QString l = Trim(brute);
         const QString maj = l.toUpper();
         if (l.isEmpty() || l.startsWith(u'\'') ||
@@ -265,13 +351,11 @@ void EcritOffset(Etat& e, const QStringList& lignes, int colX, int colY, const Q
             continue;
         }
         if (maj.startsWith(QLatin1String("CERCLE"))) continue;
-        QString d = l;
-        if (sep != QLatin1String(",")) d.replace(u',', u'.');
-        const QStringList champs = d.split(sep);
+        const Champs champs(l, sep);
         auto champ = [&](int col, double decal) -> QString {
-            if (col < 1 || col > champs.size()) return QString();
+            if (!champs.A(col)) return QString();
             bool rel = false;
-            const double v = ValeurDonnee(champs[col - 1], 0, &rel);
+            const double v = ValeurDonnee(champs[col], 0, &rel);
             return rel ? Format00(v) + u'r' : Format00(v + decal);
         };
         QStringList c;
@@ -298,7 +382,7 @@ void Plot(Etat& e, Genre genre) {
     const QString p4 = ParaN(e, l, 4), p4brut = ParaBrut(e, l, 4);
     const QString nom = Sous(e, p1, 1);
     const int code = int(ValeurOuDefaut(e, Sous(e, p1, 2), 44));
-    const QString sep = QString(QChar(code > 0 ? code : 44));
+    const QChar sep(code > 0 ? code : 44);
     const QString nomRef = Sous(e, p1, 3);
     const int colRef = int(ValeurOuDefaut(e, Sous(e, p1, 4), 0));
     const int colX = int(ValeurOuDefaut(e, Sous(e, p2, 1), 0));
@@ -323,9 +407,10 @@ void Plot(Etat& e, Genre genre) {
 
     // The file, read whole; the skipped lines shown or kept.
     const QString chemin = FichierDeCommande(e, nom, QStringLiteral(".txt"));
-    QStringList lignes;
+    QString texte;
+    std::vector<QStringView> lignes;
     const int saut = std::abs(nbLignes);
-    if (!LitLignesDonnees(chemin, lignes) || lignes.size() < saut) {
+    if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
         if (e.Host) e.Host->Message(QString(), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
         EpaisRestaure(e);
         return;
@@ -336,7 +421,9 @@ void Plot(Etat& e, Genre genre) {
         return;
     }
     if (saut > 0 && (nbLignes < 0 || !varLignes.isEmpty())) {
-        const QString tete = lignes.mid(0, saut).join(QStringLiteral("\r\n"));
+        QStringList passees;
+        for (int k = 0; k < saut; ++k) passees.append(lignes[k].toString());
+        const QString tete = passees.join(QStringLiteral("\r\n"));
         if (nbLignes < 0 && e.Host) e.Host->Message(TitrePlot, tete, Boutons::Ok);
         if (!varLignes.isEmpty()) EcritVarTxt(e, e.NiveauCourant, varLignes, tete);
     }
@@ -346,14 +433,13 @@ void Plot(Etat& e, Genre genre) {
     // The blocks of points, "'EOD" between them, "STOP" ending all.
     QVector<Bloc> blocs(1);
     int indexDonnee = 0;
-    bool arret = false;
-    for (int k = saut; k < lignes.size() && !arret; ++k) {
+    for (size_t k = saut; k < lignes.size(); ++k) {
         if ((k - saut) % 10000 == 9999 && e.Host) e.Host->PompeEvenements();
-        QString ligne = Trim(lignes[k]);
+        const QStringView ligne = SansBlancs(lignes[k]);
         if (ligne.isEmpty()) continue;
         // Only comments and command lines start with a letter or an apostrophe.
         const bool mot = ligne.front().isLetter() || ligne.front() == u'\'';
-        const QString maj = mot ? ligne.toUpper() : QString();
+        const QString maj = mot ? ligne.toString().toUpper() : QString();
         if (ligne.startsWith(u'\'')) {
             if (maj.startsWith(QLatin1String("'EOD"))) {
                 blocs.back().ferme = !maj.mid(4).contains(QLatin1String("NP"));
@@ -361,37 +447,40 @@ void Plot(Etat& e, Genre genre) {
             }
             continue;
         }
-        if (ligne.isEmpty()) continue;
-        if (maj.startsWith(QLatin1String("STOP"))) break;
-        if (CommenceParMot(maj, {"COULEUR", "EPAIST", "CERCLE", "BEZIER"})) {
-            blocs.back().commandes.append({int(blocs.back().x.size()), ligne});
+        if (mot && maj.startsWith(QLatin1String("STOP"))) break;
+        if (mot && CommenceParMot(maj, {"COULEUR", "EPAIST", "CERCLE", "BEZIER"})) {
+            blocs.back().commandes.append({int(blocs.back().x.size()), ligne.toString()});
             continue;
         }
         Bloc& b = blocs.back();
-        if (sep != QLatin1String(",")) ligne.replace(u',', u'.');
-        const QStringList champs = ligne.split(sep);
+        const Champs champs(ligne, sep);
         // A line too short for the columns asked for is passed over.
-        if (colY < 1 || colY > champs.size() || colX > champs.size()) continue;
+        if (!champs.A(std::max(colX, colY)) || colY < 1) continue;
         const int n = int(b.y.size());
         if (n >= maxPoints) continue;
         if (n >= e.Ctx().MaxPlot) throw ErreurExecution("Subscript out of range");
-        double y = ValeurDonnee(champs[colY - 1], b.yBrut);
+        double y = ValeurDonnee(champs[colY], b.yBrut);
         b.yBrut = y;
         const double ref = indexDonnee < yRef.size() ? yRef[indexDonnee] : 0;
         y = ca * y + cb + (nomRef.isEmpty() ? 0 : cc * ref) + ay.offset;
         double x = n + 1;
         if (!xAutre.isEmpty()) x = (indexDonnee < xAutre.size() ? xAutre[indexDonnee] : 0) + ax.offset;
         else if (colX > 0) {
-            b.xBrut = ValeurDonnee(champs[colX - 1], b.xBrut);
+            b.xBrut = ValeurDonnee(champs[colX], b.xBrut);
             x = b.xBrut + ax.offset;
         }
         ++indexDonnee;
-        b.x.append(x);
-        b.y.append(y);
+        if (b.x.empty()) {
+            const size_t reste = std::min(lignes.size() - k, size_t(std::max(maxPoints, 0)));
+            b.x.reserve(reste);
+            b.y.reserve(reste);
+        }
+        b.x.push_back(x);
+        b.y.push_back(y);
         b.sommeX += x;
         b.sommeY += y;
     }
-    if (blocs.size() > 1 && blocs.back().x.isEmpty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
+    if (blocs.size() > 1 && blocs.back().x.empty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
 
     const bool statistiques = !varX.isEmpty() || !varY.isEmpty();
     const QString symbole = genre == Genre::Symbole && !statistiques ? TexteSymbole(e) : QString();
@@ -406,8 +495,8 @@ void Plot(Etat& e, Genre genre) {
     for (Bloc& b : blocs) {
         const int n = int(b.y.size());
         comptes.append(QString::number(n));
-        auto minmax = [](const QVector<double>& v, double& mn, double& mx) {
-            mn = mx = v.isEmpty() ? 0 : v[0];
+        auto minmax = [](const std::vector<double>& v, double& mn, double& mx) {
+            mn = mx = v.empty() ? 0 : v[0];
             for (double t : v) mn = std::min(mn, t), mx = std::max(mx, t);
         };
         double xmn, xmx, ymn, ymx;
@@ -431,6 +520,7 @@ void Plot(Etat& e, Genre genre) {
         xmx = ax.max.value_or(xmx);
         ymn = ay.min.value_or(ymn);
         ymx = ay.max.value_or(ymx);
+        const Placement placeX(ax, xmn, xmx), placeY(ay, ymn, ymx);
         MoyenneMobile(b.y, ma);
         if (colX != 0) MoyenneMobile(b.x, ma);
 
@@ -442,16 +532,20 @@ void Plot(Etat& e, Genre genre) {
             while (prochaine < b.commandes.size() && b.commandes[prochaine].first <= i)
                 ExecuteLigneCommande(e, b.commandes[prochaine++].second);
         };
-        // With a step above 1 the last point is taken as well.
-        QVector<int> indices;
-        for (int i = 0; i < n; i += pas) indices.append(i);
-        if (n > 0 && indices.back() != n - 1) indices.append(n - 1);
-        for (int i : indices) {
-            if (i > 0 && i % (10000 * pas) == 0 && e.Host) e.Host->PompeEvenements();
-            commandesJusqua(i);
-            const bool dedans = DansLimites(ax, b.x[i], xmn, xmx) && DansLimites(ay, b.y[i], ymn, ymx);
-            px = Position(ax, b.x[i], xmn, xmx, px);
-            py = Position(ay, b.y[i], ymn, ymx, py);
+        // With a step above 1 the last point is taken as well. The interface
+        // is let through at every multiple of 10000 steps.
+        auto suivant = [&](qint64 i) { return i + pas < n || i == n - 1 ? i + pas : n - 1; };
+        const qint64 tous = 10000LL * pas;
+        for (qint64 i = 0, pompe = tous; i < n; i = suivant(i)) {
+            if (i == pompe) {
+                if (e.Host) e.Host->PompeEvenements();
+                pompe += tous;
+            }
+            if (prochaine < b.commandes.size()) commandesJusqua(int(i));
+            const double bx = b.x[i], by = b.y[i];
+            const bool dedans = placeX.Dedans(bx) && placeY.Dedans(by);
+            px = placeX.Position(bx, px);
+            py = placeY.Position(by, py);
             double x = px, y = py;
             Tourne(rotation, x, y);
             const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);

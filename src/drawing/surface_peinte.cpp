@@ -1,10 +1,12 @@
 #include "drawing/surface_peinte.h"
 
 #include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <QPagedPaintDevice>
 #include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -23,6 +25,23 @@ bool CoteCommun(const QVector<QPointF>& a, const QVector<QPointF>& b) {
         }
     }
     return false;
+}
+
+// The rectangle of a polygon of four corners with its sides along the axes,
+// the corners on whole pixels of the device painted on (`echelle` device
+// pixels to a pixel of the Surface); none for any other polygon.
+std::optional<QRectF> RectanglePixels(const QVector<QPointF>& p, double echelle) {
+    if (p.size() != 4) return {};
+    for (const QPointF& q : p) {
+        const double x = q.x() * echelle, y = q.y() * echelle;
+        if (x != std::nearbyint(x) || y != std::nearbyint(y)) return {};
+    }
+    const bool hv = p[0].y() == p[1].y() && p[1].x() == p[2].x() && p[2].y() == p[3].y() &&
+                    p[3].x() == p[0].x();
+    const bool vh = p[0].x() == p[1].x() && p[1].y() == p[2].y() && p[2].x() == p[3].x() &&
+                    p[3].y() == p[0].y();
+    if (!hv && !vh) return {};
+    return QRectF(p[0], p[2]).normalized();
 }
 
 QPainterPath Chemin(const QVector<QPointF>& pts) {
@@ -48,6 +67,7 @@ void SurfacePeinte::Ouvre() {
     device_ = fournisseur_(page_);
     if (!device_) return;
     painter_ = std::make_unique<QPainter>(device_);
+    raster_ = painter_->paintEngine() && painter_->paintEngine()->type() == QPaintEngine::Raster;
     painter_->setRenderHint(QPainter::Antialiasing, antialias_);
     painter_->setRenderHint(QPainter::TextAntialiasing, true);
     painter_->setRenderHint(QPainter::SmoothPixmapTransform, true);
@@ -62,20 +82,24 @@ void SurfacePeinte::EndDoc() {
 // Wide pens: round ends and round joins, for lines, circles
 // and polygons alike. No pen is thinner than one pixel of the device painted
 // on: the printer's dot at 600 dpi is a quarter of a pixel at 150 dpi.
-QPen SurfacePeinte::Stylo(const QColor& c, int w) const {
+const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
+    if (stylo_ && stylo_->couleur == c && stylo_->largeur == w) return stylo_->pen;
     QPen pen(c);
     pen.setWidthF(std::max(double(std::max(1, w)), 1.0 / echelle_));
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
-    return pen;
+    stylo_ = StyloFait{c, w, pen};
+    return stylo_->pen;
 }
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     if (!painter_) return;
     dernier_.reset();
-    const double m = Stylo(c, w).widthF() / 2;
-    Etend(QRectF(a, b).normalized().adjusted(-m, -m, m, m));
-    painter_->setPen(Stylo(c, w));
+    const QPen& pen = Stylo(c, w);
+    const double m = pen.widthF() / 2;
+    Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
+                 QPointF(std::max(a.x(), b.x()) + m, std::max(a.y(), b.y()) + m)));
+    painter_->setPen(pen);
     if (a == b) {
         painter_->drawPoint(a);
         return;
@@ -149,16 +173,39 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
     const double m = Stylo(c, w).widthF() / 2;
-    Etend(QPolygonF(pts).boundingRect().adjusted(-m, -m, m, m));
+    // A rectangle on whole pixels of a picture (the cells of a colour chart
+    // on the pane) has no antialiased edge: its fill covers its pixels whole
+    // and nothing beyond, so it is filled as a rectangle, much quicker than
+    // a polygon and the same pixels. A vector file (PDF, SVG, a printer) keeps
+    // its polygons and their seam mending: it is seen at any resolution.
+    const std::optional<QRectF> rectangle = raster_ ? RectanglePixels(pts, echelle_) : std::nullopt;
+    Etend((rectangle ? *rectangle : QPolygonF(pts).boundingRect()).adjusted(-m, -m, m, m));
     // The next band of a gradient: the former band's colour goes under both
     // first, so that the new band's antialiased edge blends into it rather
     // than into the paper, and no light seam shows at any resolution.
-    if (remp && dernier_ && CoteCommun(dernier_->points, pts))
+    // Between two rectangles on whole pixels there is no such edge, and the
+    // new one's fill covers all that this would paint.
+    if (remp && dernier_ && !(rectangle && dernier_->rectangle) && CoteCommun(dernier_->points, pts))
         painter_->fillPath(Chemin(dernier_->points).united(Chemin(pts)), dernier_->remplissage);
-    dernier_.reset();
-    if (remp) dernier_ = DernierPolygone{pts, *remp};
+    if (remp) {
+        // A copy of the points into the buffer kept from the last polygon:
+        // the caller's buffer is not shared, and a chart that fills the same
+        // one again and again copies no buffer and allocates nothing.
+        if (!dernier_) dernier_.emplace();
+        dernier_->points.resize(pts.size());
+        std::copy(pts.cbegin(), pts.cend(), dernier_->points.begin());
+        dernier_->remplissage = *remp;
+        dernier_->rectangle = rectangle.has_value();
+    } else {
+        dernier_.reset();
+    }
     painter_->setPen(Stylo(c, w));
-    painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
+    if (remp && rectangle) {
+        if (!rectangle->isEmpty()) painter_->fillRect(*rectangle, *remp);
+        painter_->setBrush(Qt::NoBrush);
+    } else {
+        painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
+    }
     painter_->drawPolygon(pts.constData(), int(pts.size()));
 }
 

@@ -49,13 +49,23 @@ public:
 private:
     bool pageRefusee_ = false;
     void Ouvre();
-    QPen Stylo(const QColor& c, int w) const;
+    // The pen of a colour and width, made again only when they change: a
+    // curve of many thousand segments draws them all with one pen.
+    const QPen& Stylo(const QColor& c, int w);
+    struct StyloFait {
+        QColor couleur;
+        int largeur = 0;
+        QPen pen;
+    };
+    std::optional<StyloFait> stylo_;
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
     // The last filled polygon painted, when nothing came since: the band of
-    // a gradient before the next one.
+    // a gradient before the next one. `rectangle` when it is a rectangle on
+    // whole pixels of the device (see DevPolygone).
     struct DernierPolygone {
         QVector<QPointF> points;
         QColor remplissage;
+        bool rectangle = false;
     };
     std::optional<DernierPolygone> dernier_;
     QRectF encre_;
@@ -64,5 +74,6 @@ private:
     std::unique_ptr<QPainter> painter_;
     double echelle_;
     bool antialias_;
+    bool raster_ = false; // painting pixels (a QImage, a QPixmap), not a vector file
     int page_ = 0;
 };

@@ -104,6 +104,11 @@ QPointF Pixel(const Carte& c, double x, double y) {
     return QPointF(double(ArrondiPair(q.x())), double(ArrondiPair(q.y())));
 }
 
+// Two edges of two corners each alike (whole pixels: compared exactly).
+bool Memes(const QPointF* a, const QPointF* b) {
+    return a[0].x() == b[0].x() && a[0].y() == b[0].y() && a[1].x() == b[1].x() && a[1].y() == b[1].y();
+}
+
 void Coins(const Carte& c, double x, double y, double w, double h, QPointF* pixels) {
     pixels[0] = Pixel(c, x, y);
     pixels[1] = Pixel(c, x + w, y);
@@ -235,12 +240,15 @@ void Patches(Etat& e, Carte& c) {
         for (int j = 1; j <= N; ++j) {
             const bool apres = cache && j < N;
             if (apres) bords(dessus, i, j + 2);
-            for (int k = 1; k <= N; ++k) {
+            // Unturned, the patches of a row share the heights of their edges:
+            // the next row hides the whole row or none of it.
+            const bool ligneCachee = apres && droit && Memes(bas.constData(), haut.constData()) &&
+                                     Memes(haut.constData(), dessus.constData());
+            for (int k = 1; k <= N && !ligneCachee; ++k) {
                 const QPointF* b = bas.constData() + 2 * k - 2;
                 const QPointF* t = haut.constData() + 2 * k - 2;
                 // The same outline as the next row's patch: hidden by it.
-                if (apres && std::equal(b, b + 2, t) && std::equal(t, t + 2, dessus.constData() + 2 * k - 2))
-                    continue;
+                if (apres && Memes(b, t) && Memes(t, dessus.constData() + 2 * k - 2)) continue;
                 c.pixels[0] = b[0];
                 c.pixels[1] = b[1];
                 c.pixels[2] = t[1];

@@ -18,7 +18,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -307,17 +306,37 @@ QString FichierDeCommande(Etat& e, const QString& nom, const QString& extension)
     return n;
 }
 
-bool LitLignesDonnees(const QString& chemin, QStringList& lignes) {
+bool LitLignesDonnees(const QString& chemin, QString& texte, std::vector<QStringView>& lignes) {
     QFile f(chemin);
     if (!f.open(QIODevice::ReadOnly)) return false;
     const QByteArray octets = f.readAll();
     QStringDecoder utf8(QStringConverter::Utf8);
-    QString texte = utf8.decode(octets);
+    texte = utf8.decode(octets);
     if (utf8.hasError()) {
         QStringDecoder w("windows-1252");
         texte = w.isValid() ? QString(w.decode(octets)) : QString::fromLatin1(octets);
     }
-    lignes = texte.split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
+    lignes.clear();
+    const QChar* t = texte.constData();
+    const qsizetype n = texte.size();
+    qsizetype debut = 0;
+    for (qsizetype i = 0; i < n; ++i) {
+        if (t[i] != u'\r' && t[i] != u'\n') continue;
+        lignes.emplace_back(t + debut, i - debut);
+        if (t[i] == u'\r' && i + 1 < n && t[i + 1] == u'\n') ++i;
+        debut = i + 1;
+    }
+    lignes.emplace_back(t + debut, n - debut);
+    return true;
+}
+
+bool LitLignesDonnees(const QString& chemin, QStringList& lignes) {
+    QString texte;
+    std::vector<QStringView> vues;
+    if (!LitLignesDonnees(chemin, texte, vues)) return false;
+    lignes.clear();
+    lignes.reserve(vues.size());
+    for (QStringView v : vues) lignes.append(v.toString());
     return true;
 }
 

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVector>
 
+#include <vector>
+
 struct Etat;
 
 void CmdPoly(Etat& e);
@@ -23,3 +25,6 @@ QString FichierDeCommande(Etat& e, const QString& nom, const QString& extension)
 // The text lines of a data file, UTF-8 when valid, else Windows-1252; CR LF,
 // LF or CR end a line. False when the file can't be read.
 bool LitLignesDonnees(const QString& chemin, QStringList& lignes);
+// The same lines as views into `texte`, the decoded file, with no string
+// made for each line: for files of many thousand lines.
+bool LitLignesDonnees(const QString& chemin, QString& texte, std::vector<QStringView>& lignes);

@@ -25,11 +25,8 @@ void CmdFichier(Etat& e);
 // `DMKCODE`: the prompt "MdP (GRI)"; with the code, the line becomes the
 // template of an external command's header.
 void CmdDmkCode(Etat& e);
-// The `Symbole` form for `Plot`: runs `texte` one level deeper as
-// the file "Symbole", with `parametres` in the place of the parameter text of
-// a call ("Symbole, x, y [, parameters...]"; `Plot` passes "Symbole, 0, 0"
-// when its symbol text already holds the point). Returns AppelFichier's result.
-int AppelSymbole(Etat& e, int niveau, const QString& texte, const QString& parametres);
+// `AppelSymbole`, `ChercheFichier` and `DossierCourant`, which the drawing
+// commands call, are declared in language/commandes.h.
 
 // --- Fixed texts
 
@@ -54,16 +51,6 @@ constexpr int MaxCommandesExternes = 60;
 
 // --- File lookup and reading
 
-// The file that a call names: for `indexExterne` > 0 the file of that entry
-// of the list; for 0 the trimmed name as typed, looked up by its form: a bare
-// name, a path without extension, or a name with an extension (branch 3).
-// The first match, or the name as typed. `boiteNonTrouve` is set when the
-// name reaches the "non trouvé[not founf]" box (branch 3, the last dot at the
-// first character).
-QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve = nullptr);
-// Where a relative name "as given" is looked for: the working folder
-// (`DossierTravail`, else the process's current folder), ending in "/".
-QString DossierCourant(const Etat& e);
 // The box of branch 3: "Fichier[file] " + name + " non trouvé[not founf] !".
 QString TexteNonTrouve(const QString& nom);
 // The box of a coded file of wrong length, before the run stops:
