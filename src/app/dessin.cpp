@@ -21,6 +21,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
@@ -264,6 +265,16 @@ void FrmDessin::Verrouille(bool oui) {
         l->setReadOnly(oui);
     CmdOK->setText(ChaineMenu(oui ? 179 : 178));
     LblAide->setText(ChaineMenu(oui ? 180 : 176));
+    // A tenth of the screen's width, on its right side, as high as the
+    // wrapped texts need; wider on a screen too low for them.
+    if (const QScreen* ecran = f_.screen()) {
+        const QRect r = ecran->availableGeometry();
+        const int haut = r.height() - 60;
+        int largeur = std::max(r.width() / 10, minimumSizeHint().width());
+        while (layout()->totalHeightForWidth(largeur) > haut && largeur < r.width() / 3) largeur += 20;
+        setGeometry(r.right() - largeur + 1, r.top() + 30, largeur,
+                    std::min(haut, layout()->totalHeightForWidth(largeur)));
+    }
 }
 
 void FrmDessin::Ouvre() {
@@ -278,12 +289,6 @@ void FrmDessin::Ouvre() {
     Verrouille(false);
     CmdAnnuler->setText(ChaineMenu(177));
     MajRefCur();
-    // A tenth of the screen's width, on its right side.
-    if (const QScreen* ecran = f_.screen()) {
-        const QRect r = ecran->availableGeometry();
-        const int largeur = std::max(r.width() / 10, minimumSizeHint().width());
-        setGeometry(r.right() - largeur + 1, r.top() + 30, largeur, std::min(r.height() - 60, sizeHint().height()));
-    }
     show();
     raise();
     activateWindow();
