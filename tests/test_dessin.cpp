@@ -119,6 +119,8 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     Clic(f, {40, 40}, Qt::ShiftModifier);
     Clic(f, {60, 40}, Qt::ShiftModifier | Qt::AltModifier);
     EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 13, f.RefCurY + 5)));
+    QTest::keyClick(f.RTB1, Qt::Key_F4); // a run keeps the drawing on the pane
+    EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 21, f.RefCurY + 15)));
     QTest::keyClick(o.d, Qt::Key_Backspace);
     QStringList l = LignesFichier(o.d->CheminTravail());
     EXPECT_TRUE(l[0].startsWith("' Fichier de données dessin pour Mirel / Drawing data file for Mirel "));
@@ -129,7 +131,7 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     EXPECT_EQ(LignesFichier(o.Chemin("Dessin.txt")).mid(1), l.mid(1));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "Plot = Dessin.txt§59,1,2§0,1,1,,1");
     EXPECT_TRUE(!f.DessinOuvert && f.Mnu_Dessin->isEnabled() && f.Mnu_Ouvrir->isEnabled() && !o.d->isVisible());
-    EXPECT_EQ(f.NombreExecutions, runs + 1);
+    EXPECT_EQ(f.NombreExecutions, runs + 2);
 
     Session s(Programme("CT = 20, 10, N\n" + QGuiApplication::clipboard()->text()));
     s.etat.FichierPrincipal = o.Chemin("essai.dat");

@@ -1,6 +1,7 @@
 #include "app/dessin.h"
 
 #include "app/boites.h"
+#include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
 #include "app/core/fichiers.h"
@@ -220,6 +221,7 @@ FrmDessin::FrmDessin(Form1& fenetre, Boites* boites) : QDialog(&fenetre), f_(fen
         return b.clickedButton() == a ? Choix::Ajouter : b.clickedButton() == r ? Choix::Remplacer : Choix::Annuler;
     };
     f_.pane->installEventFilter(this);
+    f_.RTB1->installEventFilter(this);
 }
 
 FrmDessin::~FrmDessin() = default;
@@ -551,6 +553,12 @@ void FrmDessin::Rejoue() {
 
 // --- keys and the pane's mouse
 
+// A run, the drawing so far kept on the new picture.
+void FrmDessin::Relance() {
+    f_.Visualiser();
+    if (dessin_) Rejoue();
+}
+
 void FrmDessin::keyPressEvent(QKeyEvent* ev) {
     const Qt::KeyboardModifiers m = ev->modifiers();
     switch (ev->key()) {
@@ -559,9 +567,7 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
         EffacePoint();
         return;
     case Qt::Key_F4:
-        f_.Visualiser();
-        // The drawing so far stays on the new picture.
-        if (dessin_) Rejoue();
+        Relance();
         return;
     case Qt::Key_F5:
     case Qt::Key_F12:
@@ -587,7 +593,15 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
 }
 
 bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
-    if (objet != f_.pane || !dessin_) return QDialog::eventFilter(objet, ev);
+    if ((objet != f_.pane && objet != f_.RTB1) || !dessin_) return QDialog::eventFilter(objet, ev);
+    if (ev->type() == QEvent::KeyPress) {
+        // F4 in the window as in the tool.
+        const auto* k = static_cast<QKeyEvent*>(ev);
+        if (k->key() != Qt::Key_F4 || k->modifiers() != Qt::NoModifier) return false;
+        Relance();
+        return true;
+    }
+    if (objet != f_.pane) return false;
     switch (ev->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick: {

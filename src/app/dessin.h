@@ -127,6 +127,7 @@ private:
     void EcritPoint(QPointF p, bool relatif);
     void Trace(QPointF a, QPointF b, int couleur);
     void Rejoue();
+    void Relance();
     void ReprendEtat();
     QString Chemin(const QString& nom) const;
     QString Chaine(int n) const;
