@@ -121,6 +121,8 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 13, f.RefCurY + 5)));
     QTest::keyClick(f.RTB1, Qt::Key_F4); // a run keeps the drawing on the pane
     EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 21, f.RefCurY + 15)));
+    QTest::keyClick(f.RTB1, Qt::Key_Semicolon);
+    EXPECT_TRUE(o.d->Label10->text() == "KeyCode = 59" && f.RTB1->TexteCrLf() == "CentreE = 100, 80\r\n");
     QTest::keyClick(o.d, Qt::Key_Backspace);
     QStringList l = LignesFichier(o.d->CheminTravail());
     EXPECT_TRUE(l[0].startsWith("' Fichier de données dessin pour Mirel / Drawing data file for Mirel "));

@@ -456,6 +456,7 @@ void FrmDessin::EcritPoint(QPointF p, bool relatif) {
 
 bool FrmDessin::Appui(QPointF p, Qt::MouseButton bouton, Qt::KeyboardModifiers mods) {
     if (!dessin_ || !(mods & Qt::ShiftModifier)) return false;
+    MajRefCur();
     if ((mods & Qt::AltModifier) && pointsTrait_ > 0) {
         // A broken line: the segment from the last point, kept straight by
         // the right button (or Ctrl, as the tool's help text tells).
@@ -557,6 +558,7 @@ void FrmDessin::Rejoue() {
 void FrmDessin::Relance() {
     f_.Visualiser();
     if (dessin_) Rejoue();
+    MajRefCur();
 }
 
 void FrmDessin::keyPressEvent(QKeyEvent* ev) {
@@ -597,6 +599,13 @@ bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
     if (ev->type() == QEvent::KeyPress) {
         // F4 in the window as in the tool.
         const auto* k = static_cast<QKeyEvent*>(ev);
+        if (k->key() == 59) {
+            // The key of code 59 is the tool's: shown, and the focus back to the tool.
+            Label10->setText(QStringLiteral("KeyCode = 59"));
+            activateWindow();
+            CmdOK->setFocus();
+            return true;
+        }
         if (k->key() != Qt::Key_F4 || k->modifiers() != Qt::NoModifier) return false;
         Relance();
         return true;
