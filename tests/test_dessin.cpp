@@ -94,7 +94,8 @@ TEST(Dessin, SettingsAreLimited) {
         EXPECT_TRUE(o.d->TxtCouleur->isReadOnly() && !o.d->TxtNom->isReadOnly());
         EXPECT_EQ(o.d->CmdOK->text(), "Enregistrer");
         o.d->CmdOK->click();
-        EXPECT_EQ(QGuiApplication::clipboard()->text(), QString("Plot = Dessin.txt§59,1,2§%1,1,1,,1").arg(c.lissageLu));
+        EXPECT_EQ(QGuiApplication::clipboard()->text(),
+                  QString("Plot = Dessin.txt§59,1,2§%1,1,1,,1").arg(c.lissageLu));
     }
 }
 
@@ -123,7 +124,9 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 21, f.RefCurY + 15)));
     QTest::keyClick(f.RTB1, Qt::Key_Semicolon);
     EXPECT_TRUE(o.d->Label10->text() == "KeyCode = 59" && f.RTB1->TexteCrLf() == "CentreE = 100, 80\r\n");
-    QTest::keyClick(o.d, Qt::Key_Backspace);
+    EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 50, f.RefCurY + 40)));
+    QTest::keyClick(o.d, Qt::Key_Backspace); // drawn over in the background colour
+    EXPECT_FALSE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 50, f.RefCurY + 40)));
     QStringList l = LignesFichier(o.d->CheminTravail());
     EXPECT_TRUE(l[0].startsWith("' Fichier de données dessin pour Mirel / Drawing data file for Mirel "));
     EXPECT_EQ(l.mid(1), QStringList({"10.0; 5.0", "16.0; 5.0", "16.0; 15.0", "26.0; 15.0", "'EOD", "40.0; 40.0", ""}));
@@ -184,7 +187,8 @@ TEST(Dessin, ExistingFileLoadedOrAddedTo) {
         EXPECT_EQ(o.ajoutPermis, !oui);
         const QStringList l = LignesFichier(o.Chemin("Dessin.txt"));
         if (oui) {
-            EXPECT_EQ(l, QStringList({"' en-tête", "0; 0", "10; 0", "'EOD", "20; 20", "r5; r0", "'EOD", "30.0; 20.0", ""}));
+            EXPECT_EQ(l, QStringList({"' en-tête", "0; 0", "10; 0", "'EOD", "20; 20", "r5; r0", "'EOD", "30.0; 20.0",
+                                      ""}));
         } else {
             EXPECT_EQ(l.mid(0, 7), existant.split("\r\n").mid(0, 7));
             EXPECT_TRUE(l[7].startsWith("' Fichier de données dessin"));

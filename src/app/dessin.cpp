@@ -239,6 +239,15 @@ QString FrmDessin::Chemin(const QString& nom) const {
     return c;
 }
 
+// String n with the file's name in place of `marque`, and its points and strokes.
+QString FrmDessin::Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const {
+    const CompteDessin c = CompteFichierDessin(LitTexte(chemin));
+    return Chaine(n)
+        .replace(QLatin1String(marque), nom)
+        .replace(QLatin1String("NbP"), QString::number(c.NbP))
+        .replace(QLatin1String("NbT"), QString::number(c.NbT));
+}
+
 void FrmDessin::MajRefCur() {
     Label10->setText(QStringLiteral("RefCur = ") + StrF(float(f_.RefCurX - f_.e.Repere.SourisOrigineX)) +
                      QStringLiteral(", ") + StrF(float(f_.RefCurY - f_.e.Repere.SourisOrigineY)));
@@ -319,9 +328,7 @@ void FrmDessin::Reglages() {
     // 1.
     try {
         couleur_ = CouleurParametre(e, TxtCouleur->text());
-        const std::optional<int> fond = LitCouleur(e, TxtFond->text());
-        fondDonne_ = fond && *fond != -1;
-        fond_ = fond.value_or(-1);
+        fond_ = LitCouleur(e, TxtFond->text()).value_or(-1);
         largeur_ = Trim(TxtEpais->text()).isEmpty() ? 1 : std::max(1, LitEpaisseur(e, TxtEpais->text()));
     } catch (const std::exception&) {
         e.TexteErreur.clear();
@@ -339,12 +346,8 @@ void FrmDessin::Reglages() {
     pointsTrait_ = 0;
     bool charge = false;
     if (QFileInfo(chemin).isFile()) {
-        const CompteDessin c = CompteFichierDessin(LitTexte(chemin));
-        QString q = Chaine(185);
-        q.replace(QLatin1String("Fic_Dess"), nom)
-            .replace(QLatin1String("NbP"), QString::number(c.NbP))
-            .replace(QLatin1String("NbT"), QString::number(c.NbT));
-        if (boites_ && boites_->Message(this, TitreBoite, q, Boutons::OuiNon, Icone::Question) == Reponse::Oui) {
+        if (boites_ && boites_->Message(this, TitreBoite, Annonce(185, "Fic_Dess", nom, chemin), Boutons::OuiNon,
+                                        Icone::Question) == Reponse::Oui) {
             QString texte = LitTexte(chemin);
             QString derniere;
             for (const QString& l : Lignes(texte))
@@ -383,20 +386,18 @@ void FrmDessin::Enregistre() {
     travail_.close();
     const QString nom = NomFichierDessin(TxtNom->text());
     const QString chemin = Chemin(nom);
-    if (QFileInfo(chemin).isFile()) {
-        const CompteDessin c = CompteFichierDessin(LitTexte(chemin));
-        QString t = Chaine(181);
-        t.replace(QLatin1String("t$"), nom)
-            .replace(QLatin1String("NbP"), QString::number(c.NbP))
-            .replace(QLatin1String("NbT"), QString::number(c.NbT));
-        switch (FrmMsgBox(t, nom.compare(nomCharge_, Qt::CaseInsensitive) != 0)) {
+    QFile cible(chemin), travail(CheminTravail());
+    bool fait = true;
+    if (cible.exists()) {
+        switch (FrmMsgBox(Annonce(181, "t$", nom, chemin), nom.compare(nomCharge_, Qt::CaseInsensitive) != 0)) {
         case Choix::Ajouter:
-            EcritTexte(chemin, LitTexte(CheminTravail()) + QStringLiteral("'EOD '") + FinLigne, QIODevice::Append);
-            QFile::remove(CheminTravail());
+            fait = cible.open(QIODevice::WriteOnly | QIODevice::Append) &&
+                   cible.write((LitTexte(CheminTravail()) + QStringLiteral("'EOD '") + FinLigne).toUtf8()) >= 0;
+            cible.close();
+            if (fait) travail.remove();
             break;
         case Choix::Remplacer:
-            QFile::remove(chemin);
-            QFile::rename(CheminTravail(), chemin);
+            fait = cible.remove() && travail.rename(chemin);
             break;
         case Choix::Annuler:
             // Nothing done: the drawing goes on.
@@ -404,7 +405,16 @@ void FrmDessin::Enregistre() {
             return;
         }
     } else {
-        QFile::rename(CheminTravail(), chemin);
+        fait = travail.rename(chemin);
+    }
+    if (!fait) {
+        // The system's reason; the drawing is still in the work file and goes on.
+        const QString raison = cible.error() != QFileDevice::NoError ? cible.errorString() : travail.errorString();
+        if (boites_)
+            boites_->Message(this, TitreBoite, chemin + QStringLiteral("\n") + raison, Boutons::Ok,
+                             Icone::Exclamation);
+        dessin_ = OuvreTravail(QIODevice::Append);
+        return;
     }
     lignePlot_ = LignePlotDessin(nom, lissage_);
     QGuiApplication::clipboard()->setText(lignePlot_);
@@ -460,7 +470,8 @@ bool FrmDessin::Appui(QPointF p, Qt::MouseButton bouton, Qt::KeyboardModifiers m
     if ((mods & Qt::AltModifier) && pointsTrait_ > 0) {
         // A broken line: the segment from the last point, kept straight by
         // the right button (or Ctrl, as the tool's help text tells).
-        const QPointF ici = bouton == Qt::RightButton || (mods & Qt::ControlModifier) ? ContraintSegment(dernier_, p) : p;
+        const bool droit = bouton == Qt::RightButton || (mods & Qt::ControlModifier);
+        const QPointF ici = droit ? ContraintSegment(dernier_, p) : p;
         Trace(dernier_, ici, couleur_);
         EcritPoint(ici, relatif_);
         ++pointsTrait_;
@@ -514,7 +525,7 @@ void FrmDessin::EffacePoint() {
             if (l.points[i].ligne != k) continue;
             const PointDessin& p = l.points[i];
             const PointDessin& a = i > 0 && l.points[i - 1].trait == p.trait ? l.points[i - 1] : p;
-            if (fondDonne_) Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
+            Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
         }
         lignes.removeAt(k);
         EcritTexte(CheminTravail(), lignes.join(FinLigne), QIODevice::Truncate);

@@ -131,6 +131,7 @@ private:
     void ReprendEtat();
     QString Chemin(const QString& nom) const;
     QString Chaine(int n) const;
+    QString Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const;
     QString ChaineMenu(int n) const;
 
     Form1& f_;
@@ -139,8 +140,8 @@ private:
     bool dessin_ = false;         // drawing state: settings accepted
     QString format_ = QStringLiteral("0.0#");
     bool relatif_ = false;
-    int couleur_ = 0, fond_ = -1, largeur_ = 1;
-    bool fondDonne_ = false;
+    int couleur_ = 0, largeur_ = 1;
+    int fond_ = -1;               // the background colour, -1 for none
     double distance_ = 0;
     int lissage_ = 0;
     QString nomCharge_;           // the file loaded by Yes, whose adding is refused
