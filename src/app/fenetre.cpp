@@ -8,6 +8,7 @@
 #include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/aide_fenetre.h"
+#include "app/dessin.h"
 #include "app/dialogues.h"
 #include "app/editeur.h"
 #include "app/hote_fenetre.h"
@@ -281,7 +282,7 @@ void Form1::ConstruitMenus() {
     connect(recherche, &Recherche::etatChange, this, &Form1::MajText4);
 
     Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // the command dialog: to come
-    Mnu_Dessin = action(nullptr, "Mnu_Dessin", nullptr, false); // freehand drawing: to come
+    Mnu_Dessin = action(nullptr, "Mnu_Dessin", [this] { Mnu_Dessin_Click(*this, s_.boites); });
     Mnu_Visualiser = action(nullptr, "Mnu_Visualiser", [this] { Visualiser(); });
     Mnu_Zoom = action(nullptr, "Mnu_Zoom", &Form1::Mnu_Zoom_Click);
     Mnu_RefCurseur = action(nullptr, "Mnu_RefCurseur", &Form1::Mnu_RefCurseur_Click);
