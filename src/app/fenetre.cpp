@@ -8,6 +8,7 @@
 #include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/aide_fenetre.h"
+#include "app/commande_dialogue.h"
 #include "app/dessin.h"
 #include "app/dialogues.h"
 #include "app/editeur.h"
@@ -281,7 +282,8 @@ void Form1::ConstruitMenus() {
     recherche = new Recherche(RTB1, Mnu_Defaire, Mnu_Refaire, Mnu_Rechercher, this);
     connect(recherche, &Recherche::etatChange, this, &Form1::MajText4);
 
-    Mnu_Masque = action(nullptr, "Mnu_Masque", nullptr, false); // the command dialog: to come
+    Mnu_Masque = action(nullptr, "Mnu_Masque", [this] { OuvreMasque(*this, *s_.boites); });
+    connect(RTB1, &Editeur::masque, Mnu_Masque, &QAction::trigger);
     Mnu_Dessin = action(nullptr, "Mnu_Dessin", [this] { Mnu_Dessin_Click(*this, s_.boites); });
     Mnu_Visualiser = action(nullptr, "Mnu_Visualiser", [this] { Visualiser(); });
     Mnu_Zoom = action(nullptr, "Mnu_Zoom", &Form1::Mnu_Zoom_Click);
