@@ -1,13 +1,21 @@
-// Printing on paper: a QPrinter writing PDF stands in for a real queue, so
-// what reaches the printer can be measured.
+// Printing on paper: a QPrinter writing PDF, or a real cups-pdf queue of a
+// private CUPS daemon, so that what reaches the printer can be measured.
 #include "outils.h"
 #include "outils_fenetre.h"
 
 #include "app/impression.h"
+#include "app/listing.h"
 
+#include <QThread>
+#include <QElapsedTimer>
 #include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
+
+#include <dlfcn.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -31,9 +39,9 @@ InfoPdf Info(const QString& pdf) {
             QRegularExpression(R"(Title:\s+([^\n]*)\n)").match(t).captured(1)};
 }
 
-// The centres of the ink left and right of the page's middle, in mm from
-// the top left corner, read from the first page drawn at 10 pixels a mm.
-std::pair<QPointF, QPointF> CentresEncre(const QString& pdf, const QTemporaryDir& d) {
+// The centres of the ink left and right of `milieu` mm, in mm from the top
+// left corner, read from the first page drawn at 10 pixels a mm.
+std::pair<QPointF, QPointF> CentresEncre(const QString& pdf, const QTemporaryDir& d, double milieu = 105) {
     const QString base = d.filePath("page");
     Execute("pdftoppm", {"-r", "254", "-png", "-singlefile", "-f", "1", "-l", "1", pdf, base});
     const QImage im(base + ".png");
@@ -42,7 +50,7 @@ std::pair<QPointF, QPointF> CentresEncre(const QString& pdf, const QTemporaryDir
     for (int y = 0; y < im.height(); ++y)
         for (int x = 0; x < im.width(); ++x) {
             const double w = (255 - qGray(im.pixel(x, y))) / 255.0;
-            const int c = x < im.width() / 2 ? 0 : 1;
+            const int c = x < milieu * 10 ? 0 : 1;
             if (w >= 0.02) { somme[c] += QPointF(x + 0.5, y + 0.5) * w; poids[c] += w; }
         }
     return {somme[0] / poids[0] / 10.0, somme[1] / poids[1] / 10.0};
@@ -50,6 +58,118 @@ std::pair<QPointF, QPointF> CentresEncre(const QString& pdf, const QTemporaryDir
 
 // Two crosses 100 mm apart, 1 mm pen, about the printer's centre at 50, 150.
 const char* const DeuxCroix = "CentreI = 50, 150, N\nEpaisT = 1mm\nCT = 0, 0\nCT = 100, 0\n";
+
+QString TextePdf(const QString& pdf, int page = 0) {
+    const QStringList pages = page ? QStringList{"-f", QString::number(page), "-l", QString::number(page)}
+                                   : QStringList();
+    return QString::fromUtf8(Execute("pdftotext", pages + QStringList{pdf, "-"}).out);
+}
+
+// The print and font dialogs, answered by the test; unset answers cancel.
+struct DialoguesTest : DialoguesImpression {
+    std::function<void(QPrinter&)> choix, code;
+    std::optional<QFont> police;
+    bool selectionOfferte = false;
+    bool ChoixImprimante(QWidget*, QPrinter& p) override { return choix && (choix(p), true); }
+    bool ImpressionCode(QWidget*, QPrinter& p, bool selection) override {
+        selectionOfferte = selection;
+        return code && (code(p), true);
+    }
+    std::optional<QFont> Police(QWidget*, const QFont&, bool) override { return police; }
+};
+
+DialoguesTest& Dialogues(Form1& f) {
+    auto d = std::make_unique<DialoguesTest>();
+    DialoguesTest& r = *d;
+    f.DialoguesImp = std::move(d);
+    return r;
+}
+
+// A private CUPS daemon with one cups-pdf queue: configuration, spool and
+// socket in a folder of its own; this process and the mirel processes it
+// starts print to it. `erreur` says why it could not start.
+struct CupsPrive {
+    static constexpr const char* File = "MirelPdf";
+    QTemporaryDir dossier;
+    QProcess cupsd;
+    QString socket = dossier.filePath("cups.sock"), erreur;
+
+    CupsPrive() {
+        const QString d = dossier.path();
+        // The filters run as the lp user: they must reach the spool and write their own files.
+        chmod(d.toLocal8Bit(), 0755);
+        for (const char* sous : {"spool", "cache", "state", "tmp", "log"}) QDir(d).mkdir(sous);
+        chmod((d + "/tmp").toLocal8Bit(), 01777);
+        const QString tous = "  Order allow,deny\n  Allow all\n";
+        Fichier("cupsd.conf", "Listen " + socket + "\nLogLevel warn\nWebInterface No\nBrowsing No\n"
+                "DefaultAuthType None\n<Location />\n" + tous + "</Location>\n<Location /admin>\n" + tous +
+                "</Location>\n<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
+        Fichier("cups-files.conf", QString("ServerRoot %1\nRequestRoot %1/spool\nCacheDir %1/cache\nStateDir "
+                "%1/state\nTempDir %1/tmp\nErrorLog %1/log/error_log\nAccessLog %1/log/access_log\n").arg(d));
+        cupsd.start("/usr/sbin/cupsd", {"-f", "-c", d + "/cupsd.conf", "-s", d + "/cups-files.conf"});
+        if (!cupsd.waitForStarted(5000)) {
+            erreur = "cupsd does not start (bash scripts/setup.sh installs cups): " + cupsd.errorString();
+            return;
+        }
+        QElapsedTimer t;
+        for (t.start(); !QFile::exists(socket) && cupsd.state() == QProcess::Running && t.elapsed() < 10000;)
+            QThread::msleep(50);
+        if (!QFile::exists(socket)) {
+            erreur = "cupsd did not open its socket: " + cupsd.readAllStandardError();
+            return;
+        }
+        // Rendered by cairo on its way to PostScript, the job keeps its text readable.
+        const SortieProcessus a = Execute("lpadmin", {"-h", socket, "-p", File, "-E", "-v", "cups-pdf:/", "-P",
+                                                      "/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd", "-o",
+                                                      "pdftops-renderer-default=pdftocairo"});
+        if (a.code != 0) {
+            erreur = "lpadmin cannot add the cups-pdf queue (printer-driver-cups-pdf): " + a.err;
+            return;
+        }
+        qputenv("CUPS_SERVER", socket.toLocal8Bit());
+        Serveur(socket.toLocal8Bit().constData());
+    }
+    ~CupsPrive() {
+        Serveur(nullptr);
+        qunsetenv("CUPS_SERVER");
+        cupsd.terminate();
+        if (!cupsd.waitForFinished(5000)) cupsd.kill();
+    }
+    void Fichier(const QString& nom, const QString& texte) {
+        QFile f(dossier.filePath(nom));
+        f.open(QIODevice::WriteOnly);
+        f.write(texte.toUtf8());
+    }
+    // This process's print support may already know a server: it is told.
+    static void Serveur(const char* s) {
+        if (void* lib = dlopen("libcups.so.2", RTLD_NOW))
+            if (auto f = reinterpret_cast<void (*)(const char*)>(dlsym(lib, "cupsSetServer"))) f(s);
+    }
+    // The PDF that cups-pdf wrote for the job titled `titre` (in the user's
+    // PDF folder, or the anonymous one), once it stops growing; empty after 20 s.
+    static QString Sortie(const QString& titre) {
+        const QStringList dossiers{QString::fromLocal8Bit(getpwuid(getuid())->pw_dir) + "/PDF",
+                                   "/var/spool/cups-pdf/ANONYMOUS"};
+        QElapsedTimer t;
+        qint64 taille = -1;
+        for (t.start(); t.elapsed() < 20000; QThread::msleep(200))
+            for (const QString& d : dossiers)
+                for (const QFileInfo& i : QDir(d).entryInfoList({titre + "*.pdf"}, QDir::Files)) {
+                    if (i.size() > 0 && i.size() == taille) return i.filePath();
+                    taille = i.size();
+                }
+        return {};
+    }
+};
+
+class ImpressionCups : public ::testing::Test {
+protected:
+    static inline std::unique_ptr<CupsPrive> cups;
+    static void SetUpTestSuite() { cups = std::make_unique<CupsPrive>(); }
+    static void TearDownTestSuite() { cups.reset(); }
+    void SetUp() override { ASSERT_TRUE(cups->erreur.isEmpty()) << cups->erreur.toStdString(); }
+    static QString Titre(const char* nom) { return QString("%1_%2").arg(nom).arg(getpid()); }
+};
 
 } // namespace
 
@@ -107,12 +227,18 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     EXPECT_EQ(i.titre, "boucle");
 }
 
-// Without a configured printer the print entry is off.
+// Without a configured printer the print entries are off and say why; the
+// PDF export stays.
 TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
     b.imprimante.clear();
     Form1& f = b.Demarre("CT = 0, 0\n");
-    EXPECT_TRUE(!f.Mnu_Imprimer->isEnabled() && f.Mnu_ExportPdf->isEnabled());
+    for (QAction* a : {f.Mnu_Imprimante, f.Mnu_Imprimer, f.Mnu_ImprimerZoom, f.Mnu_ImprimerCode}) {
+        EXPECT_FALSE(a->isEnabled());
+        EXPECT_TRUE(a->text().contains("(aucune imprimante installée)")) << a->text().toStdString();
+    }
+    EXPECT_TRUE(f.Mnu_ExportPdf->isEnabled());
+    EXPECT_EQ(f.Mnu_ImprimerZoom->text().count("aucune"), 1);
 }
 
 // `mirel print`: into a PDF file, an error box, an unknown queue.
@@ -129,10 +255,169 @@ TEST(Impression, CommandLineExitStatus) {
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2,
                              "no such printer: file_d_attente_absente"},
-                         Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"}}) {
+                         Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
+                         Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"}}) {
         const SortieProcessus s = Execute(MIREL_BINARY, QStringList{"print"} + c.args);
         EXPECT_EQ(s.code, c.code) << c.args.join(' ').toStdString() << s.err.toStdString();
         EXPECT_TRUE(QString::fromUtf8(s.err).contains(c.err)) << s.err.toStdString();
     }
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
+}
+
+// The printer choice keeps its queue and sheet for the next prints, and
+// prints at once with patch 2; Cancel changes nothing.
+TEST(Impression, PrinterChoiceKeepsTheSheet) {
+    struct Cas { bool accepte; int patchs; bool imprimeAussitot; };
+    for (const Cas& c : {Cas{true, 0, false}, Cas{true, 2, true}, Cas{false, 2, false}}) {
+        Banc b;
+        Form1& f = b.Demarre(DeuxCroix, "choix.dat");
+        const QString pdf = b.travail.filePath("choix.pdf");
+        f.regl.Patchs = c.patchs;
+        DialoguesTest& d = Dialogues(f);
+        if (c.accepte)
+            d.choix = [&](QPrinter& p) {
+                p.setOutputFormat(QPrinter::PdfFormat);
+                p.setOutputFileName(pdf);
+                p.setPageSize(QPageSize(QPageSize::A3));
+            };
+        f.Mnu_Imprimante->trigger();
+        EXPECT_EQ(QFile::exists(pdf), c.imprimeAussitot);
+        EXPECT_EQ(f.NomImprimante == "Imprimante de test", !c.accepte);
+        if (!c.accepte) continue;
+        f.Mnu_Imprimer->trigger();
+        EXPECT_NEAR(Info(pdf).hauteurMm, 420, 0.2); // A3 in whole points
+    }
+}
+
+// Ctrl-Shift-P: the zoom asked for, offered again next time; a text that is
+// no number is refused with its box, an empty answer prints nothing, 0 or
+// less prints at 1.
+TEST(Impression, PrintWithZoomAsksTheZoom) {
+    Banc b;
+    Form1& f = b.Demarre(DeuxCroix, "zoom.dat");
+    const QString pdf = b.travail.filePath("zoom.pdf");
+    struct Cas { QString reponse; double ecart; QString message; };
+    QString offre = "1";
+    for (const Cas& c : {Cas{"0,5", 50, ""}, Cas{"abc", 0, "Valeur non valide\nNo valid value"}, Cas{"", 0, ""},
+                         Cas{"-2", 100, ""}}) {
+        SCOPED_TRACE(c.reponse.toStdString());
+        QFile::remove(pdf);
+        f.ImprimanteChoisie = PdfImprimante(pdf);
+        b.boites.vues.clear();
+        b.boites.reponses = {c.reponse};
+        f.Mnu_ImprimerZoom->trigger();
+        EXPECT_EQ(b.boites.vues.front().texte, "Facteur d'échelles :|" + offre);
+        EXPECT_EQ(b.boites.Messages(), c.message.isEmpty() ? QStringList() : QStringList{c.message});
+        ASSERT_EQ(QFile::exists(pdf), c.ecart > 0);
+        if (c.ecart == 0) continue;
+        offre = c.ecart == 50 ? "0.5" : "1";
+        const auto [gauche, droite] = CentresEncre(pdf, b.travail, c.ecart);
+        EXPECT_NEAR(droite.x() - gauche.x(), c.ecart, 0.1);
+    }
+}
+
+// Alt-P: the chosen font's name replaces the selection, as one undo level;
+// Cancel inserts nothing.
+TEST(Impression, FontListInsertsTheName) {
+    Banc b;
+    Form1& f = b.Demarre("Police = Arial\n");
+    DialoguesTest& d = Dialogues(f);
+    QTextCursor c(f.RTB1->document());
+    c.setPosition(9);
+    c.setPosition(11, QTextCursor::KeepAnchor);
+    f.RTB1->setTextCursor(c);
+    f.Mnu_Polices->trigger();
+    EXPECT_EQ(Ligne(*f.RTB1, 0), "Police = Arial");
+    d.police = QFont("Liberation Serif");
+    f.Mnu_Polices->trigger();
+    EXPECT_EQ(Ligne(*f.RTB1, 0), "Police = Liberation Serifial");
+    f.Mnu_Defaire->trigger();
+    EXPECT_EQ(Ligne(*f.RTB1, 0), "Police = Arial");
+}
+
+// The listing: 64 lines a sheet, the header and its empty line counted on
+// the first; a final line break makes no line; each sheet has its footer.
+TEST(Impression, ListingHoldsSixtyFourLinesASheet) {
+    QTemporaryDir d;
+    struct Cas { int lignes; bool finale; int pages; };
+    for (const Cas& c : {Cas{3, false, 1}, Cas{62, true, 1}, Cas{63, false, 2}, Cas{190, true, 3}}) {
+        SCOPED_TRACE(c.lignes);
+        QStringList l;
+        for (int i = 1; i <= c.lignes; ++i) l << QString("L%1").arg(i, 3, 10, QChar('0'));
+        const QString dat = d.filePath("code.dat"), pdf = d.filePath("code.pdf");
+        QFile f(dat);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write((l.join("\r\n") + (c.finale ? "\r\n" : "")).toUtf8());
+        f.close();
+        ASSERT_EQ(Execute(MIREL_BINARY, {"print", "--listing", dat, "-o", pdf}).code, 0);
+        ASSERT_EQ(Info(pdf).pages, c.pages);
+        for (int p = 1; p <= c.pages; ++p) {
+            const QString t = TextePdf(pdf, p);
+            EXPECT_TRUE(t.contains(QString("- %1/%2 -").arg(p).arg(c.pages))) << t.toStdString();
+            const int premiere = p == 1 ? 1 : 64 * (p - 1) - 1;
+            EXPECT_TRUE(t.contains(l[premiere - 1]));
+            EXPECT_FALSE(t.contains(QString("L%1").arg(64 * p - 1, 3, 10, QChar('0'))));
+        }
+        EXPECT_TRUE(TextePdf(pdf, 1).startsWith("Mirel: " + QFileInfo(dat).absoluteFilePath()));
+    }
+}
+
+// Through a real queue: the window's print menu after the printer choice,
+// then `mirel print` at zoom 0.5; sheet as chosen, crosses 100 mm (50 mm)
+// apart, the text of the second sheet present.
+TEST_F(ImpressionCups, DrawingAtTrueSize) {
+    Banc b;
+    const QString titre = Titre("dessin");
+    Form1& f = b.Demarre(QString(DeuxCroix) + "NPage\nTexte = 20, 20, , 14,Cadran\n", titre + ".dat");
+    Dialogues(f).choix = [](QPrinter& p) {
+        p.setPrinterName(CupsPrive::File);
+        p.setPageSize(QPageSize(QPageSize::Letter));
+    };
+    f.Mnu_Imprimante->trigger();
+    f.Mnu_Imprimer->trigger();
+    const QString pdf = CupsPrive::Sortie(titre);
+    ASSERT_FALSE(pdf.isEmpty()) << "no output from the cups-pdf queue";
+    const InfoPdf i = Info(pdf);
+    EXPECT_NEAR(i.largeurMm, 215.9, 0.1);
+    EXPECT_NEAR(i.hauteurMm, 279.4, 0.1);
+    EXPECT_EQ(i.pages, 2);
+    EXPECT_TRUE(TextePdf(pdf).contains("Cadran"));
+    const auto [gauche, droite] = CentresEncre(pdf, b.travail);
+    EXPECT_NEAR(droite.x() - gauche.x(), 100, 0.1);
+    EXPECT_NEAR(droite.y() - gauche.y(), 0, 0.1);
+    QFile::remove(pdf);
+
+    const SortieProcessus s = Execute(MIREL_BINARY, {"print", b.travail.filePath(titre + ".dat"), "--printer",
+                                                     CupsPrive::File, "--zoom", "0.5"});
+    ASSERT_EQ(s.code, 0) << s.err.toStdString();
+    const QString pdf2 = CupsPrive::Sortie(titre);
+    ASSERT_FALSE(pdf2.isEmpty());
+    const auto [g2, d2] = CentresEncre(pdf2, b.travail, 50);
+    EXPECT_NEAR(d2.x() - g2.x(), 50, 0.1);
+    QFile::remove(pdf2);
+}
+
+// A selection of 3 lines prints one sheet under the "Sélection" header, with
+// its footer and only the selected lines.
+TEST_F(ImpressionCups, SelectionListing) {
+    Banc b;
+    const QString titre = Titre("code");
+    Form1& f = b.Demarre("CT = 1, 1\nCT = 2, 2\nCT = 3, 3\nCT = 4, 4\nCT = 5, 5\n", titre + ".dat");
+    QTextCursor c(f.RTB1->document()->findBlockByNumber(1));
+    c.setPosition(f.RTB1->document()->findBlockByNumber(3).position() + 9, QTextCursor::KeepAnchor);
+    f.RTB1->setTextCursor(c);
+    DialoguesTest& d = Dialogues(f);
+    d.code = [](QPrinter& p) {
+        p.setPrinterName(CupsPrive::File);
+        p.setPrintRange(QPrinter::Selection);
+    };
+    f.Mnu_ImprimerCode->trigger();
+    EXPECT_TRUE(d.selectionOfferte);
+    const QString pdf = CupsPrive::Sortie(titre);
+    ASSERT_FALSE(pdf.isEmpty()) << "no output from the cups-pdf queue";
+    EXPECT_EQ(Info(pdf).pages, 1);
+    const QString t = TextePdf(pdf);
+    for (const char* vu : {" (Sélection) ", "CT = 2, 2", "CT = 4, 4", "- 1/1 -"}) EXPECT_TRUE(t.contains(vu)) << vu;
+    for (const char* absent : {"CT = 1, 1", "CT = 5, 5"}) EXPECT_FALSE(t.contains(absent)) << absent;
+    QFile::remove(pdf);
 }
