@@ -56,6 +56,11 @@ ResultatImpression Refus(const QPrinter& p) {
     return r;
 }
 
+void MontreRefus(Boites& boites, QWidget* fenetre, const QPrinter& p) {
+    boites.Message(fenetre, TitreBoite, QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
+                   Boutons::Ok, Icone::Critique);
+}
+
 } // namespace
 
 QString TitreTravail(const QString& chemin) {
@@ -120,8 +125,9 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     const bool accepte = ExecuteSurImprimante(e, p);
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     if (!accepte) {
-        res.statut = Refus(p).statut;
-        res.erreur = Refus(p).erreur;
+        const ResultatImpression refus = Refus(p);
+        res.statut = refus.statut;
+        res.erreur = refus.erreur;
     } else if (e.ErreursAffichees > 0) {
         res.statut = 1;
     }
@@ -211,10 +217,7 @@ bool Form1::Imprimer(QPrinter* cible) {
     r.CTx = r.CTy = 0;
     e.ArretDemande = false;
     RelanceSansZoom();
-    if (!accepte)
-        s_.boites->Message(this, QStringLiteral("Mirel"),
-                           QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
-                           Boutons::Ok, Icone::Critique);
+    if (!accepte) MontreRefus(*s_.boites, this, p);
     return accepte;
 }
 
@@ -286,9 +289,6 @@ bool Form1::Imprime_Code() {
     p.setDocName(TitreTravail(FichierCourant));
     const bool accepte = ImprimeListing(p, doc, PrepareListing(doc, entete));
     QApplication::restoreOverrideCursor();
-    if (!accepte)
-        s_.boites->Message(this, TitreBoite,
-                           QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
-                           Boutons::Ok, Icone::Critique);
+    if (!accepte) MontreRefus(*s_.boites, this, p);
     return accepte;
 }
