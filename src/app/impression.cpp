@@ -70,6 +70,7 @@ QString TitreTravail(const QString& chemin) {
 void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
                        const Reglages& reglages) {
     p.setDocName(TitreTravail(chemin));
+    p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
     p.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
     // FormatI turns the sheet; the page must be turned before the job opens.
