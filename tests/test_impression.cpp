@@ -211,23 +211,17 @@ TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
     b.imprimante.clear();
     Form1& f = b.Demarre("CT = 0, 0\n");
-    for (QAction* a : {f.Mnu_Imprimante, f.Mnu_Imprimer, f.Mnu_ImprimerZoom, f.Mnu_ImprimerCode}) {
-        EXPECT_FALSE(a->isEnabled());
-        EXPECT_TRUE(a->text().contains("(aucune imprimante installée)")) << a->text().toStdString();
-    }
+    for (QAction* a : {f.Mnu_Imprimante, f.Mnu_Imprimer, f.Mnu_ImprimerZoom, f.Mnu_ImprimerCode})
+        EXPECT_TRUE(!a->isEnabled() && a->text().count("(aucune imprimante installée)") == 1) << a->text().toStdString();
     EXPECT_TRUE(f.Mnu_ExportPdf->isEnabled());
-    EXPECT_EQ(f.Mnu_ImprimerZoom->text().count("aucune"), 1);
 }
 
 // `mirel print`: into a PDF file, an error box, an unknown queue.
 TEST(Impression, CommandLineExitStatus) {
     QTemporaryDir d;
     const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat");
-    for (const auto& [nom, lignes] : {std::pair{bon, DeuxCroix}, {faux, "MotInconnu = 3\n"}}) {
-        QFile f(nom);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(Programme(lignes).toUtf8());
-    }
+    Ecrit(bon, Programme(DeuxCroix));
+    Ecrit(faux, Programme("MotInconnu = 3\n"));
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},

@@ -267,7 +267,11 @@ void Form1::Mnu_Imprimante_Click() {
 
 void Form1::Mnu_Polices_Click() {
     const bool ecran = QApplication::keyboardModifiers() & Qt::ControlModifier;
-    const std::optional<QFont> f = DialoguesImp->Police(this, font(), ecran);
+    // The window's face at the printer's font size, which start-up and every
+    // printer choice set to 8 points.
+    QFont depart = font();
+    depart.setPointSizeF(8);
+    const std::optional<QFont> f = DialoguesImp->Police(this, depart, ecran);
     if (f) RTB1->InsereTexte(f->family());
 }
 
