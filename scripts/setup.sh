@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth
   poppler-utils
+  cups printer-driver-cups-pdf
   desktop-file-utils appstream
   ccache
 )

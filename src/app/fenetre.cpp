@@ -13,6 +13,7 @@
 #include "app/dialogues.h"
 #include "app/editeur.h"
 #include "app/hote_fenetre.h"
+#include "app/impression.h"
 #include "app/pane.h"
 #include "app/recherche.h"
 #include "app/secours.h"
@@ -36,6 +37,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
+#include <QPrinter>
 #include <QPrinterInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
@@ -248,10 +250,11 @@ void Form1::ConstruitMenus() {
     Mnu_EnregistrerS = action(Mnu_Fichier, "Mnu_EnregistrerS", &Form1::Mnu_EnregistrerS_Click);
     Mnu_Enregistrer = action(Mnu_Fichier, "Mnu_Enregistrer", &Form1::Mnu_Enregistrer_Click);
     Mnu_Fichier->addSeparator();
-    Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", nullptr, false);     // printing to paper: to come
+    Mnu_Imprimante = action(Mnu_Fichier, "Mnu_Imprimante", &Form1::Mnu_Imprimante_Click);
     Mnu_Imprimer = action(Mnu_Fichier, "Mnu_Imprimer", &Form1::Mnu_Imprimer_Click);
-    Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", nullptr, false); // printing to paper: to come
-    Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", nullptr, false); // printing to paper: to come
+    Mnu_ImprimerZoom = action(Mnu_Fichier, "Mnu_ImprimerZoom", &Form1::Mnu_ImprimerZoom_Click);
+    Mnu_ImprimerCode = action(Mnu_Fichier, "Mnu_ImprimerCode", [this] { Imprime_Code(); });
+    DialoguesImp = std::make_unique<DialoguesImpressionQt>();
     Mnu_Fichier->addSeparator();
     Mnu_ExportPdf = action(Mnu_Fichier, "Mnu_ExportPdf", [this] { Exporte(QStringLiteral("pdf")); });
     Mnu_ExportSvg = action(Mnu_Fichier, "Mnu_ExportSvg", [this] { Exporte(QStringLiteral("svg")); });
@@ -306,7 +309,7 @@ void Form1::ConstruitMenus() {
     Mnu_Setup = action(Mnu_Options, "Mnu_Setup", &Form1::Mnu_Setup_Click);
     Mnu_Options->addSeparator();
     Mnu_Couleur = action(Mnu_Options, "Mnu_Couleur", &Form1::Mnu_Couleur_Click);
-    Mnu_Polices = action(Mnu_Options, "Mnu_Polices", nullptr, false);   // the printer's fonts: to come
+    Mnu_Polices = action(Mnu_Options, "Mnu_Polices", &Form1::Mnu_Polices_Click);
     Mnu_Liste_Fic = action(Mnu_Options, "Mnu_Liste_Fic", [this] { Mnu_Liste_Fic_Click(); });
     // These accelerators reach their entries from anywhere in the window; Ctrl is
     // read at the click (several files for Alt-L, screen fonts for Alt-P).
@@ -385,6 +388,7 @@ void Form1::AfficheMenus() {
     Text1->setToolTip(ChaineMenu(130));
     Text2->setToolTip(ChaineMenu(131));
     Text3->setToolTip(ChaineMenu(132));
+    AfficheEntreesImpression();
 }
 
 QString Form1::TexteCaption() const {
@@ -439,8 +443,8 @@ bool Form1::Demarrer(const QString& ligneCommande) {
         NomImprimante = QStringLiteral("PDF");
         ImprimantePdf = true;
     }
-    // Without a printer the print entry stays off; the exports remain.
-    Mnu_Imprimer->setEnabled(!ImprimantePdf);
+    // Without a printer the print entries are off; the exports remain.
+    AfficheEntreesImpression();
     // 2. Measures: the virtual 600 dpi printer and the screen.
     SurfaceEnregistree imprimante(GenreSurface::Imprimante, 210 / 25.4 * 600, 297 / 25.4 * 600,
                                   25.4 / 600);

@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 
+class DialoguesImpression;
 class Editeur;
 class FenetreAide;
 class Form2;
@@ -170,6 +171,21 @@ public slots:
     // One print of the text on `cible` (the chosen printer when null), then
     // the screen drawn again. False when the printer refused the job.
     bool Imprimer(QPrinter* cible = nullptr);
+    // Ctrl-Shift-P: a print at a zoom asked for, offered again the next time.
+    void Mnu_ImprimerZoom_Click();
+    // The printer choice: the queue and sheet of the next prints.
+    void Mnu_Imprimante_Click();
+    // Alt-P: a font name inserted at the caret.
+    void Mnu_Polices_Click();
+    // The listing of the code, or of the selection. False when cancelled or refused.
+    bool Imprime_Code();
+    // The print entries on, or off and saying that no printer is installed.
+    void AfficheEntreesImpression();
+
+public:
+    float ZoomImpression = 1;                      // the last zoom of Ctrl-Shift-P
+    std::unique_ptr<QPrinter> ImprimanteChoisie;   // the queue and sheet of the prints
+    std::unique_ptr<DialoguesImpression> DialoguesImp; // the print and font dialogs
 
 protected:
     bool eventFilter(QObject* objet, QEvent* ev) override;

@@ -1,18 +1,27 @@
 #include "app/impression.h"
 
+#include "app/core/fichiers.h"
 #include "app/core/hote_memoire.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/core/session.h"
+#include "app/listing.h"
+#include "language/chaines.h"
 #include "drawing/repere.h"
 #include "drawing/surface_peinte.h"
 #include "language/etat.h"
 #include "language/interprete.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QFileInfo>
+#include <QFontDialog>
+#include <QLocale>
 #include <QPageLayout>
+#include <QPrintDialog>
 #include <QPrinter>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 
 namespace {
 
@@ -20,6 +29,36 @@ QSizeF PapierMm(const QPrinter& p) {
     QSizeF mm = p.pageLayout().pageSize().size(QPageSize::Millimeter);
     if (mm.width() > mm.height()) mm.transpose();
     return mm;
+}
+
+// The window's printer: the one of the printer choice, else the one found at
+// start-up with its default sheet.
+QPrinter& ImprimanteDe(Form1& f) {
+    if (!f.ImprimanteChoisie) {
+        f.ImprimanteChoisie = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        f.ImprimanteChoisie->setPrinterName(f.NomImprimante);
+    }
+    return *f.ImprimanteChoisie;
+}
+
+// The listing stands upright within margins on the sheet; a print of the
+// drawing sets the sheet back to its own needs.
+void FeuilleListing(QPrinter& p) {
+    p.setFullPage(false);
+    p.setPageOrientation(QPageLayout::Portrait);
+    p.setPageMargins(QMarginsF(15, 5, 10, 5), QPageLayout::Millimeter);
+}
+
+ResultatImpression Refus(const QPrinter& p) {
+    ResultatImpression r;
+    r.statut = 2;
+    r.erreur = QStringLiteral("the printer %1 refused the job").arg(p.printerName());
+    return r;
+}
+
+void MontreRefus(Boites& boites, QWidget* fenetre, const QPrinter& p) {
+    boites.Message(fenetre, TitreBoite, QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
+                   Boutons::Ok, Icone::Critique);
 }
 
 } // namespace
@@ -31,6 +70,7 @@ QString TitreTravail(const QString& chemin) {
 void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
                        const Reglages& reglages) {
     p.setDocName(TitreTravail(chemin));
+    p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
     p.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
     // FormatI turns the sheet; the page must be turned before the job opens.
@@ -67,7 +107,7 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p) {
 }
 
 ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin, QPrinter& p,
-                                    const Reglages& reglages, double delai) {
+                                    const Reglages& reglages, double delai, float zoom) {
     ResultatImpression res;
     PrepareImprimante(p, texte, chemin, reglages);
     Reglages regl = reglages;
@@ -82,16 +122,67 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
                             25.4 / DpiEcran);
     AttachePane(e, &pane);
     FermeFichiers(e);
-    e.Repere.ZoomI = e.Repere.ZoomDepartI;
+    e.Repere.ZoomI = zoom > 0 ? zoom : e.Repere.ZoomDepartI;
     const bool accepte = ExecuteSurImprimante(e, p);
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     if (!accepte) {
-        res.statut = 2;
-        res.erreur = QStringLiteral("the printer %1 refused the job").arg(p.printerName());
+        const ResultatImpression refus = Refus(p);
+        res.statut = refus.statut;
+        res.erreur = refus.erreur;
     } else if (e.ErreursAffichees > 0) {
         res.statut = 1;
     }
     return res;
+}
+
+ResultatImpression ImprimeListingProgramme(const QString& texte, const QString& chemin, QPrinter& p) {
+    p.setDocName(TitreTravail(chemin));
+    FeuilleListing(p);
+    return ImprimeListingTexte(p, texte, chemin) ? ResultatImpression() : Refus(p);
+}
+
+std::optional<float> ZoomSaisi(const QString& reponse) {
+    bool ok = false;
+    const float z = QLocale::c().toFloat(reponse.trimmed().replace(u',', u'.'), &ok);
+    if (!ok) return std::nullopt;
+    return z > 0 ? z : 1.0f;
+}
+
+QString TexteSansImprimante(int langue) {
+    switch (langue) {
+    case 0: return QStringLiteral("(aucune imprimante installée)");
+    case 800: return QStringLiteral("(kein Drucker installiert)");
+    case 1200: return QStringLiteral("(ninguna impresora instalada)");
+    default: return QStringLiteral("(no printer installed)");
+    }
+}
+
+// --- the dialogs
+
+bool DialoguesImpressionQt::ChoixImprimante(QWidget* parent, QPrinter& p) {
+    QPrintDialog d(&p, parent);
+    d.setOption(QAbstractPrintDialog::PrintPageRange, false);
+    d.setOption(QAbstractPrintDialog::PrintSelection, false);
+    d.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    return d.exec() == QDialog::Accepted;
+}
+
+bool DialoguesImpressionQt::ImpressionCode(QWidget* parent, QPrinter& p, bool selection) {
+    QPrintDialog d(&p, parent);
+    d.setOption(QAbstractPrintDialog::PrintToFile, false);
+    d.setOption(QAbstractPrintDialog::PrintPageRange, false);
+    d.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    d.setOption(QAbstractPrintDialog::PrintSelection, selection);
+    p.setPrintRange(selection ? QPrinter::Selection : QPrinter::AllPages);
+    return d.exec() == QDialog::Accepted;
+}
+
+std::optional<QFont> DialoguesImpressionQt::Police(QWidget* parent, const QFont& depart, bool ecran) {
+    bool ok = false;
+    const QFont f = QFontDialog::getFont(&ok, depart, parent, QString(),
+                                         ecran ? QFontDialog::FontDialogOptions()
+                                               : QFontDialog::ScalableFonts);
+    return ok ? std::optional(f) : std::nullopt;
 }
 
 // --- the window's print
@@ -113,9 +204,7 @@ bool Form1::Imprimer(QPrinter* cible) {
     const double panX = r.DecalageVueX, panY = r.DecalageVueY;
     r.DecalageVueX = r.DecalageVueY = 0;
     // 3 to 6. The run on the printer, the job named after the file.
-    QPrinter propre(QPrinter::HighResolution);
-    QPrinter& p = cible ? *cible : propre;
-    if (!cible) p.setPrinterName(NomImprimante);
+    QPrinter& p = cible ? *cible : ImprimanteDe(*this);
     const QString texte = RTB1->TexteCrLf();
     PrepareImprimante(p, texte, FichierCourant, regl);
     FermeFichiers(e);
@@ -129,9 +218,82 @@ bool Form1::Imprimer(QPrinter* cible) {
     r.CTx = r.CTy = 0;
     e.ArretDemande = false;
     RelanceSansZoom();
-    if (!accepte)
-        s_.boites->Message(this, QStringLiteral("Mirel"),
-                           QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
-                           Boutons::Ok, Icone::Critique);
+    if (!accepte) MontreRefus(*s_.boites, this, p);
+    return accepte;
+}
+
+void Form1::AfficheEntreesImpression() {
+    const QString sans = TexteSansImprimante(regl.LangueMenus);
+    for (QAction* a : {Mnu_Imprimante, Mnu_Imprimer, Mnu_ImprimerZoom, Mnu_ImprimerCode}) {
+        a->setEnabled(!ImprimantePdf);
+        if (!ImprimantePdf || a->text().contains(sans)) continue;
+        // The words go ahead of the shortcut's column.
+        QString t = a->text();
+        const qsizetype tab = t.indexOf(u'\t');
+        t.insert(tab < 0 ? t.size() : tab, u' ' + sans);
+        a->setText(t);
+    }
+}
+
+void Form1::Mnu_ImprimerZoom_Click() {
+    if (!Mnu_ImprimerZoom->isEnabled()) return;
+    const std::optional<QString> r =
+        s_.boites->Saisie(this, TitreBoite, Chaine(120), QLocale::c().toString(ZoomImpression), QString());
+    if (!r || r->trimmed().isEmpty()) return;
+    const std::optional<float> z = ZoomSaisi(*r);
+    if (!z) {
+        s_.boites->Message(this, TitreBoite, QStringLiteral("Valeur non valide\nNo valid value"),
+                           Boutons::Ok, Icone::Exclamation);
+        return;
+    }
+    e.Repere.ZoomI = *z;
+    Imprimer();
+    ZoomImpression = *z;
+}
+
+void Form1::Mnu_Imprimante_Click() {
+    QPrinter& p = ImprimanteDe(*this);
+    if (!DialoguesImp->ChoixImprimante(this, p)) return;
+    NomImprimante = p.printerName();
+    // The printer's scale measured again, on the chosen sheet.
+    const QSizeF papier = PapierMm(p);
+    SurfaceEnregistree imprimante(GenreSurface::Imprimante, papier.width() / 25.4 * DpiImprimante,
+                                  papier.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante);
+    MesureImprimante(e, imprimante);
+    if (RatioCode == 0) RatioCode = 3.3f;
+    // Patch 2: choosing a printer prints at once.
+    if (regl.Patchs & 2) Imprimer();
+}
+
+void Form1::Mnu_Polices_Click() {
+    const bool ecran = QApplication::keyboardModifiers() & Qt::ControlModifier;
+    // The window's face at the printer's font size, which start-up and every
+    // printer choice set to 8 points.
+    QFont depart = font();
+    depart.setPointSizeF(8);
+    const std::optional<QFont> f = DialoguesImp->Police(this, depart, ecran);
+    if (f) RTB1->InsereTexte(f->family());
+}
+
+bool Form1::Imprime_Code() {
+    if (!Mnu_ImprimerCode->isEnabled()) return false;
+    const QTextCursor curseur = RTB1->textCursor();
+    const bool selection = curseur.hasSelection();
+    QPrinter& p = ImprimanteDe(*this);
+    FeuilleListing(p);
+    if (!DialoguesImp->ImpressionCode(this, p, selection)) return false;
+    const bool extrait = selection && p.printRange() == QPrinter::Selection;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    // The editor's lines in their colours, or those of the selection.
+    QTextDocument doc;
+    doc.setDefaultFont(RTB1->font());
+    QTextCursor(&doc).insertFragment(extrait ? curseur.selection()
+                                             : QTextDocumentFragment(RTB1->document()));
+    const QString entete =
+        EnteteListing(FichierCourant, extrait ? Chaine(125) : QString(), QDate::currentDate());
+    p.setDocName(TitreTravail(FichierCourant));
+    const bool accepte = ImprimeListing(p, doc, PrepareListing(doc, entete));
+    QApplication::restoreOverrideCursor();
+    if (!accepte) MontreRefus(*s_.boites, this, p);
     return accepte;
 }

@@ -3,10 +3,14 @@
 // The window's print entries and `mirel print` go through here.
 #pragma once
 
+#include <QFont>
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 class QPrinter;
+class QWidget;
 struct Etat;
 struct Reglages;
 
@@ -34,6 +38,40 @@ struct ResultatImpression {
 
 // A whole print without a window, as `mirel print` does it: settings and a
 // headless host, the printer prepared, one print run. `delai` in seconds
-// stops a run that takes longer (0: none).
+// stops a run that takes longer (0: none); `zoom` is the print's zoom (0:
+// the text's own, as Ctrl-P prints).
 ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin, QPrinter& p,
-                                    const Reglages& reglages, double delai = 0);
+                                    const Reglages& reglages, double delai = 0, float zoom = 0);
+
+// The listing of the code as `mirel print --listing` prints it: status 0 or 2.
+ResultatImpression ImprimeListingProgramme(const QString& texte, const QString& chemin, QPrinter& p);
+
+// The answer of the print zoom box: none when it is not a number ("," reads
+// as "."); a zoom of 0 or less prints at 1.
+std::optional<float> ZoomSaisi(const QString& reponse);
+
+// The print entries' words when no printer is installed, in the menus' language.
+QString TexteSansImprimante(int langue);
+
+// The window's print dialogs, behind one interface so that the tests answer
+// them (DialoguesImpressionQt shows the real ones).
+class DialoguesImpression {
+public:
+    virtual ~DialoguesImpression() = default;
+    // The printer choice: the queue, its sheet and options; false on Cancel.
+    virtual bool ChoixImprimante(QWidget* parent, QPrinter& p) = 0;
+    // The listing's print dialog; with `selection` the choice of printing only
+    // the selection is offered and preset (read back from p.printRange()).
+    // False on Cancel.
+    virtual bool ImpressionCode(QWidget* parent, QPrinter& p, bool selection) = 0;
+    // The font list: outline fonts a printer draws, all fonts with `ecran`;
+    // none on Cancel.
+    virtual std::optional<QFont> Police(QWidget* parent, const QFont& depart, bool ecran) = 0;
+};
+
+class DialoguesImpressionQt : public DialoguesImpression {
+public:
+    bool ChoixImprimante(QWidget* parent, QPrinter& p) override;
+    bool ImpressionCode(QWidget* parent, QPrinter& p, bool selection) override;
+    std::optional<QFont> Police(QWidget* parent, const QFont& depart, bool ecran) override;
+};

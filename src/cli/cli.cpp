@@ -47,9 +47,11 @@ const char* const Aide =
     "                                   [--landscape] [common options]\n"
     "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
     "                                   [common options]\n"
-    "  mirel print FILE.dat [--printer NAME] [--copies N] [-o OUT.pdf] [common options]\n"
-    "                                   prints at true size on the printer (default: the\n"
-    "                                   system's default printer), or into a PDF file\n"
+    "  mirel print FILE.dat [--printer NAME] [--zoom Z] [--copies N] [--listing] [-o OUT.pdf]\n"
+    "                                   [common options]\n"
+    "                                   prints at true size (times Z) on the printer\n"
+    "                                   (default: the system's default printer), or into\n"
+    "                                   a PDF file; --listing prints the code instead\n"
     "  mirel --help | --version\n"
     "\n"
     "Common options:\n"
@@ -87,7 +89,7 @@ int DecalageLangue(const QString& code) {
 struct Arguments {
     QString commande, fichier, sortie, nomImprimante;
     int copies = 1;
-    bool imprimante = false, paysage = false;
+    bool imprimante = false, paysage = false, listing = false, zoomDonne = false;
     QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
     double zoom = 1, dpi = 300, delai = 60;
     int langue = 0;
@@ -116,6 +118,8 @@ QString LitArguments(const QStringList& a, Arguments& r) {
             if (!valeur(v)) return QStringLiteral("--copies needs a number");
             r.copies = v.toInt(&ok);
             if (!ok || r.copies < 1) return QStringLiteral("bad number of copies: %1").arg(v);
+        } else if (o == QLatin1String("--listing") && r.commande == QLatin1String("print")) {
+            r.listing = true;
         } else if (o == QLatin1String("--landscape")) {
             r.paysage = true;
         } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
@@ -127,6 +131,7 @@ QString LitArguments(const QStringList& a, Arguments& r) {
             if (!valeur(v)) return QStringLiteral("--zoom needs a number");
             r.zoom = v.toDouble(&ok);
             if (!ok || r.zoom <= 0) return QStringLiteral("bad zoom: %1").arg(v);
+            r.zoomDonne = true;
         } else if (o == QLatin1String("--dpi")) {
             if (!valeur(v)) return QStringLiteral("--dpi needs a number");
             r.dpi = v.toDouble(&ok);
@@ -233,8 +238,10 @@ int Imprime(const Arguments& a, const QString& texte) {
         p.setPrinterName(info.printerName());
     }
     p.setCopyCount(a.copies);
+    const QString chemin = QFileInfo(a.fichier).absoluteFilePath();
     const ResultatImpression r =
-        ImprimeProgramme(texte, QFileInfo(a.fichier).absoluteFilePath(), p, ReglagesDe(a), a.delai);
+        a.listing ? ImprimeListingProgramme(texte, chemin, p)
+                  : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), a.delai, a.zoomDonne ? float(a.zoom) : 0);
     for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
     if (!r.erreur.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
     return r.statut;
