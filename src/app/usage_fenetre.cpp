@@ -90,7 +90,10 @@ UsageFenetre::UsageFenetre(Form1& fenetre) : QObject(&fenetre), f_(fenetre) {
     Legendes();
 }
 
-void UsageFenetre::Legendes() { Mnu_Recents->setTitle(LoadResString(395 + f_.regl.LangueMenus)); }
+void UsageFenetre::Legendes() {
+    Mnu_Recents->setTitle(LoadResString(395 + f_.regl.LangueMenus));
+    Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
+}
 
 void UsageFenetre::RemplitRecents() {
     Mnu_Recents->clear();
@@ -99,7 +102,9 @@ void UsageFenetre::RemplitRecents() {
     for (const QString& c : f_.Config.Recents) {
         if (!QFileInfo(c).isFile()) continue;
         restent << c;
-        QAction* a = Mnu_Recents->addAction(QStringLiteral("&%1  %2").arg(restent.size()).arg(c));
+        QString nom = c;
+        nom.replace(u'&', QStringLiteral("&&")); // no accelerator from the path
+        QAction* a = Mnu_Recents->addAction(QStringLiteral("&%1  %2").arg(restent.size()).arg(nom));
         connect(a, &QAction::triggered, this, [this, c] { Ouvre(c); });
     }
     f_.Config.Recents = restent;
@@ -125,6 +130,7 @@ bool UsageFenetre::Ouvre(const QString& chemin) {
 void UsageFenetre::ApresCommandeFichier() {
     const QString c = f_.FichierCourant.isEmpty() ? QString() : QFileInfo(f_.FichierCourant).absoluteFilePath();
     if (!c.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, c);
+    Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
     if (c != suivi_) {
         if (!suivi_.isEmpty()) veille_->removePath(suivi_);
         suivi_ = c;
