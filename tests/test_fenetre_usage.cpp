@@ -1,6 +1,4 @@
-// The window as editors are used today: settings kept from any folder, Qt's
-// buttons in the chosen language, the standard keys, recent files, drops,
-// reload after a change on disk, the caption's "*", and the help viewer.
+// Settings kept from any folder, Qt's buttons, standard keys, recent files, drops, reload, help.
 #include "outils_fenetre.h"
 
 #include "app/aide_fenetre.h"
@@ -15,17 +13,13 @@
 
 namespace {
 
-// A drop on a widget of files, or of a text when `texte` is set; the file opens once the drag has ended.
+// A drag of files (of their names as text when `texte`) dropped on a widget; the file opens once the drag has ended.
 void Depose(QWidget* cible, const QStringList& chemins, bool texte = false) {
     QMimeData m;
-    QList<QUrl> u;
-    for (const QString& c : chemins) u << QUrl::fromLocalFile(c);
-    if (texte) m.setText(chemins.join(u' '));
-    else m.setUrls(u);
+    for (const QString& c : chemins) texte ? m.setText(c) : m.setUrls(m.urls() << QUrl::fromLocalFile(c));
     QDragEnterEvent entree(QPoint(50, 50), Qt::CopyAction, &m, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(cible, &entree);
-    QDropEvent ev(QPointF(50, 50), Qt::CopyAction, &m, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(cible, &ev);
+    QDropEvent depot(QPointF(50, 50), Qt::CopyAction, &m, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(cible, &entree), QApplication::sendEvent(cible, &depot);
     QApplication::processEvents();
 }
 
@@ -37,7 +31,7 @@ TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
     for (bool enPlace : {true, false}) {
         QTemporaryDir xdg;
         const QByteArray ancien = qgetenv("XDG_CONFIG_HOME");
-        qputenv("XDG_CONFIG_HOME", xdg.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", xdg.path().toUtf8()); // put back at the end
         Banc b;
         b.boites.langues = [](ValeursConfig& v) { v.Langue = v.LangueMenu = v.LangueAide = v.LangueMasq = "Deutsch"; };
         const QString fichier = b.Fichier("cadran.dat", "CT = 1, 1\r\n");
@@ -135,7 +129,7 @@ TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
     EXPECT_TRUE(f.FichierCourant == dat && f.RTB1->TexteCrLf() == "CT = 3, 3\r\n");
     QMimeData mtr;
     mtr.setUrls({QUrl::fromLocalFile("/x/galva.MTR")});
-    EXPECT_EQ(FichierDepose(&mtr), "/x/galva.MTR");
+    EXPECT_EQ(FichierDepose(&mtr), "/x/galva.MTR"); // a meter file is imported as Open imports it
 }
 
 // A file changed on disk is offered once for reload, as soon as the change is seen; Yes reloads
