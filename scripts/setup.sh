@@ -5,6 +5,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6svg6-dev qt6-svg-dev
+  qt6-translations-l10n
   libgl-dev libxkbcommon-dev
   fonts-liberation2
   libgtest-dev libgmock-dev libbenchmark-dev

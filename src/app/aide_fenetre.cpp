@@ -1,6 +1,9 @@
 #include "app/aide_fenetre.h"
 
+#include <QDesktopServices>
+#include <QKeyEvent>
 #include <QTextBrowser>
+#include <QUrl>
 #include <QVBoxLayout>
 
 FenetreAide::FenetreAide(QWidget* parent) : QWidget(parent, Qt::Window) {
@@ -12,6 +15,7 @@ FenetreAide::FenetreAide(QWidget* parent) : QWidget(parent, Qt::Window) {
     l->setContentsMargins(0, 0, 0, 0);
     l->addWidget(navigateur_);
     resize(720, 640);
+    Ouvreur = [](const QString& chemin) { return QDesktopServices::openUrl(QUrl::fromLocalFile(chemin)); };
 }
 
 void FenetreAide::Montre(const PageAide& page) {
@@ -21,4 +25,14 @@ void FenetreAide::Montre(const PageAide& page) {
     show();
     raise();
     activateWindow();
+}
+
+bool FenetreAide::OuvreFichier(const QString& chemin) { return Ouvreur && Ouvreur(chemin); }
+
+void FenetreAide::keyPressEvent(QKeyEvent* ev) {
+    if (ev->key() == Qt::Key_Escape) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(ev);
 }

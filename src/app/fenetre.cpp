@@ -17,6 +17,7 @@
 #include "app/pane.h"
 #include "app/recherche.h"
 #include "app/secours.h"
+#include "app/usage_fenetre.h"
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
@@ -177,6 +178,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     form2 = new Form2(this);
     secours = std::make_unique<Secours>(RTB1, s_.dossierSecours, FichierCourant, NomCourant);
     ConstruitMenus();
+    Usage = new UsageFenetre(*this);
 
     zone->installEventFilter(this);
     RTB1->installEventFilter(this);
@@ -323,10 +325,10 @@ void Form1::ConstruitMenus() {
     Mnu_Aide = action(Mnu_Help, "Mnu_Aide", [this] { Aide(CommandeAide::Aide); });
     Mnu_AideMot = action(Mnu_Help, "Mnu_AideMot", [this] { Aide(CommandeAide::AideMot); });
     Mnu_ResumeSyntaxes = action(Mnu_Help, "Mnu_ResumeSyntaxes", [this] { Aide(CommandeAide::ResumeSyntaxes); });
-    Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", nullptr, false);         // the update notes: no pages
+    Mnu_MAJ_Aide = action(Mnu_Help, "Mnu_MAJ_Aide", [this] { Aide(CommandeAide::MAJ_Aide); });
     Mnu_Help->addSeparator();
     Mnu_AProposDe = action(Mnu_Help, "Mnu_AProposDe", &Form1::Mnu_AProposDe_Click);
-    Mnu_Non_Doc = action(Mnu_Help, "Mnu_Non_Doc", nullptr, false);
+    Mnu_Non_Doc = action(Mnu_Help, "Mnu_Non_Doc", [this] { Aide(CommandeAide::Non_Doc); });
     AfficheMenus();
 }
 
@@ -389,6 +391,7 @@ void Form1::AfficheMenus() {
     Text2->setToolTip(ChaineMenu(131));
     Text3->setToolTip(ChaineMenu(132));
     AfficheEntreesImpression();
+    if (Usage) Usage->Legendes();
 }
 
 QString Form1::TexteCaption() const {
@@ -397,7 +400,8 @@ QString Form1::TexteCaption() const {
     return t;
 }
 
-void Form1::EcritCaption() { setWindowTitle(TexteCaption()); }
+// A "*" ahead while the text is unsaved.
+void Form1::EcritCaption() { setWindowTitle((Modifie() ? QStringLiteral("*") : QString()) + TexteCaption()); }
 
 // --- layout
 
@@ -528,6 +532,8 @@ void Form1::AppliqueLangues() {
     regl.LangueMenus = decalage(Config.LangueMenu);
     regl.LangueAide = decalage(Config.LangueAide);
     regl.LangueMasque = decalage(Config.LangueMasq);
+    // Qt's own buttons (Yes, No, Cancel, the file dialogs) in the messages' language.
+    TraduitQt(regl.LangueMessages, this);
 }
 
 void Form1::LitFic(const TexteLu& lu) {
@@ -827,7 +833,10 @@ void Form1::Aide(CommandeAide commande) {
         mot = MotAide(RTB1->toPlainText(), c.position(), c.selectedText(), e.Separateur1);
     }
     if (!aide_) aide_ = new FenetreAide(this);
-    aide_->Montre(PageDe(commande, regl, mot));
+    if (const QString fichier = FichierAideExterne(commande, regl); !fichier.isEmpty())
+        aide_->OuvreFichier(fichier);
+    else
+        aide_->Montre(PageDe(commande, regl, mot));
 }
 
 void Form1::BulleSyntaxe() {
@@ -1024,6 +1033,7 @@ bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichi
     FichierCourant = fichiers_.FichierCourant;
     DossierFichier = fichiers_.DossierFichier;
     SetModifie(fichiers_.Modifie && !horsDisque);
+    Usage->ApresCommandeFichier();
     EcritCaption();
     return r;
 }
@@ -1195,6 +1205,7 @@ void Form1::closeEvent(QCloseEvent* ev) {
         s_.config->EcritConfig(QStringLiteral("FichierDat ="), FichierCourant);
         s_.config->EcritConfig(QStringLiteral("DoubleClic ="),
                                Mnu_DblClick->isChecked() ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
+        Usage->EnregistreRecents();
         form2->hide();
         recherche->Find->hide();
         QDir::setCurrent(DossierDepart);

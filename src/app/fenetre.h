@@ -29,6 +29,7 @@ class QMenu;
 class QPrinter;
 class Recherche;
 class Secours;
+class UsageFenetre;
 
 // What the window is built on: the configuration service, the boxes, the
 // printer lookup and the two folders. A null configuration gets the in-memory
@@ -86,6 +87,7 @@ public:
     bool DessinOuvert = false;       // the freehand drawing tool FrmDessin is open (`Mnu_Dessin` disabled)
     int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
     ValeursConfig Config;
+    UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
 
     Reglages regl;
     Etat e;
@@ -194,6 +196,7 @@ protected:
 
 private:
     friend class HoteFenetre;
+    friend class UsageFenetre;
     void Debut(const QString& ligneCommande);
     void ConstruitMenus();
     void AppliqueLangues();

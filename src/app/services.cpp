@@ -5,6 +5,7 @@
 #include "language/etat.h"
 #include "language/vb.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -54,6 +55,7 @@ void ConfigMemoire::EcritConfig(const QString& cle, const QString& valeur) {
     else if (c == QLatin1String("ZMM =")) Valeurs.Zmm = v.toFloat();
     else if (c == QLatin1String("TAILLECARCODE =")) Valeurs.TailleCarCode = v.toDouble();
     else if (c == QLatin1String("PATCHS =")) Valeurs.Patchs = v.toInt();
+    else if (c == QLatin1String("RECENTS =")) Valeurs.Recents = v.split(u'|', Qt::SkipEmptyParts);
     Valeurs.PremiereLigne =
         QStringLiteral("'Fichier de configuration du Programme Mirel V") + TexteVersionProgramme();
 }
@@ -61,7 +63,9 @@ void ConfigMemoire::EcritConfig(const QString& cle, const QString& valeur) {
 // --- ConfigFichier
 
 ValeursConfig ConfigFichier::Lit(Reglages& r) {
-    lieu_ = LocaliseConfig(AvecBarre(r.DossierProgramme), AvecBarre(r.DossierTravail), DossierXdgMirel());
+    if (!EnPlace) EnPlace = ProgrammeEnPlace(QCoreApplication::applicationDirPath());
+    lieu_ = LocaliseConfig(AvecBarre(r.DossierProgramme), AvecBarre(r.DossierTravail), DossierXdgMirel(),
+                           QStringLiteral("mirel"), *EnPlace);
     config_ = ChargeConfig(lieu_, TexteVersionProgramme());
     AppliqueEmplacement(lieu_, r);
     ValeursConfig v;
@@ -75,6 +79,7 @@ ValeursConfig ConfigFichier::Lit(Reglages& r) {
     v.Zmm = config_.Zmm;
     if (config_.TailleCarCode) v.TailleCarCode = *config_.TailleCarCode;
     v.Patchs = config_.Patchs;
+    v.Recents = config_.Recents;
     return v;
 }
 

@@ -27,6 +27,7 @@ struct ValeursConfig {
     float Zmm = 1.0f;
     std::optional<double> TailleCarCode;
     int Patchs = 0;
+    QStringList Recents; // the file menu's recent files, most recent first
 };
 
 class ServiceConfig {
@@ -60,6 +61,11 @@ public:
 // rewritten key by key.
 class ConfigFichier : public ServiceConfig {
 public:
+    // Whether the program runs from its build folder or installed place
+    // (the settings then live in the XDG folder); unset: asked of the
+    // executable's folder at `Lit`.
+    std::optional<bool> EnPlace;
+
     ValeursConfig Lit(Reglages& r) override;
     void EcritConfig(const QString& cle, const QString& valeur) override;
     void LanguesValidees(const Reglages& r) override;

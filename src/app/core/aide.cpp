@@ -3,6 +3,8 @@
 #include "language/chaines.h"
 #include "language/etat.h"
 
+#include <QFileInfo>
+
 namespace {
 
 QString Echappe(const QString& t) { return t.toHtmlEscaped(); }
@@ -107,7 +109,44 @@ const QString Fin = QStringLiteral("</body></html>");
 
 } // namespace
 
-QString PageContenu(const TableChaines& t, int d) { return Entete(t, d) + CorpsContenu(t, d) + Fin; }
+const QStringList& PremierCadran() {
+    static const QStringList lignes = {
+        QStringLiteral("CentreE = 100, 80"), QStringLiteral("Arc = 40, 140, 60"),
+        QStringLiteral("Grad = 50, 3"), QStringLiteral("Grad = 10, 6"),
+        QStringLiteral("Val = 10, 0, 100, 11")};
+    return lignes;
+}
+
+namespace {
+
+// Row 396: the title, then paragraphs; the dial sits after the first one,
+// each line beside its explanation (row 397, one a line).
+QString PremiersPas(const TableChaines& t, int d) {
+    const QStringList textes = t.Texte(396 + d).split(u'\n');
+    const QStringList notes = t.Texte(397 + d).split(u'\n');
+    QString h = QStringLiteral("<h2><a name=\"debut\"></a>") + Echappe(textes.value(0)) + QStringLiteral("</h2>");
+    if (textes.size() > 1) h += QStringLiteral("<p>") + Echappe(textes[1]) + QStringLiteral("</p>");
+    h += QStringLiteral("<table cellpadding=\"3\">");
+    for (int i = 0; i < PremierCadran().size(); ++i)
+        h += QStringLiteral("<tr><td><tt><b>") + Echappe(PremierCadran()[i]) + QStringLiteral("</b></tt></td><td>") +
+             Echappe(notes.value(i)) + QStringLiteral("</td></tr>");
+    h += QStringLiteral("</table>");
+    for (int i = 2; i < textes.size(); ++i) h += QStringLiteral("<p>") + Echappe(textes[i]) + QStringLiteral("</p>");
+    return h + QStringLiteral("<hr><h1>") + Echappe(t.Texte(399 + d)) + QStringLiteral("</h1>");
+}
+
+} // namespace
+
+QString PageContenu(const TableChaines& t, int d) {
+    return Entete(t, d) + PremiersPas(t, d) + CorpsContenu(t, d) + Fin;
+}
+
+QString PageNouveautes(const TableChaines& t, int d) {
+    const QStringList l = t.Texte(398 + d).split(u'\n');
+    QString h = Entete(t, d) + QStringLiteral("<h2>") + Echappe(l.value(0)) + QStringLiteral("</h2><ul>");
+    for (int i = 1; i < l.size(); ++i) h += QStringLiteral("<li>") + Echappe(l[i]) + QStringLiteral("</li>");
+    return h + QStringLiteral("</ul>") + Fin;
+}
 
 QString PageResume(const TableChaines& t, int d) {
     QString h = Entete(t, d) + QStringLiteral("<table>");
@@ -125,6 +164,15 @@ PageAide PageDe(CommandeAide commande, const Reglages& r, const QString& mot) {
     case CommandeAide::Aide25: return {PageContenu(t, r.LangueMasque), {}};
     case CommandeAide::ResumeSyntaxes: return {PageResume(t, r.LangueMenus), {}};
     case CommandeAide::AideMot: return {PageContenu(t, r.LangueMenus), AncreSujet(SujetAide(mot))};
+    case CommandeAide::MAJ_Aide: return {PageNouveautes(t, r.LangueMasque), {}};
     default: return {PageContenu(t, r.LangueMenus), {}};
     }
+}
+
+QString FichierAideExterne(CommandeAide commande, const Reglages& r) {
+    if (commande != CommandeAide::MAJ_Aide && commande != CommandeAide::Non_Doc) return {};
+    const TableChaines& t = TableChaines::Standard();
+    const QString f = AideDe(commande, {}, r.DossierProgramme, t.Texte(8 + r.LangueMenus),
+                             t.Texte(8 + r.LangueMasque)).Fichier;
+    return QFileInfo(f).isFile() ? f : QString();
 }

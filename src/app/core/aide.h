@@ -30,9 +30,16 @@ int RangSyntaxe(const QString& mot);
 // The anchor of a topic in the contents page ("s2700").
 QString AncreSujet(int sujet);
 
-// The contents page in the language section `decalage`: every command under
-// its topic, with its syntax line and its parameters.
+// The first dial of the getting-started page, one command a line.
+const QStringList& PremierCadran();
+
+// The contents page in the language section `decalage`: the getting-started
+// section (a first dial in five lines, each explained; rows 396, 397), then
+// under the heading of row 399 every command under its topic, with its
+// syntax line and its parameters.
 QString PageContenu(const TableChaines& table, int decalage);
+// The update notes (`Mnu_MAJ_Aide`): the title and items of row 398.
+QString PageNouveautes(const TableChaines& table, int decalage);
 // The summary page: every syntax line, each linked to its topic.
 QString PageResume(const TableChaines& table, int decalage);
 
@@ -43,3 +50,10 @@ struct PageAide {
     QString Ancre; // empty: the top
 };
 PageAide PageDe(CommandeAide commande, const Reglages& r, const QString& mot = {});
+
+// The help file that `Mnu_MAJ_Aide` and `Mnu_Non_Doc` name ("Mirel_MAJ_" +
+// mask code + ".chm", "Mirel_fr/Non_Doc_fr.chm" in the program folder), when it
+// exists: it goes to the desktop's viewer for its type. None for the other
+// commands, whose pages are generated, and for a missing file (`Mnu_MAJ_Aide`
+// then shows the update notes).
+QString FichierAideExterne(CommandeAide commande, const Reglages& r);

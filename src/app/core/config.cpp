@@ -82,6 +82,8 @@ Config LitConfigTexte(const QString& contenu) {
         if (auto v = ValeurCle(ligne, CleCfg::TailleCarCode)) c.TailleCarCode = float(ValVb(*v));
         if (auto v = ValeurCle(ligne, CleCfg::Patchs))
             c.Patchs = Entier16Bits(std::llround(ValVb(*v)));
+        if (auto v = ValeurCle(ligne, CleCfg::Recents))
+            c.Recents = v->split(u'|', Qt::SkipEmptyParts);
     }
     if (c.Zmm == 0) c.Zmm = 1;
     return c;
@@ -131,8 +133,14 @@ bool DossierContientProgramme(const QString& dossier, const QString& nomExecutab
     return false;
 }
 
+bool ProgrammeEnPlace(const QString& dossierExecutable) {
+    const QString d = AvecBarre(dossierExecutable);
+    return QFileInfo(d + QStringLiteral("CMakeCache.txt")).isFile() ||
+           QFileInfo(d + QStringLiteral("../share/mirel")).isDir();
+}
+
 EmplacementConfig LocaliseConfig(const QString& dossierProgramme, const QString& dossierTravail,
-                                 const QString& dossierXdg, const QString& nomExecutable) {
+                                 const QString& dossierXdg, const QString& nomExecutable, bool enPlace) {
     EmplacementConfig l;
     l.DossierProgramme = AvecBarre(dossierProgramme);
     // 1. Test the program folder.
@@ -143,6 +151,12 @@ EmplacementConfig LocaliseConfig(const QString& dossierProgramme, const QString&
     l.DossierCfg = l.DossierDepart;
     // 3. A "Mirel.cfg" in the working folder is used and saved there.
     if (QFileInfo(l.DossierDepart + NomFichierCfg).isFile()) return l;
+    // A program in its place is started from a launcher or a shell in any
+    // folder: its settings are the user's, in the XDG folder.
+    if (enPlace && !dossierXdg.isEmpty()) {
+        l.DossierCfg = AvecBarre(dossierXdg);
+        return l;
+    }
     // 4. Started from a foreign folder: read, never written.
     if (!DossierContientProgramme(l.DossierDepart, nomExecutable)) l.EcritureInterdite = true;
     // 5. The program folder when usable, else the XDG folder when known.

@@ -5,9 +5,12 @@
 // dialog `Form3`, of the patch input box and of the help menu and help calls.
 // The dialogs and the viewer belong to the window: they call these functions.
 //
-// Location: the program folder is the executable's folder; the per-user
-// folder is the XDG configuration folder ($XDG_CONFIG_HOME, else ~/.config)
-// + "/Mirel/". Folders end in "/".
+// Location: a "Mirel.cfg" in the working folder is used there; a program
+// run from its build folder or its installed place keeps its settings in the
+// per-user folder, the XDG configuration folder ($XDG_CONFIG_HOME, else
+// ~/.config) + "/Mirel/", whatever folder it was started from. A copy of the
+// program elsewhere keeps them beside itself, and writes them only when started
+// from its own folder. Folders end in "/".
 #pragma once
 
 #include "app/core/encodage.h"
@@ -52,6 +55,8 @@ inline const QString DoubleClic = QStringLiteral("DoubleClic =");
 inline const QString Zmm = QStringLiteral("Zmm =");
 inline const QString TailleCarCode = QStringLiteral("TailleCarCode =");
 inline const QString Patchs = QStringLiteral("Patchs =");
+// The recent files of the file menu, most recent first, joined by "|".
+inline const QString Recents = QStringLiteral("Recents =");
 } // namespace CleCfg
 
 // The values of "Mirel.cfg" as read.
@@ -66,6 +71,7 @@ struct Config {
     float Zmm = 1.0f;
     std::optional<float> TailleCarCode;
     int Patchs = 0;              // 16-bit value (sign-extended)
+    QStringList Recents;         // most recent first
     QString PremiereLigne;       // line 1 as read (for the version test at start-up)
     Encodage Enc = Encodage::Utf8;
 };
@@ -107,13 +113,20 @@ QString DossierXdgMirel();
 // the executable's own name or its ".desktop" launcher), compared without
 // regard to case.
 bool DossierContientProgramme(const QString& dossier, const QString& nomExecutable);
+// Whether the executable's folder is the program's own place: the build
+// folder (its "CMakeCache.txt") or an installed "bin" beside "share/mirel".
+// A copy dropped in some other folder is not.
+bool ProgrammeEnPlace(const QString& dossierExecutable);
 // Where "Mirel.cfg" is read and written: the working folder when it holds
-// one; else the program folder when usable, or the XDG folder when not. A
-// working folder without the program is foreign: nothing is written.
+// one. Else, for a program in its place (`enPlace`), the XDG folder, read and
+// written from any working folder. Else the program folder when usable, or
+// the XDG folder when not, and a working folder without the program is
+// foreign: nothing is written.
 // `dossierXdg` empty means there is no XDG folder (the working folder stays).
 EmplacementConfig LocaliseConfig(const QString& dossierProgramme, const QString& dossierTravail,
                                  const QString& dossierXdg,
-                                 const QString& nomExecutable = QStringLiteral("mirel"));
+                                 const QString& nomExecutable = QStringLiteral("mirel"),
+                                 bool enPlace = false);
 // Creates the default file when missing (unless writing is forbidden: then
 // the defaults are used without a file) and reads the keys.
 Config ChargeConfig(const EmplacementConfig& lieu, const QString& version);

@@ -1,0 +1,192 @@
+#include "app/usage_fenetre.h"
+
+#include "app/core/config.h"
+#include "app/core/fichiers.h"
+#include "app/core/meter.h"
+#include "app/editeur.h"
+#include "app/fenetre.h"
+#include "language/chaines.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QLibraryInfo>
+#include <QMenu>
+#include <QMimeData>
+#include <QTimer>
+#include <QTranslator>
+#include <QUrl>
+
+QStringList AjouteRecent(const QStringList& liste, const QString& chemin) {
+    QStringList r{chemin};
+    for (const QString& c : liste)
+        if (c != chemin && r.size() < NombreRecents) r << c;
+    return r;
+}
+
+QString FichierDepose(const QMimeData* donnees) {
+    if (!donnees || !donnees->hasUrls() || donnees->urls().size() != 1) return {};
+    const QUrl u = donnees->urls().first();
+    if (!u.isLocalFile()) return {};
+    const QString chemin = u.toLocalFile();
+    const QString suffixe = QFileInfo(chemin).suffix().toLower();
+    return suffixe == QLatin1String("dat") || suffixe == QLatin1String("mtr") ? chemin : QString();
+}
+
+bool TraduitQt(int decalage, QObject* proprietaire) {
+    const QString nom = QStringLiteral("MirelTraductionQt");
+    delete proprietaire->findChild<QTranslator*>(nom, Qt::FindDirectChildrenOnly);
+    QString code;
+    if (decalage == 0) code = QStringLiteral("fr");
+    else if (decalage == 800) code = QStringLiteral("de");
+    else if (decalage == 1200) code = QStringLiteral("es");
+    if (code.isEmpty()) return false;
+    auto* t = new QTranslator(proprietaire);
+    t->setObjectName(nom);
+    if (!t->load(QStringLiteral("qt_") + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        delete t;
+        return false;
+    }
+    QCoreApplication::installTranslator(t);
+    return true;
+}
+
+// --- the window's part
+
+UsageFenetre::UsageFenetre(Form1& fenetre) : QObject(&fenetre), f_(fenetre) {
+    f_.Mnu_Ouvrir->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
+    f_.Mnu_Nouveau->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
+    f_.Mnu_EnregistrerS->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
+    f_.Mnu_Quitter->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    f_.Mnu_Visualiser->setShortcut(QKeySequence(Qt::Key_F5));
+
+    Mnu_Recents = new QMenu(&f_);
+    Mnu_Recents->setObjectName(QStringLiteral("Mnu_Recents"));
+    f_.Mnu_Fichier->insertMenu(f_.Mnu_OuvrirMeter, Mnu_Recents);
+    connect(Mnu_Recents, &QMenu::aboutToShow, this, &UsageFenetre::RemplitRecents);
+
+    veille_ = new QFileSystemWatcher(this);
+    connect(veille_, &QFileSystemWatcher::fileChanged, this, [this](const QString& chemin) {
+        if (chemin != suivi_) return;
+        // Writers that replace the file drop it from the watch: a moment
+        // later it is watched again and compared.
+        QTimer::singleShot(150, this, [this] {
+            if (!suivi_.isEmpty() && QFileInfo::exists(suivi_) && !veille_->files().contains(suivi_))
+                veille_->addPath(suivi_);
+            VerifieDisque();
+        });
+    });
+
+    // The caption's "*" follows the text; the change is read once the
+    // editor has noted it.
+    connect(f_.RTB1->document(), &QTextDocument::contentsChanged, this, [this] { f_.EcritCaption(); },
+            Qt::QueuedConnection);
+
+    f_.setAcceptDrops(true);
+    f_.installEventFilter(this);
+    f_.RTB1->viewport()->installEventFilter(this);
+    Legendes();
+}
+
+void UsageFenetre::Legendes() {
+    Mnu_Recents->setTitle(LoadResString(395 + f_.regl.LangueMenus));
+    Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
+}
+
+void UsageFenetre::RemplitRecents() {
+    Mnu_Recents->clear();
+    // Files gone from the disk leave the list.
+    QStringList restent;
+    for (const QString& c : f_.Config.Recents) {
+        if (!QFileInfo(c).isFile()) continue;
+        restent << c;
+        QString nom = c;
+        nom.replace(u'&', QStringLiteral("&&")); // no accelerator from the path
+        QAction* a = Mnu_Recents->addAction(QStringLiteral("&%1  %2").arg(restent.size()).arg(nom));
+        connect(a, &QAction::triggered, this, [this, c] { Ouvre(c); });
+    }
+    f_.Config.Recents = restent;
+}
+
+void UsageFenetre::EnregistreRecents() {
+    f_.s_.config->EcritConfig(CleCfg::Recents, u' ' + f_.Config.Recents.join(u'|'));
+}
+
+bool UsageFenetre::Ouvre(const QString& chemin) {
+    if (f_.e.ExecutionEnCours) return false;
+    const Reglages& r = f_.regl;
+    return f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) {
+        if (!DemandeSauvegarde(ef, r, p)) return false;
+        if (EstDesinstalleur(chemin)) {
+            p.Message(MessageDesinstalleur(chemin), Boutons::Ok);
+            return false;
+        }
+        return EstFichierMeter(chemin) ? ChargeMeter(ef, r, p, chemin) : ChargeFichier(ef, p, chemin);
+    });
+}
+
+void UsageFenetre::ApresCommandeFichier() {
+    const QString c = f_.FichierCourant.isEmpty() ? QString() : QFileInfo(f_.FichierCourant).absoluteFilePath();
+    if (!c.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, c);
+    Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
+    if (c != suivi_) {
+        if (!suivi_.isEmpty()) veille_->removePath(suivi_);
+        suivi_ = c;
+    }
+    if (!c.isEmpty() && QFileInfo::exists(c) && !veille_->files().contains(c)) veille_->addPath(c);
+    empreinte_ = EmpreinteDe(c);
+}
+
+UsageFenetre::Empreinte UsageFenetre::EmpreinteDe(const QString& chemin) {
+    const QFileInfo fi(chemin);
+    if (chemin.isEmpty() || !fi.isFile()) return {};
+    return {fi.lastModified(), fi.size()};
+}
+
+bool UsageFenetre::VerifieDisque() {
+    if (question_ || suivi_.isEmpty() || f_.e.ExecutionEnCours) return false;
+    const Empreinte maintenant = EmpreinteDe(suivi_);
+    if (maintenant == empreinte_) return false;
+    // Asked once for each change; a file gone is not a change to offer.
+    empreinte_ = maintenant;
+    if (maintenant.taille < 0) return false;
+    question_ = true;
+    const Reponse r = f_.s_.boites->Message(&f_, TitreBoite, LoadResString(394 + f_.regl.LangueMessages).arg(suivi_),
+                                            Boutons::OuiNon, Icone::Question);
+    question_ = false;
+    if (r != Reponse::Oui) return false;
+    const QString chemin = suivi_;
+    const Reglages& reg = f_.regl;
+    return f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) {
+        return EstFichierMeter(chemin) ? ChargeMeter(ef, reg, p, chemin) : ChargeFichier(ef, p, chemin);
+    });
+}
+
+bool UsageFenetre::eventFilter(QObject* objet, QEvent* ev) {
+    switch (ev->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove: {
+        auto* d = static_cast<QDropEvent*>(ev);
+        if (FichierDepose(d->mimeData()).isEmpty()) break;
+        d->acceptProposedAction();
+        return true;
+    }
+    case QEvent::Drop: {
+        auto* d = static_cast<QDropEvent*>(ev);
+        const QString chemin = FichierDepose(d->mimeData());
+        if (chemin.isEmpty()) break;
+        d->acceptProposedAction();
+        // The drag ends before the question or the run.
+        QTimer::singleShot(0, this, [this, chemin] { Ouvre(chemin); });
+        return true;
+    }
+    case QEvent::WindowActivate:
+        if (objet == &f_) QTimer::singleShot(0, this, [this] { VerifieDisque(); });
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(objet, ev);
+}

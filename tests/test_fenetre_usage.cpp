@@ -1,0 +1,181 @@
+// Settings kept from any folder, Qt's buttons, standard keys, recent files, drops, reload, help.
+#include "outils_fenetre.h"
+
+#include "app/aide_fenetre.h"
+#include "app/usage_fenetre.h"
+
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QUrl>
+
+namespace {
+
+// A drag of files (of their names as text when `texte`) dropped on a widget; the file opens once the drag has ended.
+void Depose(QWidget* cible, const QStringList& chemins, bool texte = false) {
+    QMimeData m;
+    for (const QString& c : chemins) texte ? m.setText(c) : m.setUrls(m.urls() << QUrl::fromLocalFile(c));
+    QDragEnterEvent entree(QPoint(50, 50), Qt::CopyAction, &m, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent depot(QPointF(50, 50), Qt::CopyAction, &m, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(cible, &entree), QApplication::sendEvent(cible, &depot);
+    QApplication::processEvents();
+}
+
+} // namespace
+
+// Started twice from a foreign folder: a program in its place asks the languages once and keeps
+// them, with the recent files, in the XDG folder; a copy elsewhere only reads, so it asks again.
+TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
+    for (bool enPlace : {true, false}) {
+        QTemporaryDir xdg;
+        const QByteArray ancien = qgetenv("XDG_CONFIG_HOME");
+        qputenv("XDG_CONFIG_HOME", xdg.path().toUtf8()); // put back at the end
+        Banc b;
+        b.boites.langues = [](ValeursConfig& v) { v.Langue = v.LangueMenu = v.LangueAide = v.LangueMasq = "Deutsch"; };
+        const QString fichier = b.Fichier("cadran.dat", "CT = 1, 1\r\n");
+        for (int demarrage = 0; demarrage < 2; ++demarrage) {
+            ConfigFichier config;
+            config.EnPlace = enPlace;
+            b.f = std::make_unique<Form1>(ServicesFenetre{&config, &b.boites, [] { return QString("Imprimante"); },
+                                                          b.programme.path(), b.travail.path(), {}});
+            b.f->Demarrer("");
+            if (demarrage == 0) b.f->Usage->Ouvre(fichier);
+            else EXPECT_EQ(b.f->Config.Recents, enPlace ? QStringList{fichier} : QStringList{});
+            EXPECT_EQ(b.f->regl.LangueMenus, 800);
+            b.f->close(); // the recent files are written with the other keys
+            b.f.reset();
+        }
+        EXPECT_EQ(b.boites.Nombre("langues"), enPlace ? 1 : 2) << enPlace;
+        EXPECT_EQ(QFileInfo::exists(xdg.filePath("Mirel/Mirel.cfg")), enPlace);
+        EXPECT_FALSE(QFileInfo::exists(b.travail.filePath("Mirel.cfg")) ||
+                     QFileInfo::exists(b.programme.filePath("Mirel.cfg")));
+        qputenv("XDG_CONFIG_HOME", ancien);
+    }
+    QTemporaryDir d;
+    for (const char* dossier : {"build", "usr/bin", "usr/share/mirel", "copie"}) QDir(d.path()).mkpath(dossier);
+    QFile(d.filePath("build/CMakeCache.txt")).open(QIODevice::WriteOnly);
+    for (auto [dossier, enPlace] : {std::pair{"build", true}, {"usr/bin", true}, {"copie", false}})
+        EXPECT_EQ(ProgrammeEnPlace(d.filePath(dossier)), enPlace) << dossier;
+}
+
+// Qt's standard buttons follow the messages' language while the window lives.
+TEST(FenetreUsage, QtButtonsSpeakTheMessagesLanguage) {
+    auto oui = [] { return QMessageBox(QMessageBox::Question, "", "", QMessageBox::Yes).button(QMessageBox::Yes)->text(); };
+    const QString anglais = oui();
+    for (auto [langue, attendu] : {std::pair{"Français", "&Oui"}, {"Deutsch", "&Ja"}, {"Castellano", "&Sí"},
+                                   {"English", "&Yes"}}) {
+        Banc b;
+        b.config.Valeurs.Langue = langue;
+        b.Demarre("CT = 1, 1\r\n");
+        EXPECT_EQ(oui(), attendu) << langue;
+    }
+    EXPECT_EQ(oui(), anglais);
+}
+
+// Ctrl+S, Ctrl+N, Ctrl+O, F5 and Ctrl+Q, with the caption's "*" and the recent files in the file menu.
+TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
+    Banc b;
+    Form1& f = b.Demarre("CT = 1, 1\r\n");
+    const QString chemin = f.FichierCourant;
+    EXPECT_FALSE(f.windowTitle().startsWith('*'));
+    QTest::keyClicks(f.RTB1, "'");
+    QApplication::processEvents();
+    EXPECT_TRUE(f.windowTitle().startsWith("*Mirel  V"));
+    const struct { Qt::Key touche; Qt::KeyboardModifiers mods; int executions, boites; bool nomCourant; } cas[] = {{Qt::Key_S, Qt::ControlModifier, 0, 0, true},  {Qt::Key_F5, Qt::NoModifier, 1, 0, true},
+               {Qt::Key_N, Qt::ControlModifier, 1, 0, false}, {Qt::Key_O, Qt::ControlModifier, 0, 1, false}};
+    for (const auto& c : cas) {
+        const int executions = f.NombreExecutions;
+        const size_t boites = b.boites.vues.size();
+        QTest::keyClick(f.RTB1, c.touche, c.mods);
+        EXPECT_EQ(f.NombreExecutions - executions, c.executions) << c.touche;
+        EXPECT_EQ(b.boites.vues.size() - boites, size_t(c.boites)) << c.touche;
+        EXPECT_EQ(f.NomCourant == chemin, c.nomCourant) << c.touche;
+        EXPECT_FALSE(f.windowTitle().startsWith('*')) << c.touche;
+    }
+    EXPECT_TRUE(LitFic(chemin)->Texte.startsWith("'CT = 1, 1"));
+    // The recent files, most recent first; an entry opens its file.
+    const QString autre = b.Fichier("autre.dat", "CT = 2, 2\r\n");
+    f.Usage->Ouvre(autre);
+    emit f.Usage->Mnu_Recents->aboutToShow();
+    const QList<QAction*> entrees = f.Usage->Mnu_Recents->actions();
+    ASSERT_EQ(entrees.size(), 2);
+    EXPECT_TRUE(entrees[0]->text().endsWith(autre) && entrees[1]->text().endsWith(chemin));
+    entrees[1]->trigger();
+    EXPECT_EQ(f.FichierCourant, chemin);
+    QStringList liste;
+    for (int i = 0; i < 10; ++i) liste = AjouteRecent(liste, QString::number(i % 9));
+    EXPECT_EQ(liste, (QStringList{"0", "8", "7", "6", "5", "4", "3", "2"}));
+    QTest::keyClick(f.RTB1, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains("Recents = " + chemin + "|" + autre));
+}
+
+// A dropped .dat or .mtr file opens as Open opens it, asking first to save a modified text;
+// other drops open nothing.
+TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
+    Banc b;
+    Form1& f = b.Demarre("CT = 1, 1\r\n");
+    const QString dat = b.Fichier("Autre.DAT", "CT = 3, 3\r\n");
+    for (auto [refuses, texte] : {std::pair{QStringList{b.Fichier("notes.txt", "x")}, false},
+                                  {QStringList{dat, dat}, false}, {QStringList{dat}, true}}) {
+        Depose(&f, refuses, texte);
+        EXPECT_TRUE(b.boites.vues.empty() && f.FichierCourant.endsWith("essai.dat"));
+    }
+    f.SetModifie(true);
+    b.boites.reponses = {int(Reponse::Non)};
+    Depose(f.RTB1->viewport(), {dat}); // over the editor as well as the drawing
+    EXPECT_EQ(b.boites.Messages(), QStringList{LoadResString(118)});
+    EXPECT_TRUE(f.FichierCourant == dat && f.RTB1->TexteCrLf() == "CT = 3, 3\r\n");
+    QMimeData mtr;
+    mtr.setUrls({QUrl::fromLocalFile("/x/galva.MTR")});
+    EXPECT_EQ(FichierDepose(&mtr), "/x/galva.MTR"); // a meter file is imported as Open imports it
+}
+
+// A file changed on disk is offered once for reload, as soon as the change is seen; Yes reloads
+// it, No keeps the text. The window's own save is no change.
+TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
+    for (Reponse r : {Reponse::Oui, Reponse::Non}) {
+        Banc b;
+        Form1& f = b.Demarre("CT = 1, 1\r\n");
+        f.Mnu_EnregistrerS_Click();
+        EXPECT_FALSE(f.Usage->VerifieDisque());
+        b.Fichier("essai.dat", "CT = 2, 2\r\nCT = 3, 3\r\n");
+        b.boites.reponses = {int(r)};
+        QTRY_COMPARE_WITH_TIMEOUT(b.boites.Messages().size(), 1, 3000); // the watch on the file asks
+        EXPECT_FALSE(f.Usage->VerifieDisque());
+        ASSERT_EQ(b.boites.Messages().size(), 1);
+        EXPECT_EQ(b.boites.Messages()[0], LoadResString(394).arg(f.FichierCourant));
+        EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : "CT = 1, 1\r\n");
+    }
+}
+
+// The help opens on the first dial, which draws without a message, then the reference; Esc
+// closes it. The update notes are a page of their own unless their file exists; the undocumented
+// commands' file goes to the desktop's viewer.
+TEST(FenetreUsage, HelpOpensOnAFirstDialAndClosesOnEsc) {
+    Banc b;
+    Form1& f = b.Demarre(PremierCadran().join("\r\n") + "\r\n");
+    EXPECT_TRUE(b.boites.Messages().isEmpty() && (f.e.EtatOrdre & 64));
+    f.Mnu_Aide25->trigger();
+    FenetreAide* aide = f.FenetreDAide();
+    const QString h = aide->Navigateur()->toHtml();
+    EXPECT_LT(h.indexOf("Val = 10, 0, 100, 11"), h.indexOf(LoadResString(399)));
+    EXPECT_LT(h.indexOf(LoadResString(399)), h.indexOf("name=\"s2100\""));
+    EXPECT_TRUE(aide->isVisible());
+    QTest::keyClick(aide->Navigateur(), Qt::Key_Escape);
+    EXPECT_FALSE(aide->isVisible());
+    QStringList ouverts;
+    aide->Ouvreur = [&](const QString& c) { return ouverts << c, true; };
+    f.Mnu_MAJ_Aide->trigger();
+    EXPECT_TRUE(aide->Navigateur()->toPlainText().contains(LoadResString(398).section('\n', 0, 0)));
+    QDir(b.programme.path()).mkpath("Mirel_fr");
+    for (const char* nom : {"Mirel_MAJ_fr.chm", "Mirel_fr/Non_Doc_fr.chm"})
+        QFile(b.programme.filePath(nom)).open(QIODevice::WriteOnly);
+    f.AfficheMenus();
+    EXPECT_TRUE(f.Mnu_Non_Doc->isVisible() && f.Mnu_Non_Doc->isEnabled() && f.Mnu_MAJ_Aide->isEnabled());
+    f.Mnu_MAJ_Aide->trigger();
+    f.Mnu_Non_Doc->trigger();
+    EXPECT_EQ(ouverts, (QStringList{b.programme.filePath("Mirel_MAJ_fr.chm"),
+                                    b.programme.filePath("Mirel_fr/Non_Doc_fr.chm")}));
+}
