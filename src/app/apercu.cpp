@@ -192,6 +192,15 @@ Apercu::Apercu(Form1& f) : QObject(&f), f_(f) {
     connect(f.RTB1->document(), &QTextDocument::contentsChange, this, [this](int, int retires, int ajoutes) {
         if (DirectActif() && f_.RTB1->ColorationActive && (retires || ajoutes)) Minuterie.start();
     });
+    // A run of the window disables `Mnu_Visualiser` for its length: at its
+    // start the live status goes, after its end a loaded file is fitted.
+    connect(
+        f.Mnu_Visualiser, &QAction::changed, this,
+        [this] {
+            if (!f_.Mnu_Visualiser->isEnabled()) f_.pane->EcritEtat(QString(), 0);
+            else FinDeRun();
+        },
+        Qt::QueuedConnection);
     connect(f.pane, &Pane::molette, this, &Apercu::Molette);
     connect(f.pane, &Pane::glisse, this, &Apercu::Glisse);
     connect(f.pane, &Pane::tailleChangee, this, [this] {
@@ -219,7 +228,7 @@ void Apercu::ActiveDirect(bool oui) {
     Mnu_ApercuDirect->setChecked(oui);
     if (!oui) {
         Minuterie.stop();
-        f_.pane->EcritEtat(QString());
+        f_.pane->EcritEtat(QString(), 0);
     }
     f_.s_.config->EcritConfig(CleCfg::ApercuDirect, oui ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
 }
@@ -271,27 +280,26 @@ void Apercu::Taille() {
     if (s->LargeurPx() != f_.pane->width() || s->HauteurPx() != f_.pane->height()) f_.RelanceSansZoom();
 }
 
-void Apercu::ApresChargement() {
-    ajusterApresRun_ = true;
-    AttendRunDuChargement(f_.NombreExecutions, 50);
-}
+void Apercu::ApresChargement() { ajusterApresRun_ = true; }
 
-// The run of a loaded file comes behind the loading; events may pass before
-// it and during it (its own pumping), so the fit waits for its end.
-void Apercu::AttendRunDuChargement(int executions, int essais) {
-    QTimer::singleShot(essais == 50 ? 0 : 20, this, [this, executions, essais] {
-        if (!ajusterApresRun_) return;
-        if (EnCours() || f_.NombreExecutions == executions) {
-            if (essais > 0) AttendRunDuChargement(executions, essais - 1);
-            return;
-        }
-        ajusterApresRun_ = false;
-        const QRectF encre = f_.pane->Encre();
-        const CadreVue c = Cadre();
-        // A pen's width over the edge is no cut drawing.
-        const QRectF visible = QRectF(0, 0, c.largeurPx - c.editeurPx, c.hauteurPx).adjusted(-3, -3, 3, 3);
-        if (!encre.isEmpty() && !visible.contains(encre)) AjusteDessin(false);
-    });
+// A file just loaded: when its drawing is cut at the top or on the right,
+// the view's scale grows about the pane's lower left corner until it shows.
+// The sheet's corner stays where it was, and a view that was not panned
+// stays so: the program's origin is the same. A drawing that also runs off
+// the sheet's left or lower edge is fitted and centred instead. One cut only
+// on those two edges is drawn about the corner on purpose and stays.
+void Apercu::FinDeRun() {
+    if (!ajusterApresRun_ || !Libre()) return;
+    ajusterApresRun_ = false;
+    const CadreVue c = Cadre();
+    const QRectF encre = f_.pane->Encre();
+    const double facteur = FacteurDepuisCoin(c, encre);
+    if (facteur <= 1) return;
+    EtatRepere& r = f_.e.Repere;
+    if (encre.left() < -3 || encre.bottom() > c.hauteurPx + 3) return Applique(Ajuste(c, encre, false));
+    if (r.DecalageVueX + r.DecalageVueY != 0) return Applique(ZoomAutour(c, QPointF(0, c.hauteurPx), facteur));
+    f_.pane->SetEchelleVue(f_.pane->EchelleVue() * facteur);
+    f_.RelanceSansZoom();
 }
 
 void Apercu::ExecuteDirect() {
@@ -311,6 +319,8 @@ void Apercu::ExecuteDirect() {
     LanceExecution(e);
     FermeFichiers(e);
     e.Host = fenetre;
+    const CadreVue c = Cadre();
     f_.pane->EcritEtat(hote.raison.isEmpty() ? QString()
-                                             : TexteArretApercu(f_.regl.LangueMenus, hote.ligne, hote.raison));
+                                             : TexteArretApercu(f_.regl.LangueMenus, hote.ligne, hote.raison),
+                       int(c.largeurPx - c.editeurPx));
 }

@@ -44,8 +44,8 @@ public:
     // Captions in the menus' language; the first call after start-up also
     // takes the settings ("ApercuDirect =").
     void Legendes();
-    // A file was loaded: its first run is followed by a fit when the
-    // drawing does not show whole.
+    // A file was loaded: the end of its first run is followed by a fit when
+    // the drawing does not show whole.
     void ApresChargement();
 
     // The view menu's commands.
@@ -74,7 +74,7 @@ private:
     void Taille();
     bool EnCours() const; // a run is under way
     bool Libre() const;   // no run under way, no tool holding the mouse
-    void AttendRunDuChargement(int executions, int essais);
+    void FinDeRun();
 
     Form1& f_;
     bool reglagesLus_ = false;

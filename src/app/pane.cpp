@@ -59,6 +59,13 @@ ReglageVue Ajuste(const CadreVue& c, const QRectF& encre, bool agrandir) {
     return Place(c, facteur, largeur / 2 * u2 - cx, c.hauteurPx / 2 * u2 - cy);
 }
 
+double FacteurDepuisCoin(const CadreVue& c, const QRectF& encre) {
+    const double largeur = std::max(1.0, c.largeurPx - c.editeurPx);
+    if (encre.isEmpty() || (encre.right() <= largeur + 3 && encre.top() >= -3)) return 1;
+    return std::max({1.0, encre.right() / (largeur * (1 - Marge)),
+                     (c.hauteurPx - encre.top()) / (c.hauteurPx * (1 - Marge))});
+}
+
 Pane::Pane(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -87,14 +94,17 @@ void Pane::SetEchelleVue(double echelle) {
 
 QRectF Pane::Encre() const { return surface_ ? surface_->Encre() : QRectF(); }
 
-void Pane::EcritEtat(const QString& texte) {
-    etat_->setText(texte);
+void Pane::EcritEtat(const QString& texte, int largeur) {
+    // At the top left, cut to the width given; the whole text in its tip.
+    const int marges = 2 * etat_->margin() + 2;
+    etat_->setText(etat_->fontMetrics().elidedText(texte, Qt::ElideRight, std::max(40, largeur - marges)));
+    etat_->setToolTip(texte);
     etat_->setVisible(!texte.isEmpty());
     etat_->adjustSize();
-    etat_->move(0, height() - etat_->height());
+    etat_->move(0, 0);
 }
 
-QString Pane::TexteEtat() const { return etat_->isVisible() ? etat_->text() : QString(); }
+QString Pane::TexteEtat() const { return etat_->isVisible() ? etat_->toolTip() : QString(); }
 
 bool Pane::Prepare() {
     const QSize taille = size().expandedTo(QSize(1, 1));
@@ -169,6 +179,5 @@ void Pane::wheelEvent(QWheelEvent* ev) {
 
 void Pane::resizeEvent(QResizeEvent* ev) {
     QWidget::resizeEvent(ev);
-    if (etat_->isVisible()) etat_->move(0, height() - etat_->height());
     emit tailleChangee();
 }

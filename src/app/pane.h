@@ -53,6 +53,11 @@ ReglageVue Glisse(const CadreVue& c, QPointF delta);
 // margin, centred. With `agrandir` false the drawing is never shown larger
 // than at the present scale.
 ReglageVue Ajuste(const CadreVue& c, const QRectF& encre, bool agrandir);
+// The factor of the scale, never below 1, that brings the ink's top and
+// right edges into the visible part, the pane's lower left corner fixed
+// (the sheet's corner when the view is not panned). 1 when nothing is cut
+// there, a pen's width over the edge included.
+double FacteurDepuisCoin(const CadreVue& c, const QRectF& encre);
 
 class Pane : public QWidget {
     Q_OBJECT
@@ -78,9 +83,9 @@ public:
     // Off: the wheel and the drag leave the view alone (a tool has the mouse).
     void Navigation(bool active) { navigation_ = active; }
     bool NavigationActive() const { return navigation_; }
-    // A line at the bottom of the pane, for the reason a live run stopped;
-    // empty hides it.
-    void EcritEtat(const QString& texte);
+    // A line at the top of the pane, for the reason a live run stopped, cut
+    // to `largeur` pixels; empty hides it.
+    void EcritEtat(const QString& texte, int largeur);
     QString TexteEtat() const;
 
 signals:
