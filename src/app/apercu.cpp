@@ -24,7 +24,7 @@ namespace {
 
 constexpr double DegRad = 0.017453293;
 // A live run that takes longer than this is stopped: the program is one for F4.
-constexpr int DureeMaxDirect = 1000;
+constexpr int DureeMaxDirect = 500;
 
 // The first line of a box's text.
 QString PremiereLigne(const QString& t) {
@@ -254,11 +254,10 @@ CadreVue Apercu::Cadre() const {
 void Apercu::Applique(const ReglageVue& r) {
     const double avant = f_.pane->EchelleVue();
     f_.pane->SetEchelleVue(avant * r.facteur);
-    ReglageVue v = r;
     // At a limit of the scale the factor applied differs from the one asked.
     if (f_.pane->EchelleVue() != avant * r.facteur) return;
-    f_.e.Repere.DecalageVueX = v.vueX;
-    f_.e.Repere.DecalageVueY = v.vueY;
+    f_.e.Repere.DecalageVueX = r.vueX;
+    f_.e.Repere.DecalageVueY = r.vueY;
     f_.RelanceSansZoom();
 }
 

@@ -156,8 +156,10 @@ void Pane::mousePressEvent(QMouseEvent* ev) {
 void Pane::mouseReleaseEvent(QMouseEvent* ev) {
     if (ev->button() == Qt::LeftButton && debutGlisse_) {
         debutGlisse_.reset();
-        // The image stays shifted until the run that the signal asks for.
+        // The signal's run paints the image anew; without one it goes back.
         if (decalage_ != QPointF()) emit glisse(decalage_);
+        decalage_ = {};
+        update();
     }
 }
 
