@@ -8,7 +8,9 @@
 #include "app/export_dialogue.h"
 #include "drawing/surface.h"
 
-#include <QMenuBar>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QSpinBox>
 #include <QWheelEvent>
 
 namespace {
@@ -113,7 +115,6 @@ TEST(Vue, WheelZoomsAboutThePointerAndDragPans) {
 TEST(Vue, FitTheDrawingAndResizeRedraws) {
     Banc b;
     Form1& f = b.Demarre("Cadre = 10, 10, 30, 20\r\n");
-    struct Cas { const char* texte; };
     for (const char* texte : {"Cadre = 10, 10, 30, 20\r\n", "Cadre = -100, -50, 400, 500\r\n"}) {
         f.RTB1->ChargeTexte(texte);
         f.Visualiser();
@@ -257,6 +258,12 @@ TEST(Vue, ExportChoicesReachTheFiles) {
             << c.texte.toStdString();
         EXPECT_EQ(ChoixExportDe(TexteChoixExport(r)).dpi, r.dpi);
     }
+    // The dialog: preset from the choices, only the fields of its format on.
+    DialogueExport d(nullptr, 400, "png", ChoixExportDe("A3;Paysage;150;Contours"));
+    EXPECT_TRUE(d.Dpi->isEnabled() && !d.Contours->isEnabled() && d.Orientation->currentText() == "Landscape");
+    d.Page->setCurrentText("Letter");
+    d.Dpi->setValue(600);
+    EXPECT_EQ(TexteChoixExport(d.Choix()), "Letter;Paysage;600;Contours");
     Banc b;
     Form1& f = b.Demarre("Texte = 20, 20, , , Mirel\r\nCercle = 50, 50, 10\r\n");
     for (bool contours : {false, true}) {

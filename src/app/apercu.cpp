@@ -139,24 +139,25 @@ private:
 
 } // namespace
 
+// The menu's letter is one that no other title of the bar takes.
 TextesVue TextesDeVue(int langue) {
     switch (langue) {
     case 0:
-        return {QStringLiteral("&Vue"), QStringLiteral("&Ajuster le dessin"),
+        return {QStringLiteral("V&ue"), QStringLiteral("&Ajuster le dessin"),
                 QStringLiteral("Aperçu en &direct"), QStringLiteral("Aperçu arrêté ligne %1 (%2) : F4 exécute tout"),
                 QStringLiteral("trop long")};
     case 800:
-        return {QStringLiteral("&Ansicht"), QStringLiteral("Zeichnung &einpassen"),
+        return {QStringLiteral("A&nsicht"), QStringLiteral("Zeichnung &einpassen"),
                 QStringLiteral("&Live-Vorschau"),
                 QStringLiteral("Vorschau angehalten in Zeile %1 (%2): F4 führt alles aus"),
                 QStringLiteral("zu lang")};
     case 1200:
-        return {QStringLiteral("&Ver"), QStringLiteral("&Ajustar el dibujo"),
+        return {QStringLiteral("V&ista"), QStringLiteral("&Ajustar el dibujo"),
                 QStringLiteral("Vista previa en &directo"),
                 QStringLiteral("Vista previa detenida en la línea %1 (%2): F4 lo ejecuta todo"),
                 QStringLiteral("demasiado largo")};
     default:
-        return {QStringLiteral("&View"), QStringLiteral("&Fit the drawing"), QStringLiteral("&Live preview"),
+        return {QStringLiteral("Vie&w"), QStringLiteral("&Fit the drawing"), QStringLiteral("&Live preview"),
                 QStringLiteral("Preview stopped at line %1 (%2): F4 runs everything"),
                 QStringLiteral("too long")};
     }
@@ -193,12 +194,14 @@ Apercu::Apercu(Form1& f) : QObject(&f), f_(f) {
         if (DirectActif() && f_.RTB1->ColorationActive && (retires || ajoutes)) Minuterie.start();
     });
     // A run of the window disables `Mnu_Visualiser` for its length: at its
-    // start the live status goes, after its end a loaded file is fitted.
+    // start the live status and a pending live run go (F4 runs it all), after
+    // its end a loaded file is fitted.
     connect(
         f.Mnu_Visualiser, &QAction::changed, this,
         [this] {
-            if (!f_.Mnu_Visualiser->isEnabled()) f_.pane->EcritEtat(QString(), 0);
-            else FinDeRun();
+            if (f_.Mnu_Visualiser->isEnabled()) return FinDeRun();
+            Minuterie.stop();
+            f_.pane->EcritEtat(QString(), 0);
         },
         Qt::QueuedConnection);
     connect(f.pane, &Pane::molette, this, &Apercu::Molette);
