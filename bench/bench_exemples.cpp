@@ -6,7 +6,11 @@
 //   - and the replay of the recorded journal on the same raster device,
 // so that the interpreter's own cost can be compared with the painting it
 // orders: Raster - Replay is about what the interpreter adds.
+//   - and, for an example that includes files, the raster run with its
+//     included files read from disk each time (RasterRelu): what the
+//     included-file cache saves at each re-run.
 #include "app/core/encodage.h"
+#include "app/core/inclusion.h"
 #include "app/core/session.h"
 #include "drawing/repere.h"
 #include "drawing/surface_peinte.h"
@@ -109,6 +113,17 @@ void Raster(benchmark::State& state, QString nom) {
     }();
 }
 
+// The raster run with no included file kept from one run to the next.
+void RasterRelu(benchmark::State& state, QString nom) {
+    auto s = Prepare(nom);
+    PaneRaster pane;
+    AttachePane(s->etat, pane.surface.get());
+    for (auto _ : state) {
+        CacheFichiers::Processus().Vide();
+        s->Execute();
+    }
+}
+
 // The recorded operations replayed on the same raster device.
 void Rejeu(benchmark::State& state, QString nom) {
     auto s = Prepare(nom);
@@ -137,6 +152,9 @@ void EnregistreExemples() {
             ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark(("Rejeu/" + n).c_str(), Rejeu, nom)
             ->Unit(benchmark::kMicrosecond);
+        if (Lit(nom).contains(QLatin1String("Fichier =")))
+            benchmark::RegisterBenchmark(("RasterRelu/" + n).c_str(), RasterRelu, nom)
+                ->Unit(benchmark::kMicrosecond);
     }
 }
 

@@ -10,6 +10,8 @@
 #include "app/aide_fenetre.h"
 #include "app/commande_dialogue.h"
 #include "app/dessin.h"
+#include "app/apercu.h"
+#include "app/export_dialogue.h"
 #include "app/dialogues.h"
 #include "app/editeur.h"
 #include "app/hote_fenetre.h"
@@ -200,6 +202,9 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     connect(RTB1, &Editeur::sourisRelachee, this, [this] {
         if (form2->isVisible()) form2->hide();
     });
+
+    new Apercu(*this);
+    DialogueExport::Raccourcis(*this);
 
     resize(1100, 720);
     EcritCaption();
@@ -392,6 +397,7 @@ void Form1::AfficheMenus() {
     Text3->setToolTip(ChaineMenu(132));
     AfficheEntreesImpression();
     if (Usage) Usage->Legendes();
+    if (auto* a = findChild<Apercu*>()) a->Legendes();
 }
 
 QString Form1::TexteCaption() const {
@@ -434,7 +440,7 @@ void Form1::Dispose() {
 double Form1::LargeurEditeurUnites() const {
     if (!Mnu_Code->isChecked()) return 0;
     const double fz = double(regl.Zmm) * e.Repere.ZoomE;
-    return RTB1->width() * pane->MmParPixel() / (fz > 0 ? fz : 1);
+    return RTB1->width() * pane->MmParPixelVue() / (fz > 0 ? fz : 1);
 }
 
 // --- start-up
@@ -541,6 +547,7 @@ void Form1::LitFic(const TexteLu& lu) {
     e.Repere.ZoomDepart = lu.ZoomDepart;
     e.Repere.ZoomE = e.Repere.ZoomDepart;
     RTB1->MajLigne();
+    if (auto* a = findChild<Apercu*>()) a->ApresChargement();
 }
 
 // --- runs
@@ -1077,24 +1084,7 @@ void Form1::Mnu_Liste_Fic_Click() {
     if (!t.isEmpty()) RTB1->InsereTexte(t);
 }
 
-void Form1::Exporte(const QString& extension) {
-    if (e.ExecutionEnCours) return;
-    const QString base = FichierCourant.isEmpty() ? DossierFichier + QStringLiteral("Mirel")
-                                                  : FichierCourant.left(FichierCourant.lastIndexOf(u'.'));
-    const QString filtre = extension.toUpper() + QStringLiteral(" (*.") + extension + u')';
-    const QString nom =
-        s_.boites->FichierEnregistrer(this, base + u'.' + extension, filtre, extension);
-    if (nom.isEmpty()) return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    OptionsRendu o;
-    // An export of a program that loops must not freeze the window.
-    o.delai = 60;
-    const ResultatRendu r = RendProgramme(RTB1->TexteCrLf(), FichierCourant, nom, o, regl);
-    QApplication::restoreOverrideCursor();
-    if (r.statut == 2 || r.statut == 3)
-        s_.boites->Message(this, QStringLiteral("Mirel"), r.statut == 2 ? r.erreur : r.arret, Boutons::Ok,
-                           Icone::Critique);
-}
+void Form1::Exporte(const QString& extension) { DialogueExport::Exporte(*this, extension); }
 
 void Form1::Mnu_Quitter_Click() { close(); }
 

@@ -197,6 +197,8 @@ protected:
 private:
     friend class HoteFenetre;
     friend class UsageFenetre;
+    friend class Apercu;        // the view menu, the live preview
+    friend class DialogueExport;
     void Debut(const QString& ligneCommande);
     void ConstruitMenus();
     void AppliqueLangues();

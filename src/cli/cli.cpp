@@ -44,7 +44,8 @@ const char* const Aide =
     "                                   open the window, run FILE, save the window as\n"
     "                                   OUT.png and quit\n"
     "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|Letter|WxH]\n"
-    "                                   [--landscape] [common options]\n"
+    "                                   [--landscape] [--text-as-paths] [common options]\n"
+    "                                   --text-as-paths: SVG text as outlines (laser engravers)\n"
     "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
     "                                   [common options]\n"
     "  mirel print FILE.dat [--printer NAME] [--zoom Z] [--copies N] [--listing] [-o OUT.pdf]\n"
@@ -89,7 +90,7 @@ int DecalageLangue(const QString& code) {
 struct Arguments {
     QString commande, fichier, sortie, nomImprimante;
     int copies = 1;
-    bool imprimante = false, paysage = false, listing = false, zoomDonne = false;
+    bool imprimante = false, paysage = false, listing = false, zoomDonne = false, contours = false;
     QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
     double zoom = 1, dpi = 300, delai = 60;
     int langue = 0;
@@ -122,6 +123,8 @@ QString LitArguments(const QStringList& a, Arguments& r) {
             r.listing = true;
         } else if (o == QLatin1String("--landscape")) {
             r.paysage = true;
+        } else if (o == QLatin1String("--text-as-paths")) {
+            r.contours = true;
         } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
             if (!valeur(v)) return o + QStringLiteral(" needs a size");
             const QSizeF t = TaillePage(v);
@@ -209,6 +212,7 @@ int Render(const Arguments& a, const QString& texte) {
     o.dpi = a.dpi;
     o.page = a.page;
     o.paysage = a.paysage;
+    o.texteEnContours = a.contours;
     o.reponses = a.reponses;
     o.saisies = a.saisies;
     o.delai = a.delai;

@@ -84,6 +84,8 @@ Config LitConfigTexte(const QString& contenu) {
             c.Patchs = Entier16Bits(std::llround(ValVb(*v)));
         if (auto v = ValeurCle(ligne, CleCfg::Recents))
             c.Recents = v->split(u'|', Qt::SkipEmptyParts);
+        if (auto v = ValeurCle(ligne, CleCfg::ApercuDirect)) c.ApercuDirect = UCase(*v) == u"OUI";
+        if (auto v = ValeurCle(ligne, CleCfg::Export)) c.Export = *v;
     }
     if (c.Zmm == 0) c.Zmm = 1;
     return c;
@@ -193,6 +195,13 @@ Config ChargeConfig(const EmplacementConfig& lieu, const QString& version) {
     Config c = LitConfigTexte(texte);
     c.Enc = enc;
     return c;
+}
+
+Config LitConfigDossier(const QString& dossierCfg) {
+    if (dossierCfg.isEmpty()) return LitConfigTexte(QString());
+    const auto octets = LitOctets(AvecBarre(dossierCfg) + NomFichierCfg);
+    Encodage enc = Encodage::Utf8;
+    return LitConfigTexte(octets ? DecodeOctets(*octets, enc) : QString());
 }
 
 // --- EcritConfig

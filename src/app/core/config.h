@@ -57,6 +57,9 @@ inline const QString TailleCarCode = QStringLiteral("TailleCarCode =");
 inline const QString Patchs = QStringLiteral("Patchs =");
 // The recent files of the file menu, most recent first, joined by "|".
 inline const QString Recents = QStringLiteral("Recents =");
+// The window's live preview ("Oui"/"Non") and the export dialog's choices.
+inline const QString ApercuDirect = QStringLiteral("ApercuDirect =");
+inline const QString Export = QStringLiteral("Export =");
 } // namespace CleCfg
 
 // The values of "Mirel.cfg" as read.
@@ -72,6 +75,8 @@ struct Config {
     std::optional<float> TailleCarCode;
     int Patchs = 0;              // 16-bit value (sign-extended)
     QStringList Recents;         // most recent first
+    bool ApercuDirect = false;
+    QString Export;              // page, orientation, dpi, text as outlines (export_dialogue.h)
     QString PremiereLigne;       // line 1 as read (for the version test at start-up)
     Encodage Enc = Encodage::Utf8;
 };
@@ -81,6 +86,8 @@ struct Config {
 // the first occurrence of its text including " ="; the value is the rest of
 // the line, trimmed. Later lines win. A zero `Zmm` ends up 1.
 Config LitConfigTexte(const QString& contenu);
+// The keys of "Mirel.cfg" in a folder; the defaults when it cannot be read.
+Config LitConfigDossier(const QString& dossierCfg);
 // The lines of the default file, written when none exists.
 QStringList LignesConfigDefaut(const QString& version);
 // 16-bit storage of the patch word.

@@ -17,6 +17,7 @@
 #include "language/vb.h"
 
 #include <QDir>
+#include <QDateTime>
 #include <QFileInfo>
 
 using namespace vb;
@@ -467,13 +468,9 @@ bool EstFichierCode(const QString& nom) {
     return Mid(fichier, point + 1, 3).toUpper() == QLatin1String("DMK");
 }
 
-std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat) {
-    if (etat) *etat = LectureCommande::Ok;
-    const QString chemin = VersChemin(nom);
-    if (Trim(nom).isEmpty() || !QFileInfo(chemin).isFile()) {
-        if (etat) *etat = LectureCommande::Introuvable;
-        return std::nullopt;
-    }
+namespace {
+
+std::optional<QString> LitSurDisque(const QString& nom, const QString& chemin, LectureCommande* etat) {
     if (EstFichierCode(nom)) {
         ErreurDmk erreur = ErreurDmk::Aucune;
         const std::optional<QString> t = LitDmk(chemin, &erreur);
@@ -492,6 +489,50 @@ std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* e
     }
     Encodage enc = Encodage::Utf8;
     return NormaliseFinsDeLigne(DecodeOctets(*octets, enc));
+}
+
+} // namespace
+
+std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* etat) {
+    if (etat) *etat = LectureCommande::Ok;
+    const QString chemin = VersChemin(nom);
+    const QFileInfo fi(chemin);
+    if (Trim(nom).isEmpty() || !fi.isFile()) {
+        if (etat) *etat = LectureCommande::Introuvable;
+        return std::nullopt;
+    }
+    const QString cle = fi.absoluteFilePath() + (EstFichierCode(nom) ? QStringLiteral("|dmk") : QString());
+    const QDateTime date = fi.lastModified();
+    const qint64 taille = fi.size();
+    {
+        const std::lock_guard<std::mutex> verrou(mutex_);
+        const auto i = entrees_.constFind(cle);
+        if (i != entrees_.cend() && i->date == date && i->taille == taille) {
+            ++trouves_;
+            return i->texte;
+        }
+    }
+    std::optional<QString> t = LitSurDisque(nom, chemin, etat);
+    const std::lock_guard<std::mutex> verrou(mutex_);
+    ++lus_;
+    if (t) entrees_.insert(cle, Entree{date, taille, *t});
+    else entrees_.remove(cle);
+    return t;
+}
+
+void CacheFichiers::Vide() {
+    const std::lock_guard<std::mutex> verrou(mutex_);
+    entrees_.clear();
+    lus_ = trouves_ = 0;
+}
+
+CacheFichiers& CacheFichiers::Processus() {
+    static CacheFichiers cache;
+    return cache;
+}
+
+std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat) {
+    return CacheFichiers::Processus().Lit(nom, etat);
 }
 
 // --- The "?" form

@@ -13,6 +13,7 @@ struct OptionsRendu {
     double dpi = 300;              // PNG only
     QSizeF page = QSizeF(210, 297);
     bool paysage = false;
+    bool texteEnContours = false;  // SVG: text written as the outlines of its glyphs
     QStringList reponses, saisies; // answers of boxes and prompts, in order
     double delai = 0;              // time limit of the run in seconds, 0 none
 };

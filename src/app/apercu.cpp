@@ -1,0 +1,328 @@
+#include "app/apercu.h"
+
+#include "app/core/config.h"
+#include "app/editeur.h"
+#include "app/fenetre.h"
+#include "drawing/repere.h"
+#include "drawing/surface.h"
+#include "language/erreur.h"
+#include "language/hote.h"
+#include "language/interprete.h"
+
+#include <algorithm>
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTextBlock>
+#include <QTextCharFormat>
+#include <QTextCursor>
+#include <QTextDocument>
+
+namespace {
+
+constexpr double DegRad = 0.017453293;
+// A live run that takes longer than this is stopped: the program is one for F4.
+constexpr int DureeMaxDirect = 500;
+
+// The first line of a box's text.
+QString PremiereLigne(const QString& t) {
+    const QString s = t.trimmed();
+    const qsizetype i = s.indexOf(u'\r') >= 0 ? s.indexOf(u'\r') : s.indexOf(u'\n');
+    return (i < 0 ? s : s.left(i)).trimmed();
+}
+
+// The host of a live run: everything that would wait for the user, or write
+// where the user did not ask, stops the run instead and leaves its reason.
+class HoteApercu : public Hote {
+public:
+    HoteApercu(Form1& f, Hote& fenetre) : f_(f), fenetre_(fenetre) { montre_.start(); }
+
+    QString raison;   // why the run stopped; empty when it ran to its end
+    int ligne = 0;    // the editor line it stopped at
+
+    Reponse Message(const QString&, const QString& texte, Boutons boutons) override {
+        if (raison.isEmpty()) {
+            // An error box comes from the level's handler, which counts it.
+            const bool erreur = f_.e.ErreursAffichees > erreursAvant_;
+            QString r = erreur ? PremiereLigne(texte) : Mot();
+            if (erreur && !f_.e.TexteErreur.trimmed().isEmpty())
+                r += QStringLiteral(" : ") + PremiereLigne(f_.e.TexteErreur);
+            Arrete(r);
+        }
+        // The answer that goes on least: Cancel, No, or OK on a box without
+        // a choice.
+        switch (boutons) {
+        case Boutons::OkAnnuler:
+        case Boutons::OuiNonAnnuler: return Reponse::Annuler;
+        case Boutons::OuiNon: return Reponse::Non;
+        case Boutons::Ok: break;
+        }
+        return Reponse::Ok;
+    }
+    std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
+        Arrete(Mot());
+        return std::nullopt;
+    }
+    QString TexteEditeur() const override { return fenetre_.TexteEditeur(); }
+    void RemplaceTexteEditeur(int, int, const QString&) override { Arrete(Mot()); }
+    int MarqueErreur(int debut, int longueur) override {
+        Editeur* ed = f_.RTB1;
+        const int d0 = ed->VersDocument(debut), d1 = ed->VersDocument(debut + longueur);
+        if (!arretVolontaire_) {
+            // Red as F4 paints it, without moving the caret the user types at.
+            const int max = ed->document()->characterCount() - 1;
+            QTextCursor c(ed->document());
+            c.setPosition(std::clamp(d0, 0, max));
+            c.setPosition(std::clamp(d1, 0, max), QTextCursor::KeepAnchor);
+            QTextCharFormat rouge;
+            rouge.setForeground(QColor(255, 0, 0));
+            const bool active = ed->ColorationActive;
+            ed->ColorationActive = false;
+            c.mergeCharFormat(rouge);
+            ed->ColorationActive = active;
+        }
+        return ed->LigneDe(d0) + 1;
+    }
+    int LigneDe(int position) const override { return fenetre_.LigneDe(position); }
+    int FinLigneCaret() const override { return fenetre_.FinLigneCaret(); }
+    void ColoreLigneA(int position) override { fenetre_.ColoreLigneA(position); }
+    QString PressePapier() const override { return fenetre_.PressePapier(); }
+    void EcritPressePapier(const QString& texte) override { fenetre_.EcritPressePapier(texte); }
+    bool Lance(const QString&, bool) override {
+        Arrete(Mot());
+        return false;
+    }
+    // No events: keys typed during the run wait for its end. A command that
+    // would open a file for writing stops here, before it does.
+    void PompeEvenements() override {
+        if (f_.e.ExecutionEnCours && f_.e.NiveauCourant > 0 && f_.e.Ctx().Mot == QLatin1String("OPENA")) {
+            Arrete(f_.e.Ctx().Mot);
+            arretVolontaire_ = true;
+            throw ErreurProvoquee("ApercuDirect");
+        }
+        if (montre_.elapsed() > DureeMaxDirect) Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
+    }
+    void DebutExecution() override {
+        erreursAvant_ = f_.e.ErreursAffichees;
+        f_.pane->Prepare();
+        AttachePane(f_.e, f_.pane->surface());
+        f_.e.Repere.LargeurEditeur = f_.LargeurEditeurUnites();
+    }
+    void FinExecution() override {
+        // The mouse read-out takes the reference of this run, as after F4.
+        f_.RefCurX = f_.e.Repere.SourisRefX;
+        f_.RefCurY = f_.e.Repere.SourisRefY;
+        f_.RefCurAngle = f_.e.Repere.RefCurAngle.toFloat();
+        f_.RefCurRad = float(f_.RefCurAngle * DegRad);
+        f_.pane->update();
+    }
+
+private:
+    // The keyword of the line under way, as the level read it.
+    QString Mot() const { return f_.e.ExecutionEnCours && f_.e.NiveauCourant > 0 ? f_.e.Ctx().Mot : QString(); }
+    void Arrete(const QString& r) {
+        if (raison.isEmpty()) {
+            raison = r.isEmpty() ? QStringLiteral("?") : r;
+            ligne = fenetre_.LigneDe(std::max(0, f_.e.PileFic[1].PosDebut - 1));
+        }
+        f_.e.ArretDemande = true;
+    }
+
+    Form1& f_;
+    Hote& fenetre_;
+    QElapsedTimer montre_;
+    int erreursAvant_ = 0;
+    bool arretVolontaire_ = false;
+};
+
+} // namespace
+
+// The menu's letter is one that no other title of the bar takes.
+TextesVue TextesDeVue(int langue) {
+    switch (langue) {
+    case 0:
+        return {QStringLiteral("V&ue"), QStringLiteral("&Ajuster le dessin"),
+                QStringLiteral("Aperçu en &direct"), QStringLiteral("Aperçu arrêté ligne %1 (%2) : F4 exécute tout"),
+                QStringLiteral("trop long")};
+    case 800:
+        return {QStringLiteral("A&nsicht"), QStringLiteral("Zeichnung &einpassen"),
+                QStringLiteral("&Live-Vorschau"),
+                QStringLiteral("Vorschau angehalten in Zeile %1 (%2): F4 führt alles aus"),
+                QStringLiteral("zu lang")};
+    case 1200:
+        return {QStringLiteral("V&ista"), QStringLiteral("&Ajustar el dibujo"),
+                QStringLiteral("Vista previa en &directo"),
+                QStringLiteral("Vista previa detenida en la línea %1 (%2): F4 lo ejecuta todo"),
+                QStringLiteral("demasiado largo")};
+    default:
+        return {QStringLiteral("Vie&w"), QStringLiteral("&Fit the drawing"), QStringLiteral("&Live preview"),
+                QStringLiteral("Preview stopped at line %1 (%2): F4 runs everything"),
+                QStringLiteral("too long")};
+    }
+}
+
+QString TexteArretApercu(int langue, int ligne, const QString& raison) {
+    return TextesDeVue(langue).Arret.arg(ligne).arg(raison);
+}
+
+Apercu::Apercu(Form1& f) : QObject(&f), f_(f) {
+    setObjectName(QStringLiteral("Apercu"));
+    Mnu_Vue = new QMenu(&f);
+    Mnu_Vue->setObjectName(QStringLiteral("Mnu_Vue"));
+    f.menuBar()->insertMenu(f.Mnu_Options->menuAction(), Mnu_Vue);
+    Mnu_Ajuster = Mnu_Vue->addAction(QString());
+    Mnu_Ajuster->setObjectName(QStringLiteral("Mnu_Ajuster"));
+    Mnu_Ajuster->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_0));
+    connect(Mnu_Ajuster, &QAction::triggered, this, [this] { AjusteDessin(); });
+    Mnu_ApercuDirect = Mnu_Vue->addAction(QString());
+    Mnu_ApercuDirect->setObjectName(QStringLiteral("Mnu_ApercuDirect"));
+    Mnu_ApercuDirect->setCheckable(true);
+    connect(Mnu_ApercuDirect, &QAction::triggered, this, &Apercu::ActiveDirect);
+
+    Minuterie.setSingleShot(true);
+    Minuterie.setInterval(DelaiDirect);
+    connect(&Minuterie, &QTimer::timeout, this, &Apercu::ExecuteDirect);
+    MinuterieTaille.setSingleShot(true);
+    MinuterieTaille.setInterval(150);
+    connect(&MinuterieTaille, &QTimer::timeout, this, &Apercu::Taille);
+
+    // Only what the user types counts: the colouring and the loading of a
+    // file change the text with ColorationActive cleared.
+    connect(f.RTB1->document(), &QTextDocument::contentsChange, this, [this](int, int retires, int ajoutes) {
+        if (DirectActif() && f_.RTB1->ColorationActive && (retires || ajoutes)) Minuterie.start();
+    });
+    // A run of the window disables `Mnu_Visualiser` for its length: at its
+    // start the live status and a pending live run go (F4 runs it all), after
+    // its end a loaded file is fitted.
+    connect(
+        f.Mnu_Visualiser, &QAction::changed, this,
+        [this] {
+            if (f_.Mnu_Visualiser->isEnabled()) return FinDeRun();
+            Minuterie.stop();
+            f_.pane->EcritEtat(QString(), 0);
+        },
+        Qt::QueuedConnection);
+    connect(f.pane, &Pane::molette, this, &Apercu::Molette);
+    connect(f.pane, &Pane::glisse, this, &Apercu::Glisse);
+    connect(f.pane, &Pane::tailleChangee, this, [this] {
+        if (f_.NombreExecutions > 0) MinuterieTaille.start();
+    });
+    Legendes();
+}
+
+void Apercu::Legendes() {
+    const TextesVue t = TextesDeVue(f_.regl.LangueMenus);
+    Mnu_Vue->setTitle(t.Menu);
+    Mnu_Ajuster->setText(t.Ajuster);
+    Mnu_ApercuDirect->setText(t.Direct);
+    if (f_.Demarre && !reglagesLus_) {
+        // Start-up, behind the reading of the settings file.
+        reglagesLus_ = true;
+        const Config c = LitConfigDossier(f_.regl.DossierCfg);
+        Mnu_ApercuDirect->setChecked(c.ApercuDirect);
+    }
+}
+
+bool Apercu::DirectActif() const { return Mnu_ApercuDirect->isChecked(); }
+
+void Apercu::ActiveDirect(bool oui) {
+    Mnu_ApercuDirect->setChecked(oui);
+    if (!oui) {
+        Minuterie.stop();
+        f_.pane->EcritEtat(QString(), 0);
+    }
+    f_.s_.config->EcritConfig(CleCfg::ApercuDirect, oui ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
+}
+
+// A run of the window disables `Mnu_Visualiser` from its first step to its
+// last, before and after the interpreter's own flag.
+bool Apercu::EnCours() const { return f_.e.ExecutionEnCours || !f_.Mnu_Visualiser->isEnabled(); }
+
+bool Apercu::Libre() const { return !EnCours() && !f_.DessinOuvert && f_.pane->surface(); }
+
+CadreVue Apercu::Cadre() const {
+    const Surface* s = f_.pane->surface();
+    CadreVue c;
+    c.largeurPx = s->LargeurPx();
+    c.hauteurPx = s->HauteurPx();
+    c.unitesParPixel = s->ScaleWidth / s->LargeurPx();
+    c.editeurPx = f_.Mnu_Code->isChecked() ? f_.RTB1->width() : 0;
+    c.origineX = f_.e.Repere.SourisOrigineX;
+    c.origineY = f_.e.Repere.SourisOrigineY;
+    return c;
+}
+
+void Apercu::Applique(const ReglageVue& r) {
+    const double avant = f_.pane->EchelleVue();
+    f_.pane->SetEchelleVue(avant * r.facteur);
+    // At a limit of the scale the factor applied differs from the one asked.
+    if (f_.pane->EchelleVue() != avant * r.facteur) return;
+    f_.e.Repere.DecalageVueX = r.vueX;
+    f_.e.Repere.DecalageVueY = r.vueY;
+    f_.RelanceSansZoom();
+}
+
+void Apercu::Molette(QPointF pixel, double facteur) {
+    if (Libre()) Applique(ZoomAutour(Cadre(), pixel, facteur));
+}
+
+void Apercu::Glisse(QPointF delta) {
+    if (Libre()) Applique(::Glisse(Cadre(), delta));
+}
+
+void Apercu::AjusteDessin(bool agrandir) {
+    if (Libre()) Applique(Ajuste(Cadre(), f_.pane->Encre(), agrandir));
+}
+
+void Apercu::Taille() {
+    const Surface* s = f_.pane->surface();
+    if (!s || EnCours()) return;
+    if (s->LargeurPx() != f_.pane->width() || s->HauteurPx() != f_.pane->height()) f_.RelanceSansZoom();
+}
+
+void Apercu::ApresChargement() { ajusterApresRun_ = true; }
+
+// A file just loaded: when its drawing is cut at the top or on the right,
+// the view's scale grows about the pane's lower left corner until it shows.
+// The sheet's corner stays where it was, and a view that was not panned
+// stays so: the program's origin is the same. A drawing that also runs off
+// the sheet's left or lower edge is fitted and centred instead. One cut only
+// on those two edges is drawn about the corner on purpose and stays.
+void Apercu::FinDeRun() {
+    if (!ajusterApresRun_ || !Libre()) return;
+    ajusterApresRun_ = false;
+    const CadreVue c = Cadre();
+    const QRectF encre = f_.pane->Encre();
+    const double facteur = FacteurDepuisCoin(c, encre);
+    if (facteur <= 1) return;
+    EtatRepere& r = f_.e.Repere;
+    if (encre.left() < -3 || encre.bottom() > c.hauteurPx + 3) return Applique(Ajuste(c, encre, false));
+    if (r.DecalageVueX + r.DecalageVueY != 0) return Applique(ZoomAutour(c, QPointF(0, c.hauteurPx), facteur));
+    f_.pane->SetEchelleVue(f_.pane->EchelleVue() * facteur);
+    f_.RelanceSansZoom();
+}
+
+void Apercu::ExecuteDirect() {
+    if (!DirectActif()) return;
+    if (EnCours()) {
+        Minuterie.start();
+        return;
+    }
+    Etat& e = f_.e;
+    Hote* fenetre = e.Host;
+    HoteApercu hote(f_, *fenetre);
+    e.Host = &hote;
+    ++ExecutionsDirectes;
+    e.FichierPrincipal = f_.NomCourant.isEmpty() ? QString() : QFileInfo(f_.NomCourant).absoluteFilePath();
+    FermeFichiers(e);
+    e.Repere.PointX = e.Repere.PointY = 0;
+    LanceExecution(e);
+    FermeFichiers(e);
+    e.Host = fenetre;
+    const CadreVue c = Cadre();
+    f_.pane->EcritEtat(hote.raison.isEmpty() ? QString()
+                                             : TexteArretApercu(f_.regl.LangueMenus, hote.ligne, hote.raison),
+                       int(c.largeurPx - c.editeurPx));
+}

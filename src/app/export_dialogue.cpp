@@ -1,0 +1,169 @@
+#include "app/export_dialogue.h"
+
+#include "app/boites.h"
+#include "app/core/config.h"
+#include "app/core/rendu.h"
+#include "app/editeur.h"
+#include "app/fenetre.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QPageSize>
+#include <QSpinBox>
+
+namespace {
+
+struct TextesExport {
+    QString Titre, Page, Orientation, Portrait, Paysage, Dpi, Contours;
+};
+
+TextesExport TextesDExport(int langue) {
+    switch (langue) {
+    case 0:
+        return {QStringLiteral("Exporter"), QStringLiteral("Page"), QStringLiteral("Orientation"),
+                QStringLiteral("Portrait"), QStringLiteral("Paysage"), QStringLiteral("Résolution (dpi)"),
+                QStringLiteral("Texte en contours (gravure laser)")};
+    case 800:
+        return {QStringLiteral("Exportieren"), QStringLiteral("Seite"), QStringLiteral("Ausrichtung"),
+                QStringLiteral("Hochformat"), QStringLiteral("Querformat"), QStringLiteral("Auflösung (dpi)"),
+                QStringLiteral("Text als Konturen (Lasergravur)")};
+    case 1200:
+        return {QStringLiteral("Exportar"), QStringLiteral("Página"), QStringLiteral("Orientación"),
+                QStringLiteral("Vertical"), QStringLiteral("Horizontal"), QStringLiteral("Resolución (ppp)"),
+                QStringLiteral("Texto en contornos (grabado láser)")};
+    default:
+        return {QStringLiteral("Export"), QStringLiteral("Page"), QStringLiteral("Orientation"),
+                QStringLiteral("Portrait"), QStringLiteral("Landscape"), QStringLiteral("Resolution (dpi)"),
+                QStringLiteral("Text as outlines (laser engraving)")};
+    }
+}
+
+const struct {
+    const char* nom;
+    QPageSize::PageSizeId id;
+} Pages[] = {{"A4", QPageSize::A4}, {"A3", QPageSize::A3}, {"A5", QPageSize::A5},
+             {"Letter", QPageSize::Letter}, {"Legal", QPageSize::Legal}};
+
+constexpr int DpiMin = 10, DpiMax = 2400;
+constexpr const char* ProprieteChoix = "choixExport";
+
+} // namespace
+
+QStringList PagesExport() {
+    QStringList r;
+    for (const auto& p : Pages) r << QString::fromLatin1(p.nom);
+    return r;
+}
+
+QSizeF TaillePageExport(const QString& page) {
+    for (const auto& p : Pages)
+        if (page.compare(QLatin1String(p.nom), Qt::CaseInsensitive) == 0)
+            return QPageSize(p.id).size(QPageSize::Millimeter);
+    return QPageSize(QPageSize::A4).size(QPageSize::Millimeter);
+}
+
+QString TexteChoixExport(const ChoixExport& c) {
+    return QStringLiteral("%1;%2;%3;%4")
+        .arg(c.page, c.paysage ? QStringLiteral("Paysage") : QStringLiteral("Portrait"))
+        .arg(c.dpi)
+        .arg(c.contours ? QStringLiteral("Contours") : QStringLiteral("Texte"));
+}
+
+ChoixExport ChoixExportDe(const QString& texte) {
+    ChoixExport c;
+    const QStringList p = texte.split(u';');
+    const QString page = p.value(0).trimmed();
+    for (const QString& n : PagesExport())
+        if (page.compare(n, Qt::CaseInsensitive) == 0) c.page = n;
+    c.paysage = p.value(1).trimmed().compare(QLatin1String("Paysage"), Qt::CaseInsensitive) == 0;
+    bool ok = false;
+    const int dpi = p.value(2).trimmed().toInt(&ok);
+    if (ok && dpi >= DpiMin && dpi <= DpiMax) c.dpi = dpi;
+    c.contours = p.value(3).trimmed().compare(QLatin1String("Contours"), Qt::CaseInsensitive) == 0;
+    return c;
+}
+
+DialogueExport::DialogueExport(QWidget* parent, int langue, const QString& format, const ChoixExport& choix)
+    : QDialog(parent) {
+    const TextesExport t = TextesDExport(langue);
+    setObjectName(QStringLiteral("DialogueExport"));
+    setWindowTitle(QStringLiteral("Mirel   ") + t.Titre + u' ' + format.toUpper());
+    auto* forme = new QFormLayout(this);
+    Page = new QComboBox(this);
+    Page->addItems(PagesExport());
+    Page->setCurrentText(choix.page);
+    forme->addRow(t.Page, Page);
+    Orientation = new QComboBox(this);
+    Orientation->addItems({t.Portrait, t.Paysage});
+    Orientation->setCurrentIndex(choix.paysage ? 1 : 0);
+    forme->addRow(t.Orientation, Orientation);
+    Dpi = new QSpinBox(this);
+    Dpi->setRange(DpiMin, DpiMax);
+    Dpi->setValue(choix.dpi);
+    Dpi->setEnabled(format == QLatin1String("png"));
+    forme->addRow(t.Dpi, Dpi);
+    Contours = new QCheckBox(t.Contours, this);
+    Contours->setChecked(choix.contours);
+    Contours->setEnabled(format == QLatin1String("svg"));
+    forme->addRow(Contours);
+    auto* boutons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(boutons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(boutons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    forme->addRow(boutons);
+}
+
+ChoixExport DialogueExport::Choix() const {
+    ChoixExport c;
+    c.page = Page->currentText();
+    c.paysage = Orientation->currentIndex() == 1;
+    c.dpi = Dpi->value();
+    c.contours = Contours->isChecked();
+    return c;
+}
+
+void DialogueExport::Raccourcis(Form1& f) {
+    f.Mnu_ExportPdf->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    f.Mnu_ExportSvg->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    f.Mnu_ExportPng->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_E));
+}
+
+void DialogueExport::Exporte(Form1& f, const QString& format) {
+    if (f.e.ExecutionEnCours) return;
+    // The last choices of this window, else those of the settings file.
+    const QString memoire = f.property(ProprieteChoix).toString();
+    const ChoixExport avant =
+        ChoixExportDe(memoire.isEmpty() ? LitConfigDossier(f.regl.DossierCfg).Export : memoire);
+    ChoixExport c = avant;
+    // The dialog is a person's: boxes answered by a test or by nobody
+    // (`--screenshot`) export with the choices as they stand.
+    if (dynamic_cast<BoitesQt*>(f.s_.boites)) {
+        DialogueExport d(&f, f.regl.LangueMenus, format, avant);
+        if (d.exec() != QDialog::Accepted) return;
+        c = d.Choix();
+    }
+    f.setProperty(ProprieteChoix, TexteChoixExport(c));
+    f.s_.config->EcritConfig(CleCfg::Export, u' ' + TexteChoixExport(c));
+
+    const QString base = f.FichierCourant.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
+                                                    : f.FichierCourant.left(f.FichierCourant.lastIndexOf(u'.'));
+    const QString filtre = format.toUpper() + QStringLiteral(" (*.") + format + u')';
+    const QString nom = f.s_.boites->FichierEnregistrer(&f, base + u'.' + format, filtre, format);
+    if (nom.isEmpty()) return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    OptionsRendu o;
+    o.page = TaillePageExport(c.page);
+    o.paysage = c.paysage;
+    o.dpi = c.dpi;
+    o.texteEnContours = c.contours && format == QLatin1String("svg");
+    // An export of a program that loops must not freeze the window.
+    o.delai = 60;
+    const ResultatRendu r = RendProgramme(f.RTB1->TexteCrLf(), f.FichierCourant, nom, o, f.regl);
+    QApplication::restoreOverrideCursor();
+    if (r.statut == 2 || r.statut == 3)
+        f.s_.boites->Message(&f, QStringLiteral("Mirel"), r.statut == 2 ? r.erreur : r.arret, Boutons::Ok,
+                             Icone::Critique);
+}
