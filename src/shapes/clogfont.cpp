@@ -34,7 +34,13 @@ constexpr AliasMetrique AliasMetriques[] = {
     {"Cambria", {"Caladea", nullptr, nullptr}},
 };
 
-QString FamilleServie(const QString& nom) { return QFontInfo(QFont(nom)).family(); }
+// The family the font mapper serves for `nom`, without the " [foundry]" it
+// adds when two foundries ship a family of that name.
+QString FamilleServie(const QString& nom) {
+    QString f = QFontInfo(QFont(nom)).family();
+    if (f.endsWith(u']')) f.truncate(f.lastIndexOf(QLatin1String(" [")));
+    return f;
+}
 
 } // namespace
 
