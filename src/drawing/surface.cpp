@@ -146,8 +146,15 @@ void Surface::PSet(double x, double y, int couleur) {
 void Surface::Polygon(const QVector<QPointF>& pixels) {
     OpSurface op;
     op.genre = OpSurface::Polygone;
-    op.points.reserve(pixels.size());
-    for (const QPointF& p : pixels) op.points.append(DepuisPixel(p.x(), p.y()));
+    // Only a journal keeps the points in millimetres; without one the pixels
+    // are checked as they are, saving a copy per polygon of a large chart.
+    if (journal_) {
+        op.points.reserve(pixels.size());
+        for (const QPointF& p : pixels) op.points.append(DepuisPixel(p.x(), p.y()));
+    } else {
+        for (const QPointF& p : pixels)
+            if (!std::isfinite(p.x()) || !std::isfinite(p.y())) throw ErreurExecution("Overflow");
+    }
     op.couleur = ForeColor;
     if (FillStyle == 0) op.remplissage = FillColor;
     if (!Enregistre(op)) return;
