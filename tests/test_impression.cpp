@@ -1,5 +1,5 @@
-// Printing on paper: a QPrinter writing PDF, or a real cups-pdf queue of a
-// private CUPS daemon, so that what reaches the printer can be measured.
+// Printing on paper: a QPrinter writing PDF, or a real cups-pdf queue of a private CUPS daemon, so that
+// what reaches the printer can be measured.
 #include "outils.h"
 #include "outils_fenetre.h"
 
@@ -41,9 +41,8 @@ QString TextePdf(const QString& pdf, int page = 1) {
     return QString::fromUtf8(Execute("pdftotext", {"-f", n, "-l", n, pdf, "-"}).out);
 }
 
-// Expects the centres of the ink left and right of `milieu` mm, on the first
-// page drawn at 10 pixels a mm, `ecart` mm apart on one level; gives the left
-// one, in mm from the top left corner.
+// Expects the centres of the ink left and right of `milieu` mm, on the first page drawn at 10 pixels a mm,
+// `ecart` mm apart on one level; gives the left one, in mm from the top left corner.
 QPointF EncreEcartee(const QString& pdf, const QTemporaryDir& d, double ecart, double milieu = 105) {
     const QString base = d.filePath("page");
     Execute("pdftoppm", {"-r", "254", "-png", "-singlefile", "-f", "1", "-l", "1", pdf, base});
@@ -65,8 +64,8 @@ QPointF EncreEcartee(const QString& pdf, const QTemporaryDir& d, double ecart, d
 // Two crosses 100 mm apart, 1 mm pen, about the printer's centre at 50, 150.
 const char* const DeuxCroix = "CentreI = 50, 150, N\nEpaisT = 1mm\nCT = 0, 0\nCT = 100, 0\n";
 
-// The print and font dialogs, answered by the test; unset answers cancel, and
-// so does a listing's dialog that does not offer the selection.
+// The print and font dialogs, answered by the test; unset answers cancel, and so does a listing's dialog
+// that does not offer the selection.
 struct DialoguesTest : DialoguesImpression {
     std::function<void(QPrinter&)> choix, code;
     std::optional<QFont> police;
@@ -85,9 +84,8 @@ void Ecrit(const QString& fichier, const QString& texte) {
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(texte.toUtf8());
 }
 
-// A private CUPS daemon with one cups-pdf queue, its configuration, spool and
-// socket in a folder of its own. This process and the mirel processes it
-// starts print to it; `erreur` says why it could not start.
+// A private CUPS daemon with one cups-pdf queue, its configuration, spool and socket in a folder of its
+// own. This process and the mirel processes it starts print to it; `erreur` says why it could not start.
 struct CupsPrive {
     static constexpr const char* File = "MirelPdf";
     QTemporaryDir d;
@@ -110,8 +108,7 @@ struct CupsPrive {
         }
         // Rendered by cairo on its way to PostScript, the job keeps its text readable.
         const SortieProcessus a = Execute("lpadmin", {"-h", socket, "-p", File, "-E", "-v", "cups-pdf:/", "-P",
-                                                      "/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd", "-o",
-                                                      "pdftops-renderer-default=pdftocairo"});
+            "/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd", "-o", "pdftops-renderer-default=pdftocairo"});
         if (a.code != 0) erreur = "lpadmin cannot add a cups-pdf queue (printer-driver-cups-pdf): " + a.err;
         qputenv("CUPS_SERVER", socket.toLocal8Bit());
         Serveur(qPrintable(socket)); // this process's print support may know a server already
@@ -125,8 +122,8 @@ struct CupsPrive {
         if (void* lib = dlopen("libcups.so.2", RTLD_NOW))
             if (auto f = reinterpret_cast<void (*)(const char*)>(dlsym(lib, "cupsSetServer"))) f(s);
     }
-    // The PDF that cups-pdf wrote for the job titled `titre` (in the user's
-    // PDF folder), taken once it stops growing; empty after 20 s.
+    // The PDF that cups-pdf wrote for the job titled `titre` (in the user's PDF folder), taken once it stops
+    // growing; empty after 20 s.
     static QString Sortie(const QString& titre) {
         const QDir dossier(QString::fromLocal8Bit(getpwuid(getuid())->pw_dir) + "/PDF");
         qint64 taille = -1;
@@ -141,9 +138,8 @@ struct CupsPrive {
 
 } // namespace
 
-// The job holds the sheet at its true size (FormatI turns it), named after
-// the file, with the two crosses 100 mm apart at their place; each NPage is
-// one more sheet; a failing line shows its box and the job is still closed.
+// The job holds the sheet at its true size (FormatI turns it), named after the file, with the two crosses
+// 100 mm apart at their place; each NPage is one more sheet; a failing line shows its box, the job closed.
 TEST(Impression, PdfJobAtTrueSize) {
     QTemporaryDir d;
     const QString pdf = d.filePath("job.pdf");
@@ -164,15 +160,13 @@ TEST(Impression, PdfJobAtTrueSize) {
     }
 }
 
-// The window's print: Esc stops a print that does not end, the job is closed
-// with what was drawn, the view's pan comes back and the screen's run that
-// follows (stopped by Esc too) still comes.
+// The window's print: Esc stops a print that does not end, the job is closed with what was drawn, the
+// view's pan comes back and the screen's run that follows (stopped by Esc too) still comes.
 TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     Banc b;
     Form1& f = b.Demarre("Arc = 30, 150, 60\n", "boucle.dat");
     f.RTB1->setPlainText("Arc = 30, 150, 60\nE1:\nGoto E1\n");
-    f.e.Repere.DecalageVueX = 12;
-    f.e.Repere.DecalageVueY = -7;
+    std::tie(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY) = std::pair(12.0, -7.0);
     const int avant = f.NombreExecutions;
     QTimer esc;
     QObject::connect(&esc, &QTimer::timeout, [&f] { QTest::keyClick(&f, Qt::Key_Escape); });
@@ -186,8 +180,7 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     EXPECT_EQ(std::pair(i.pages, i.titre), std::pair(1, QString("boucle")));
 }
 
-// Without a configured printer the print entries are off and say why; the
-// PDF export stays.
+// Without a configured printer the print entries are off and say why; the PDF export stays.
 TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
     b.imprimante.clear();
@@ -201,8 +194,7 @@ TEST(Impression, NoPrinterLeavesPrintOff) {
 TEST(Impression, CommandLineExitStatus) {
     QTemporaryDir d;
     const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat");
-    Ecrit(bon, Programme(DeuxCroix));
-    Ecrit(faux, Programme("MotInconnu = 3\n"));
+    Ecrit(bon, Programme(DeuxCroix)), Ecrit(faux, Programme("MotInconnu = 3\n"));
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
@@ -216,9 +208,8 @@ TEST(Impression, CommandLineExitStatus) {
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
 }
 
-// Ctrl-Shift-P: the zoom asked for, offered again next time; a text that is
-// no number is refused with its box, an empty answer prints nothing, 0 or
-// less prints at 1.
+// Ctrl-Shift-P: the zoom asked for, offered again next time; a text that is no number is refused with its
+// box, an empty answer prints nothing, 0 or less prints at 1.
 TEST(Impression, PrintWithZoomAsksTheZoom) {
     Banc b;
     Form1& f = b.Demarre(DeuxCroix, "zoom.dat");
@@ -239,8 +230,7 @@ TEST(Impression, PrintWithZoomAsksTheZoom) {
     }
 }
 
-// Alt-P: the chosen font's name replaces the selection, as one undo level;
-// Cancel inserts nothing.
+// Alt-P: the chosen font's name replaces the selection, as one undo level; Cancel inserts nothing.
 TEST(Impression, FontListInsertsTheName) {
     Banc b;
     Form1& f = b.Demarre("Police = Arial\n");
@@ -256,8 +246,8 @@ TEST(Impression, FontListInsertsTheName) {
     EXPECT_EQ(Ligne(*f.RTB1, 0), "Police = Arial");
 }
 
-// The listing: 64 lines a sheet, the header and its empty line counted on
-// the first; a final line break makes no line; each sheet has its footer.
+// The listing: 64 lines a sheet, the header and its empty line counted on the first; a final line break
+// makes no line; each sheet has its footer.
 TEST(Impression, ListingHoldsSixtyFourLinesASheet) {
     QTemporaryDir d;
     const QString dat = d.filePath("code.dat"), pdf = d.filePath("code.pdf");
@@ -278,11 +268,9 @@ TEST(Impression, ListingHoldsSixtyFourLinesASheet) {
     }
 }
 
-// Through a real queue: the printer choice with patch 2 prints at once on the
-// chosen sheet, crosses 100 mm apart, the text of the second sheet present;
-// `mirel print` to the same queue at zoom 0.5 puts them 50 mm apart; a
-// selection of 3 lines prints one sheet under the "Sélection" header, with
-// its footer and only the selected lines.
+// Through a real queue: the printer choice with patch 2 prints at once on the chosen sheet, crosses 100 mm
+// apart, the text of the second sheet present; `mirel print` to the same queue at zoom 0.5 puts them 50 mm
+// apart; a selection of 3 lines prints one sheet under the "Sélection" header, its footer, only those lines.
 TEST(ImpressionCups, DrawingAndSelectionListing) {
     const CupsPrive cups;
     ASSERT_TRUE(cups.erreur.isEmpty()) << cups.erreur.toStdString();
