@@ -83,11 +83,10 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
         {Qt::Key_S, Qt::ControlModifier, 0, 0, true}, {Qt::Key_F5, Qt::NoModifier, 1, 0, true},
         {Qt::Key_N, Qt::ControlModifier, 1, 0, false}, {Qt::Key_O, Qt::ControlModifier, 0, 1, false}};
     for (const auto& c : cas) {
-        const int executions = f.NombreExecutions;
-        const size_t boites = b.boites.vues.size();
+        const int executions = f.NombreExecutions, boites = int(b.boites.vues.size());
         QTest::keyClick(f.RTB1, c.touche, c.mods);
         EXPECT_EQ(f.NombreExecutions - executions, c.executions) << c.touche;
-        EXPECT_EQ(b.boites.vues.size() - boites, size_t(c.boites)) << c.touche;
+        EXPECT_EQ(int(b.boites.vues.size()) - boites, c.boites) << c.touche;
         EXPECT_TRUE(f.NomCourant == chemin == c.nomCourant && !f.windowTitle().startsWith('*')) << c.touche;
     }
     EXPECT_TRUE(LitFic(chemin)->Texte.startsWith("'CT = 1, 1"));
@@ -156,6 +155,7 @@ TEST(FenetreUsage, HelpOpensOnAFirstDialAndClosesOnEsc) {
     const QString h = aide->Navigateur()->toHtml();
     EXPECT_LT(h.indexOf("Val = 10, 0, 100, 11"), h.indexOf(LoadResString(399)));
     EXPECT_LT(h.indexOf(LoadResString(399)), h.indexOf("name=\"s2100\""));
+    ASSERT_TRUE(aide->isVisible());
     QTest::keyClick(aide->Navigateur(), Qt::Key_Escape);
     EXPECT_FALSE(aide->isVisible());
     QStringList ouverts;

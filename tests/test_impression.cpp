@@ -1,15 +1,12 @@
 // Printing on paper: a QPrinter writing PDF, or a real cups-pdf queue of a private CUPS daemon, so that
 // what reaches the printer can be measured.
-#include "outils.h"
 #include "outils_fenetre.h"
 
 #include "app/impression.h"
-#include "app/listing.h"
 
-#include <QThread>
 #include <QPrinter>
-#include <QProcess>
 #include <QRegularExpression>
+#include <QThread>
 
 #include <dlfcn.h>
 #include <pwd.h>
