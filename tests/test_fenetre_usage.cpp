@@ -28,31 +28,28 @@ void Depose(QWidget* cible, const QStringList& chemins, bool texte = false) {
 // Started twice from a foreign folder: a program in its place asks the languages once and keeps
 // them, with the recent files, in the XDG folder; a copy elsewhere only reads, so it asks again.
 TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
+    const QByteArray ancien = qgetenv("XDG_CONFIG_HOME");
     for (bool enPlace : {true, false}) {
         QTemporaryDir xdg;
-        const QByteArray ancien = qgetenv("XDG_CONFIG_HOME");
-        qputenv("XDG_CONFIG_HOME", xdg.path().toUtf8()); // put back at the end
+        qputenv("XDG_CONFIG_HOME", xdg.path().toUtf8());
         Banc b;
         b.boites.langues = [](ValeursConfig& v) { v.Langue = v.LangueMenu = v.LangueAide = v.LangueMasq = "Deutsch"; };
         const QString fichier = b.Fichier("cadran.dat", "CT = 1, 1\r\n");
         for (int demarrage = 0; demarrage < 2; ++demarrage) {
             ConfigFichier config;
             config.EnPlace = enPlace;
-            b.f = std::make_unique<Form1>(ServicesFenetre{&config, &b.boites, [] { return QString("Imprimante"); },
-                                                          b.programme.path(), b.travail.path(), {}});
-            b.f->Demarrer("");
-            if (demarrage == 0) b.f->Usage->Ouvre(fichier);
-            else EXPECT_EQ(b.f->Config.Recents, enPlace ? QStringList{fichier} : QStringList{});
-            EXPECT_EQ(b.f->regl.LangueMenus, 800);
-            b.f->close(); // the recent files are written with the other keys
-            b.f.reset();
+            Form1 f(ServicesFenetre{&config, &b.boites, [] { return QString("Imprimante"); }, b.programme.path(), b.travail.path(), {}});
+            f.Demarrer("");
+            if (demarrage == 0) f.Usage->Ouvre(fichier);
+            else EXPECT_EQ(f.Config.Recents, enPlace ? QStringList{fichier} : QStringList{});
+            EXPECT_EQ(f.regl.LangueMenus, 800);
+            f.close(); // the recent files are written with the other keys
         }
         EXPECT_EQ(b.boites.Nombre("langues"), enPlace ? 1 : 2) << enPlace;
         EXPECT_EQ(QFileInfo::exists(xdg.filePath("Mirel/Mirel.cfg")), enPlace);
-        EXPECT_FALSE(QFileInfo::exists(b.travail.filePath("Mirel.cfg")) ||
-                     QFileInfo::exists(b.programme.filePath("Mirel.cfg")));
-        qputenv("XDG_CONFIG_HOME", ancien);
+        EXPECT_FALSE(QFileInfo::exists(b.travail.filePath("Mirel.cfg")) || QFileInfo::exists(b.programme.filePath("Mirel.cfg")));
     }
+    qputenv("XDG_CONFIG_HOME", ancien);
     QTemporaryDir d;
     for (const char* dossier : {"build", "usr/bin", "usr/share/mirel", "copie"}) QDir(d.path()).mkpath(dossier);
     QFile(d.filePath("build/CMakeCache.txt")).open(QIODevice::WriteOnly);
@@ -64,8 +61,7 @@ TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
 TEST(FenetreUsage, QtButtonsSpeakTheMessagesLanguage) {
     auto oui = [] { return QMessageBox(QMessageBox::Question, "", "", QMessageBox::Yes).button(QMessageBox::Yes)->text(); };
     const QString anglais = oui();
-    for (auto [langue, attendu] : {std::pair{"Français", "&Oui"}, {"Deutsch", "&Ja"}, {"Castellano", "&Sí"},
-                                   {"English", "&Yes"}}) {
+    for (auto [langue, attendu] : {std::pair{"Français", "&Oui"}, {"Deutsch", "&Ja"}, {"Castellano", "&Sí"}, {"English", "&Yes"}}) {
         Banc b;
         b.config.Valeurs.Langue = langue;
         b.Demarre("CT = 1, 1\r\n");
@@ -74,28 +70,26 @@ TEST(FenetreUsage, QtButtonsSpeakTheMessagesLanguage) {
     EXPECT_EQ(oui(), anglais);
 }
 
-// Ctrl+S, Ctrl+N, Ctrl+O, F5 and Ctrl+Q, with the caption's "*" and the recent files in the file menu.
+// Ctrl+S, F5, Ctrl+N, Ctrl+O and Ctrl+Q, with the caption's "*"; the recent files, most recent
+// first, eight at most, each entry opening its file.
 TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     Banc b;
     Form1& f = b.Demarre("CT = 1, 1\r\n");
     const QString chemin = f.FichierCourant;
-    EXPECT_FALSE(f.windowTitle().startsWith('*'));
     QTest::keyClicks(f.RTB1, "'");
     QApplication::processEvents();
     EXPECT_TRUE(f.windowTitle().startsWith("*Mirel  V"));
-    const struct { Qt::Key touche; Qt::KeyboardModifiers mods; int executions, boites; bool nomCourant; } cas[] = {{Qt::Key_S, Qt::ControlModifier, 0, 0, true},  {Qt::Key_F5, Qt::NoModifier, 1, 0, true},
-               {Qt::Key_N, Qt::ControlModifier, 1, 0, false}, {Qt::Key_O, Qt::ControlModifier, 0, 1, false}};
+    const struct { Qt::Key touche; Qt::KeyboardModifiers mods; int executions, boites; bool nomCourant; } cas[] = {
+        {Qt::Key_S, Qt::ControlModifier, 0, 0, true}, {Qt::Key_F5, Qt::NoModifier, 1, 0, true},
+        {Qt::Key_N, Qt::ControlModifier, 1, 0, false}, {Qt::Key_O, Qt::ControlModifier, 0, 1, false}};
     for (const auto& c : cas) {
-        const int executions = f.NombreExecutions;
-        const size_t boites = b.boites.vues.size();
+        const int executions = f.NombreExecutions, boites = int(b.boites.vues.size());
         QTest::keyClick(f.RTB1, c.touche, c.mods);
         EXPECT_EQ(f.NombreExecutions - executions, c.executions) << c.touche;
-        EXPECT_EQ(b.boites.vues.size() - boites, size_t(c.boites)) << c.touche;
-        EXPECT_EQ(f.NomCourant == chemin, c.nomCourant) << c.touche;
-        EXPECT_FALSE(f.windowTitle().startsWith('*')) << c.touche;
+        EXPECT_EQ(int(b.boites.vues.size()) - boites, c.boites) << c.touche;
+        EXPECT_TRUE(f.NomCourant == chemin == c.nomCourant && !f.windowTitle().startsWith('*')) << c.touche;
     }
     EXPECT_TRUE(LitFic(chemin)->Texte.startsWith("'CT = 1, 1"));
-    // The recent files, most recent first; an entry opens its file.
     const QString autre = b.Fichier("autre.dat", "CT = 2, 2\r\n");
     f.Usage->Ouvre(autre);
     emit f.Usage->Mnu_Recents->aboutToShow();
@@ -111,8 +105,8 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains("Recents = " + chemin + "|" + autre));
 }
 
-// A dropped .dat or .mtr file opens as Open opens it, asking first to save a modified text;
-// other drops open nothing.
+// A dropped .dat or .mtr file opens as Open opens it, over the editor as well as the drawing,
+// asking first to save a modified text; other drops open nothing.
 TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
     Banc b;
     Form1& f = b.Demarre("CT = 1, 1\r\n");
@@ -124,12 +118,12 @@ TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
     }
     f.SetModifie(true);
     b.boites.reponses = {int(Reponse::Non)};
-    Depose(f.RTB1->viewport(), {dat}); // over the editor as well as the drawing
+    Depose(f.RTB1->viewport(), {dat});
     EXPECT_EQ(b.boites.Messages(), QStringList{LoadResString(118)});
     EXPECT_TRUE(f.FichierCourant == dat && f.RTB1->TexteCrLf() == "CT = 3, 3\r\n");
     QMimeData mtr;
     mtr.setUrls({QUrl::fromLocalFile("/x/galva.MTR")});
-    EXPECT_EQ(FichierDepose(&mtr), "/x/galva.MTR"); // a meter file is imported as Open imports it
+    EXPECT_EQ(FichierDepose(&mtr), "/x/galva.MTR");
 }
 
 // A file changed on disk is offered once for reload, as soon as the change is seen; Yes reloads
@@ -144,8 +138,7 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
         b.boites.reponses = {int(r)};
         QTRY_COMPARE_WITH_TIMEOUT(b.boites.Messages().size(), 1, 3000); // the watch on the file asks
         EXPECT_FALSE(f.Usage->VerifieDisque());
-        ASSERT_EQ(b.boites.Messages().size(), 1);
-        EXPECT_EQ(b.boites.Messages()[0], LoadResString(394).arg(f.FichierCourant));
+        EXPECT_EQ(b.boites.Messages(), QStringList{LoadResString(394).arg(f.FichierCourant)});
         EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : "CT = 1, 1\r\n");
     }
 }
@@ -162,7 +155,7 @@ TEST(FenetreUsage, HelpOpensOnAFirstDialAndClosesOnEsc) {
     const QString h = aide->Navigateur()->toHtml();
     EXPECT_LT(h.indexOf("Val = 10, 0, 100, 11"), h.indexOf(LoadResString(399)));
     EXPECT_LT(h.indexOf(LoadResString(399)), h.indexOf("name=\"s2100\""));
-    EXPECT_TRUE(aide->isVisible());
+    ASSERT_TRUE(aide->isVisible());
     QTest::keyClick(aide->Navigateur(), Qt::Key_Escape);
     EXPECT_FALSE(aide->isVisible());
     QStringList ouverts;
@@ -170,12 +163,11 @@ TEST(FenetreUsage, HelpOpensOnAFirstDialAndClosesOnEsc) {
     f.Mnu_MAJ_Aide->trigger();
     EXPECT_TRUE(aide->Navigateur()->toPlainText().contains(LoadResString(398).section('\n', 0, 0)));
     QDir(b.programme.path()).mkpath("Mirel_fr");
-    for (const char* nom : {"Mirel_MAJ_fr.chm", "Mirel_fr/Non_Doc_fr.chm"})
-        QFile(b.programme.filePath(nom)).open(QIODevice::WriteOnly);
+    const QStringList fichiers{b.programme.filePath("Mirel_MAJ_fr.chm"), b.programme.filePath("Mirel_fr/Non_Doc_fr.chm")};
+    for (const QString& nom : fichiers) QFile(nom).open(QIODevice::WriteOnly);
     f.AfficheMenus();
     EXPECT_TRUE(f.Mnu_Non_Doc->isVisible() && f.Mnu_Non_Doc->isEnabled() && f.Mnu_MAJ_Aide->isEnabled());
     f.Mnu_MAJ_Aide->trigger();
     f.Mnu_Non_Doc->trigger();
-    EXPECT_EQ(ouverts, (QStringList{b.programme.filePath("Mirel_MAJ_fr.chm"),
-                                    b.programme.filePath("Mirel_fr/Non_Doc_fr.chm")}));
+    EXPECT_EQ(ouverts, fichiers);
 }
