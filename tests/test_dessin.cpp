@@ -11,11 +11,12 @@
 
 namespace {
 
-// A mouse event on the pane at a point given in millimetres from RefCur.
+// The pane's pixel of a point given in millimetres from RefCur.
+QPointF Pixel(Form1& f, QPointF mm) { return f.VersPixel(f.RefCurX + mm.x(), f.RefCurY + mm.y()); }
+
 void Souris(Form1& f, QEvent::Type type, QPointF mm, Qt::MouseButton bouton, Qt::MouseButtons boutons,
             Qt::KeyboardModifiers mods) {
-    const QPointF p = f.VersPixel(f.RefCurX + mm.x(), f.RefCurY + mm.y());
-    QMouseEvent ev(type, p, f.pane->mapToGlobal(p), bouton, boutons, mods);
+    QMouseEvent ev(type, Pixel(f, mm), f.pane->mapToGlobal(Pixel(f, mm)), bouton, boutons, mods);
     QApplication::sendEvent(f.pane, &ev);
 }
 void Clic(Form1& f, QPointF mm, Qt::KeyboardModifiers mods, Qt::MouseButton b = Qt::LeftButton) {
@@ -30,11 +31,12 @@ QStringList LignesFichier(const QString& chemin) {
     return QString::fromUtf8(fi.readAll()).split("\r\n");
 }
 
-bool Encre(const QImage& im, QPointF pixel) {
-    const QPoint p = (pixel * im.devicePixelRatio()).toPoint();
-    for (int dy = -1; dy <= 1; ++dy)
-        for (int dx = -1; dx <= 1; ++dx)
-            if (qGray(im.pixel(p + QPoint(dx, dy))) < 128) return true;
+// Something dark on the pane at, or a pixel next to, a point in millimetres from RefCur.
+bool Encre(Form1& f, QPointF mm) {
+    const QImage im = f.pane->image();
+    const QPoint p = (Pixel(f, mm) * im.devicePixelRatio()).toPoint();
+    for (int i = 0; i < 9; ++i)
+        if (qGray(im.pixel(p + QPoint(i % 3 - 1, i / 3 - 1))) < 128) return true;
     return false;
 }
 
@@ -46,18 +48,13 @@ struct Outil {
     FrmDessin::Choix choix = FrmDessin::Choix::Ajouter;
     bool ajoutPermis = true;
 
-    explicit Outil(const QString& fichierExistant = {}) : f(Prepare(b, fichierExistant)) {
-        QTest::keyClick(f.RTB1, Qt::Key_F9);
-        d = f.findChild<FrmDessin*>();
-        d->FrmMsgBox = [this](const QString& t, bool ajout) {
-            donnees = t;
-            ajoutPermis = ajout;
-            return choix;
-        };
-    }
-    static Form1& Prepare(Banc& b, const QString& existant) {
+    explicit Outil(const QString& existant = {}) : f([&]() -> Form1& {
         if (!existant.isEmpty()) b.Fichier("Dessin.txt", existant.toUtf8());
         return b.Demarre("CentreE = 100, 80\r\n");
+    }()) {
+        QTest::keyClick(f.RTB1, Qt::Key_F9);
+        d = f.findChild<FrmDessin*>();
+        d->FrmMsgBox = [this](const QString& t, bool ajout) { donnees = t; ajoutPermis = ajout; return choix; };
     }
     QString Chemin(const QString& nom) const { return b.travail.filePath(nom); }
 };
@@ -73,29 +70,23 @@ TEST(Dessin, NumberFormatsAndStraightSegments) {
     // The right button keeps a segment horizontal, vertical or at 45 degrees.
     const struct { QPointF ici, fin; } segments[] = {
         {{10, 1}, {10, 0}}, {{1, 10}, {0, 10}}, {{4, -3}, {4, -4}}, {{-4, 3}, {-4, 4}}, {{0, 7}, {0, 7}}};
-    for (const auto& s : segments) {
-        const QPointF r = ContraintSegment({5, 5}, QPointF(5, 5) + s.ici) - QPointF(5, 5);
-        EXPECT_MM(r.x(), s.fin.x());
-        EXPECT_MM(r.y(), s.fin.y());
-    }
+    for (const auto& s : segments)
+        EXPECT_LT(QLineF(ContraintSegment({5, 5}, QPointF(5, 5) + s.ici), QPointF(5, 5) + s.fin).length(), 0.001);
 }
 
 // Distance and smoothing are held to their ranges, and the fields but the name lock.
 TEST(Dessin, SettingsAreLimited) {
-    const struct { const char *distance, *lissage, *distanceLue, *lissageLu; } cas[] = {
+    const struct { QString distance, lissage, distanceLue, lissageLu; } cas[] = {
         {"25", "-1", "20", "0"}, {"-3", "12", "0", "10"}, {"2,5", "3", "2.5", "3"}};
     for (const auto& c : cas) {
         Outil o;
         o.d->TxtDistance->setText(c.distance);
         o.d->TxtLissage->setText(c.lissage);
         o.d->CmdOK->click();
-        EXPECT_EQ(o.d->TxtDistance->text(), c.distanceLue);
-        EXPECT_EQ(o.d->TxtLissage->text(), c.lissageLu);
-        EXPECT_TRUE(o.d->TxtCouleur->isReadOnly() && !o.d->TxtNom->isReadOnly());
-        EXPECT_EQ(o.d->CmdOK->text(), "Enregistrer");
+        EXPECT_EQ(o.d->TxtDistance->text() + ' ' + o.d->TxtLissage->text(), c.distanceLue + ' ' + c.lissageLu);
+        EXPECT_TRUE(o.d->TxtCouleur->isReadOnly() && !o.d->TxtNom->isReadOnly() && o.d->CmdOK->text() == "Enregistrer");
         o.d->CmdOK->click();
-        EXPECT_EQ(QGuiApplication::clipboard()->text(),
-                  QString("Plot = Dessin.txt§59,1,2§%1,1,1,,1").arg(c.lissageLu));
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), QString("Plot = Dessin.txt§59,1,2§%1,1,1,,1").arg(c.lissageLu));
     }
 }
 
@@ -119,56 +110,35 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     Clic(f, {50, 50}, Qt::NoModifier); // without Shift the tool takes nothing
     Clic(f, {40, 40}, Qt::ShiftModifier);
     Clic(f, {60, 40}, Qt::ShiftModifier | Qt::AltModifier);
-    EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 13, f.RefCurY + 5)));
+    EXPECT_TRUE(Encre(f, {13, 5}));
     QTest::keyClick(f.RTB1, Qt::Key_F4); // a run keeps the drawing on the pane
-    EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 21, f.RefCurY + 15)));
+    EXPECT_TRUE(Encre(f, {21, 15}));
     QTest::keyClick(f.RTB1, Qt::Key_Semicolon);
     EXPECT_TRUE(o.d->Label10->text() == "KeyCode = 59" && f.RTB1->TexteCrLf() == "CentreE = 100, 80\r\n");
-    EXPECT_TRUE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 50, f.RefCurY + 40)));
+    EXPECT_TRUE(Encre(f, {50, 40}));
     QTest::keyClick(o.d, Qt::Key_Backspace); // drawn over in the background colour
-    EXPECT_FALSE(Encre(f.pane->image(), f.VersPixel(f.RefCurX + 50, f.RefCurY + 40)));
-    QStringList l = LignesFichier(o.d->CheminTravail());
-    EXPECT_TRUE(l[0].startsWith("' Fichier de données dessin pour Mirel / Drawing data file for Mirel "));
-    EXPECT_EQ(l.mid(1), QStringList({"10.0; 5.0", "16.0; 5.0", "16.0; 15.0", "26.0; 15.0", "'EOD", "40.0; 40.0", ""}));
+    EXPECT_FALSE(Encre(f, {50, 40}));
 
     o.d->CmdOK->click();
-    EXPECT_FALSE(QFile::exists(o.d->CheminTravail()));
-    EXPECT_EQ(LignesFichier(o.Chemin("Dessin.txt")).mid(1), l.mid(1));
+    const QStringList l = LignesFichier(o.Chemin("Dessin.txt"));
+    EXPECT_TRUE(l[0].startsWith("' Fichier de données dessin pour Mirel / Drawing data file for Mirel "));
+    EXPECT_EQ(l.mid(1), QStringList({"10.0; 5.0", "16.0; 5.0", "16.0; 15.0", "26.0; 15.0", "'EOD", "40.0; 40.0", ""}));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "Plot = Dessin.txt§59,1,2§0,1,1,,1");
-    EXPECT_TRUE(!f.DessinOuvert && f.Mnu_Dessin->isEnabled() && f.Mnu_Ouvrir->isEnabled() && !o.d->isVisible());
+    EXPECT_TRUE(!f.DessinOuvert && f.Mnu_Dessin->isEnabled() && f.Mnu_Ouvrir->isEnabled() && !o.d->isVisible() &&
+                !QFile::exists(o.d->CheminTravail()));
     EXPECT_EQ(f.NombreExecutions, runs + 2);
 
     Session s(Programme("CT = 20, 10, N\n" + QGuiApplication::clipboard()->text()));
     s.etat.FichierPrincipal = o.Chemin("essai.dat");
     s.Execute();
-    const QVector<OpSurface> traits = Lignes(s);
-    ASSERT_EQ(traits.size(), 3) << Messages(s).join("|").toStdString();
-    const double x0 = 20, y0 = 10; // the CT
-    const double attendu[3][4] = {{10, 5, 16, 5}, {16, 5, 16, 15}, {16, 15, 26, 15}};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_MM(traits[i].x1, x0 + attendu[i][0]);
-        EXPECT_MM(traits[i].y1, y0 + attendu[i][1]);
-        EXPECT_MM(traits[i].x2, x0 + attendu[i][2]);
-        EXPECT_MM(traits[i].y2, y0 + attendu[i][3]);
-    }
+    QStringList traits; // less the CT's 20, 10
+    for (const OpSurface& t : Lignes(s))
+        traits << QString::asprintf("%g %g %g %g", t.x1 - 20, t.y1 - 10, t.x2 - 20, t.y2 - 10);
+    EXPECT_EQ(traits, QStringList({"10 5 16 5", "16 5 16 15", "16 15 26 15"})) << Messages(s).join("|").toStdString();
 }
 
-// Relative coordinates: each point after a stroke's first against the one before.
-TEST(Dessin, RelativeCoordinates) {
-    Outil o;
-    o.d->TxtDecimales->setText("1");
-    o.d->TxtRelatif->setText("o");
-    o.d->TxtDistance->setText("0");
-    o.d->CmdOK->click();
-    Clic(o.f, {1.04, -2}, Qt::ShiftModifier);
-    Clic(o.f, {4.5, 2.26}, Qt::ShiftModifier | Qt::AltModifier);
-    Clic(o.f, {4.5, 7.26}, Qt::ShiftModifier | Qt::AltModifier);
-    EXPECT_EQ(LignesFichier(o.d->CheminTravail()).mid(1), QStringList({"1.0; -2.0", "r3.5; r4.3", "r0.0; r5.0", ""}));
-}
-
-// A file of that name: its points and strokes are announced; Yes goes on with
-// it (shown again, and only to be replaced at the end), No starts a new one
-// to be added to it.
+// A file of that name: its points and strokes are announced; Yes goes on with it
+// (shown again, replaced at the end), No starts a new one added to it at the end.
 TEST(Dessin, ExistingFileLoadedOrAddedTo) {
     const QString existant = "' en-tête\r\n0; 0\r\n10; 0\r\n'EOD\r\n20; 20\r\nr5; r0\r\n'EOD\r\n";
     for (const bool oui : {true, false}) {
@@ -176,39 +146,37 @@ TEST(Dessin, ExistingFileLoadedOrAddedTo) {
         o.b.boites.reponses = {int(oui ? Reponse::Oui : Reponse::Non)};
         o.choix = oui ? FrmDessin::Choix::Remplacer : FrmDessin::Choix::Ajouter;
         o.d->CmdOK->click();
-        ASSERT_EQ(o.b.boites.Messages().size(), 1);
-        EXPECT_EQ(o.b.boites.Messages()[0],
-                  "Un fichier Dessin.txt de données existe et contient 3 points en 2 tracés.\n"
-                  "   Charger ces données et continuer le dessin ?");
-        EXPECT_EQ(Encre(o.f.pane->image(), o.f.VersPixel(o.f.RefCurX + 5, o.f.RefCurY)), oui);
+        EXPECT_EQ(o.b.boites.Messages(),
+                  QStringList{"Un fichier Dessin.txt de données existe et contient 3 points en 2 tracés.\n"
+                  "   Charger ces données et continuer le dessin ?"});
+        EXPECT_EQ(Encre(o.f, {5, 0}), oui);
         Clic(o.f, {30, 20}, Qt::ShiftModifier | Qt::AltModifier); // no open stroke: a new one
         o.d->CmdOK->click();
         EXPECT_EQ(o.donnees, "Le fichier Dessin.txt existe déjà et contient 3 points en 2 tracés.");
         EXPECT_EQ(o.ajoutPermis, !oui);
         const QStringList l = LignesFichier(o.Chemin("Dessin.txt"));
-        if (oui) {
-            EXPECT_EQ(l, QStringList({"' en-tête", "0; 0", "10; 0", "'EOD", "20; 20", "r5; r0", "'EOD", "30.0; 20.0",
-                                      ""}));
-        } else {
-            EXPECT_EQ(l.mid(0, 7), existant.split("\r\n").mid(0, 7));
-            EXPECT_TRUE(l[7].startsWith("' Fichier de données dessin"));
-            EXPECT_EQ(l.mid(8), QStringList({"30.0; 20.0", "'EOD '", ""}));
-        }
+        EXPECT_EQ(l.mid(0, 7), existant.split("\r\n").mid(0, 7));
+        EXPECT_EQ(l.value(7).startsWith("' Fichier de données dessin"), !oui);
+        const QStringList fin = oui ? QStringList({"30.0; 20.0", ""}) : QStringList({"30.0; 20.0", "'EOD '", ""});
+        EXPECT_EQ(l.mid(oui ? 7 : 8), fin);
     }
 }
 
-// Cancel at the file's box keeps drawing; Cancel of the tool drops the work file.
-TEST(Dessin, CancelKeepsFieldsAndDropsTheWork) {
+// Relative points: each after a stroke's first against the one before. Cancel
+// at the file's box keeps drawing; Cancel of the tool drops the work file.
+TEST(Dessin, RelativePointsAndCancel) {
     Outil o("' x\r\n1; 1\r\n");
     o.b.boites.reponses = {int(Reponse::Non)};
     o.d->TxtNom->setText("  ");
+    o.d->TxtDecimales->setText("1");
+    o.d->TxtRelatif->setText("o");
     o.d->CmdOK->click();
-    Clic(o.f, {3, 4}, Qt::ShiftModifier);
+    Clic(o.f, {1.04, -2}, Qt::ShiftModifier);
     o.choix = FrmDessin::Choix::Annuler;
     o.d->CmdOK->click();
-    EXPECT_TRUE(o.d->EnDessin() && o.d->isVisible());
-    Clic(o.f, {5, 4}, Qt::ShiftModifier | Qt::AltModifier);
-    EXPECT_EQ(LignesFichier(o.d->CheminTravail()).mid(1), QStringList({"3.0; 4.0", "5.0; 4.0", ""}));
+    Clic(o.f, {4.5, 2.26}, Qt::ShiftModifier | Qt::AltModifier);
+    Clic(o.f, {4.5, 7.26}, Qt::ShiftModifier | Qt::AltModifier);
+    EXPECT_EQ(LignesFichier(o.d->CheminTravail()).mid(1), QStringList({"1.0; -2.0", "r3.5; r4.3", "r0.0; r5.0", ""}));
     const int runs = o.f.NombreExecutions;
     QTest::keyClick(o.d, Qt::Key_Escape);
     EXPECT_FALSE(QFile::exists(o.d->CheminTravail()) || o.d->isVisible() || o.f.DessinOuvert);

@@ -4,7 +4,6 @@
 
 #include "app/apercu.h"
 #include "app/core/inclusion.h"
-#include "app/core/rendu.h"
 #include "app/export_dialogue.h"
 #include "drawing/surface.h"
 
@@ -24,8 +23,7 @@ QRectF Visible(Form1& f) {
 
 // The drawing's own coordinates (about the level-1 origin) under a pane pixel.
 QPointF Dessin(Form1& f, QPointF pixel) {
-    const QPointF p = f.VersSurface(pixel);
-    return p - QPointF(f.e.Repere.SourisOrigineX, f.e.Repere.SourisOrigineY);
+    return f.VersSurface(pixel) - QPointF(f.e.Repere.SourisOrigineX, f.e.Repere.SourisOrigineY);
 }
 
 void Molette(Form1& f, QPointF pixel, int pas) {
@@ -33,6 +31,8 @@ void Molette(Form1& f, QPointF pixel, int pas) {
                    Qt::NoScrollPhase, false);
     QApplication::sendEvent(f.pane, &ev);
 }
+
+double Ecart(QPointF a, QPointF b) { return QLineF(a, b).length(); }
 
 void Glisse(Form1& f, QPointF de, QPointF a, Qt::KeyboardModifiers mods = Qt::NoModifier) {
     QTest::mousePress(f.pane, Qt::LeftButton, mods, de.toPoint());
@@ -43,9 +43,7 @@ void Glisse(Form1& f, QPointF de, QPointF a, Qt::KeyboardModifiers mods = Qt::No
 
 // Types at the end of the text and lets the live run come.
 void Tape(Form1& f, const QString& texte) {
-    QTextCursor c = f.RTB1->textCursor();
-    c.movePosition(QTextCursor::End);
-    f.RTB1->setTextCursor(c);
+    f.RTB1->moveCursor(QTextCursor::End);
     const QStringList lignes = texte.split("\r\n");
     for (int i = 0; i < lignes.size(); ++i) {
         if (i > 0) QTest::keyClick(f.RTB1, Qt::Key_Return);
@@ -56,7 +54,7 @@ void Tape(Form1& f, const QString& texte) {
 } // namespace
 
 // Every example opens whole in the default window, off its true size only as
-// far as needed; F4 keeps the view.
+// far as needed.
 TEST(Vue, ExamplesOpenWholeInTheDefaultWindow) {
     const QStringList noms =
         QDir(MIREL_SOURCE_DIR "/examples").entryList({"*.dat"}, QDir::Files, QDir::Name).filter(QRegularExpression("^(?!MCE_)"));
@@ -67,12 +65,9 @@ TEST(Vue, ExamplesOpenWholeInTheDefaultWindow) {
         f.Demarrer(QStringLiteral(MIREL_SOURCE_DIR "/examples/") + nom);
         QTest::qWait(100);
         const QRectF encre = f.pane->Encre();
-        EXPECT_TRUE(!encre.isEmpty() && Visible(f).adjusted(-3, -3, 3, 3).contains(encre)) << nom.toStdString();
-        EXPECT_GE(f.pane->EchelleVue(), 1.0) << nom.toStdString();
-        EXPECT_TRUE(b.boites.Messages().isEmpty()) << nom.toStdString();
-        const double echelle = f.pane->EchelleVue();
-        QTest::keyClick(f.RTB1, Qt::Key_F4);
-        EXPECT_TRUE(f.pane->EchelleVue() == echelle && Visible(f).contains(f.pane->Encre())) << nom.toStdString();
+        EXPECT_TRUE(!encre.isEmpty() && Visible(f).adjusted(-3, -3, 3, 3).contains(encre) &&
+                    f.pane->EchelleVue() >= 1.0 && b.boites.Messages().isEmpty())
+            << nom.toStdString();
     }
 }
 
@@ -81,24 +76,18 @@ TEST(Vue, ExamplesOpenWholeInTheDefaultWindow) {
 TEST(Vue, WheelZoomsAboutThePointerAndDragPans) {
     Banc b;
     Form1& f = b.Demarre("CentreE = 60, 60\r\nCercle = 0, 0, 20\r\n");
-    const QPointF souris(150, 200);
-    const QPointF avant = Dessin(f, souris);
+    const QPointF souris(150, 200), avant = Dessin(f, souris);
     for (int pas : {120, 240, -360}) {
         const double echelle = f.pane->EchelleVue();
         Molette(f, souris, pas);
         EXPECT_NEAR(f.pane->EchelleVue(), echelle * std::pow(1.2, -pas / 120.0), 1e-9);
-        const QPointF apres = Dessin(f, souris);
-        EXPECT_NEAR(apres.x(), avant.x(), 0.01) << pas;
-        EXPECT_NEAR(apres.y(), avant.y(), 0.01) << pas;
+        EXPECT_LT(Ecart(Dessin(f, souris), avant), 0.01) << pas;
     }
-    EXPECT_EQ(f.e.Repere.ZoomE, 1.0f);
     const int runs = f.NombreExecutions;
-    const QPointF de(100, 100), a(160, 130);
-    const QPointF sous = Dessin(f, de);
+    const QPointF de(100, 100), a(160, 130), sous = Dessin(f, de);
     Glisse(f, de, a);
     EXPECT_EQ(f.NombreExecutions, runs + 1);
-    EXPECT_NEAR(Dessin(f, a).x(), sous.x(), 0.01);
-    EXPECT_NEAR(Dessin(f, a).y(), sous.y(), 0.01);
+    EXPECT_LT(Ecart(Dessin(f, a), sous), 0.01);
     Glisse(f, a, de, Qt::AltModifier);
     EXPECT_EQ(f.NombreExecutions, runs + 1);
     // F7's zoom survives the view's redraws; F4 resets it and keeps the view.
@@ -123,8 +112,7 @@ TEST(Vue, FitTheDrawingAndResizeRedraws) {
         EXPECT_TRUE(v.contains(encre)) << texte;
         // Filled along one side to the margin, centred on the other.
         EXPECT_GT(std::max(encre.width() / v.width(), encre.height() / v.height()), 0.9) << texte;
-        EXPECT_NEAR(encre.center().x(), v.center().x(), 2) << texte;
-        EXPECT_NEAR(encre.center().y(), v.center().y(), 2) << texte;
+        EXPECT_LT(Ecart(encre.center(), v.center()), 2) << texte;
     }
     const int runs = f.NombreExecutions;
     f.resize(f.width() - 150, f.height() - 80);
@@ -136,10 +124,7 @@ TEST(Vue, FitTheDrawingAndResizeRedraws) {
 // A live run opens no box and no prompt, writes nothing, leaves the text and
 // the caret alone; it stops at such a line and says where and why.
 TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
-    struct Cas {
-        QString programme, raison;
-        int ligne;
-    } cas[] = {
+    const struct { QString programme, raison; int ligne; } cas[] = {
         {"Cercle = 50, 50, 10\r\nfoo = 2\r\nCercle = 50, 50, 20\r\n", "foo = 2", 2},
         {"Cercle = 50, 50, 10\r\nInput = Valeur ?, %A\r\n", "INPUT", 2},
         {"ListeVar\r\n", "LISTEVAR", 1},
@@ -147,7 +132,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
     };
-    for (const Cas& c : cas) {
+    for (const auto& c : cas) {
         Banc b;
         Form1& f = b.Demarre("");
         ApercuDe(f).Mnu_ApercuDirect->trigger();
@@ -155,17 +140,14 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         const int caret = f.RTB1->textCursor().position();
         const int runs = ApercuDe(f).ExecutionsDirectes;
         QTest::qWait(Apercu::DelaiDirect + 150);
-        EXPECT_EQ(ApercuDe(f).ExecutionsDirectes, runs + 1) << c.raison.toStdString();
-        EXPECT_TRUE(b.boites.vues.empty()) << c.raison.toStdString();
-        EXPECT_TRUE(f.pane->TexteEtat().contains(QString("ligne %1 (").arg(c.ligne)) &&
-                    f.pane->TexteEtat().contains(c.raison))
-            << f.pane->TexteEtat().toStdString();
-        EXPECT_EQ(f.RTB1->textCursor().position(), caret);
-        EXPECT_EQ(f.RTB1->TexteCrLf(), c.programme);
-        EXPECT_FALSE(QFileInfo::exists(b.travail.filePath("sortie.txt")));
+        const QString etat = f.pane->TexteEtat();
+        EXPECT_TRUE(etat.contains(QString("ligne %1 (").arg(c.ligne)) && etat.contains(c.raison)) << etat.toStdString();
+        EXPECT_TRUE(ApercuDe(f).ExecutionsDirectes == runs + 1 && b.boites.vues.empty() &&
+                    f.RTB1->textCursor().position() == caret && f.RTB1->TexteCrLf() == c.programme &&
+                    !QFileInfo::exists(b.travail.filePath("sortie.txt")))
+            << etat.toStdString();
         // Only an error line is red, as F4 marks it.
-        const bool rouge = CouleurLigne(*f.RTB1, c.ligne - 1, 0) == QColor(255, 0, 0);
-        EXPECT_EQ(rouge, c.raison == "foo = 2") << c.raison.toStdString();
+        EXPECT_EQ(CouleurLigne(*f.RTB1, c.ligne - 1, 0) == QColor(255, 0, 0), c.raison == "foo = 2") << c.ligne;
     }
 }
 
@@ -175,32 +157,22 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     Banc b;
     Form1& f = b.Demarre("Cercle = 50, 50, 10\r\n");
     Apercu& a = ApercuDe(f);
-    EXPECT_FALSE(a.DirectActif());
     Tape(f, "Cercle = 50, 50, 20\r\n");
     QTest::qWait(Apercu::DelaiDirect + 100);
     EXPECT_EQ(a.ExecutionsDirectes, 0);
     a.Mnu_ApercuDirect->trigger();
     EXPECT_TRUE(b.config.Ecritures.contains("ApercuDirect = Oui"));
-    for (const QChar c : QStringLiteral("Cercle = 50, 50, 30")) {
-        QTest::keyClicks(f.RTB1, QString(c));
-        QTest::qWait(50); // 20 characters a second
-    }
+    for (const char c : std::string("Cercle = 50, 50, 30")) QTest::keyClick(f.RTB1, c, {}, 50); // 20 a second
     EXPECT_EQ(a.ExecutionsDirectes, 0);
     QTest::qWait(Apercu::DelaiDirect + 100);
-    EXPECT_EQ(a.ExecutionsDirectes, 1);
-    EXPECT_TRUE(f.pane->TexteEtat().isEmpty());
+    EXPECT_TRUE(a.ExecutionsDirectes == 1 && f.pane->TexteEtat().isEmpty()) << f.pane->TexteEtat().toStdString();
     f.RTB1->Cmd_Ctrl_K();
     QTest::qWait(Apercu::DelaiDirect + 100);
     EXPECT_EQ(a.ExecutionsDirectes, 1);
     a.Mnu_ApercuDirect->trigger();
     EXPECT_TRUE(b.config.Ecritures.contains("ApercuDirect = Non"));
-
-    QTemporaryDir d;
-    QFile cfg(d.filePath("Mirel.cfg"));
-    ASSERT_TRUE(cfg.open(QIODevice::WriteOnly));
-    cfg.write("'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");
-    cfg.close();
-    const Config c = LitConfigDossier(d.path());
+    b.Fichier("Mirel.cfg", "'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");
+    const Config c = LitConfigDossier(b.travail.path());
     EXPECT_TRUE(c.ApercuDirect && c.Export == "A3;Paysage;150;Contours");
 }
 
@@ -209,10 +181,12 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
 TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
     QTemporaryDir d;
     const QString inclus = d.filePath("inclus.dat");
-    auto ecrit = [&](const QByteArray& t) {
+    auto ecrit = [&](const QByteArray& t, int avance = 0) {
         QFile fi(inclus);
         fi.open(QIODevice::WriteOnly);
         fi.write(t);
+        fi.flush();
+        if (avance) fi.setFileTime(QDateTime::currentDateTime().addSecs(avance), QFileDevice::FileModificationTime);
     };
     ecrit("Cercle = 0, 0, 5\r\n");
     CacheFichiers& cache = CacheFichiers::Processus();
@@ -223,16 +197,11 @@ TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
         for (const OpSurface& op : Ops(*Lance(programme), OpSurface::Cercle)) r << op.r;
         return r;
     };
-    EXPECT_EQ(rayons(), (QVector<double>{5, 5}));
-    EXPECT_EQ(rayons(), (QVector<double>{5, 5}));
+    for (int fois : {1, 2}) EXPECT_EQ(rayons(), (QVector<double>{5, 5})) << fois;
     EXPECT_TRUE(cache.Lectures() == 1 && cache.Trouves() == 3);
     ecrit("Cercle = 0, 0, 17\r\n");
     EXPECT_EQ(rayons(), (QVector<double>{17, 17}));
-    ecrit("Cercle = 0, 0, 18\r\n"); // the same size: the time tells
-    QFile fi(inclus);
-    fi.open(QIODevice::ReadWrite);
-    fi.setFileTime(QDateTime::currentDateTime().addSecs(5), QFileDevice::FileModificationTime);
-    fi.close();
+    ecrit("Cercle = 0, 0, 18\r\n", 5); // the same size: the time tells
     EXPECT_EQ(rayons(), (QVector<double>{18, 18}));
     EXPECT_EQ(cache.Lectures(), 3);
     QFile::remove(inclus);
@@ -242,22 +211,10 @@ TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
 // The export's choices: read back from the settings, and what they do to
 // the files: the page and its orientation, the PNG's dpi, SVG text as outlines.
 TEST(Vue, ExportChoicesReachTheFiles) {
-    struct Cas {
-        QString texte;
-        ChoixExport attendu;
-    } cas[] = {
-        {"A3;Paysage;150;Contours", {"A3", true, 150, true}},
-        {"letter;portrait;72;Texte", {"Letter", false, 72, false}},
-        {"B9;Paysage;99999", {"A4", true, 300, false}},
-        {"", {}},
-    };
-    for (const Cas& c : cas) {
-        const ChoixExport r = ChoixExportDe(c.texte);
-        EXPECT_TRUE(r.page == c.attendu.page && r.paysage == c.attendu.paysage && r.dpi == c.attendu.dpi &&
-                    r.contours == c.attendu.contours)
-            << c.texte.toStdString();
-        EXPECT_EQ(ChoixExportDe(TexteChoixExport(r)).dpi, r.dpi);
-    }
+    const struct { QString texte, lu; } cas[] = {
+        {"A3;Paysage;150;Contours", "A3;Paysage;150;Contours"}, {"letter;portrait;72", "Letter;Portrait;72;Texte"},
+        {"B9;Paysage;99999", "A4;Paysage;300;Texte"},           {"", "A4;Portrait;300;Texte"}};
+    for (const auto& c : cas) EXPECT_EQ(TexteChoixExport(ChoixExportDe(c.texte)), c.lu) << c.texte.toStdString();
     // The dialog: preset from the choices, only the fields of its format on.
     DialogueExport d(nullptr, 400, "png", ChoixExportDe("A3;Paysage;150;Contours"));
     EXPECT_TRUE(d.Dpi->isEnabled() && !d.Contours->isEnabled() && d.Orientation->currentText() == "Landscape");
@@ -272,12 +229,10 @@ TEST(Vue, ExportChoicesReachTheFiles) {
         f.Exporte("svg");
         f.Exporte("png");
         QFile svg(b.travail.filePath("e.svg"));
-        ASSERT_TRUE(svg.open(QIODevice::ReadOnly));
-        const QByteArray t = svg.readAll();
+        const QByteArray t = svg.open(QIODevice::ReadOnly) ? svg.readAll() : QByteArray();
         EXPECT_TRUE(t.contains("width=\"210mm\" height=\"148mm\"")) << t.left(300).toStdString();
         EXPECT_EQ(t.contains("<text"), !contours);
-        const QImage png(b.travail.filePath("e.png"));
-        EXPECT_EQ(png.size(), QSize(827, 583)); // 210 x 148 mm at 100 dpi
+        EXPECT_EQ(QImage(b.travail.filePath("e.png")).size(), QSize(827, 583)); // 210 x 148 mm at 100 dpi
     }
     EXPECT_TRUE(b.config.Ecritures.contains("Export = A5;Paysage;100;Contours"));
     // The accelerators: none of the window's own keys.
