@@ -46,6 +46,7 @@ std::unique_ptr<Session> Prepare(const QString& nom) {
     s->regl.DossierTravail = Dossier;
     s->regl.DossierFichier = Dossier;
     s->etat.FichierPrincipal = Dossier + nom;
+    s->regl.Fichiers = std::make_shared<CacheFichiers>(); // as the window keeps them
     return s;
 }
 
@@ -119,7 +120,7 @@ void RasterRelu(benchmark::State& state, QString nom) {
     PaneRaster pane;
     AttachePane(s->etat, pane.surface.get());
     for (auto _ : state) {
-        CacheFichiers::Processus().Vide();
+        s->regl.Fichiers->Vide();
         s->Execute();
     }
 }

@@ -189,23 +189,28 @@ TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
         if (avance) fi.setFileTime(QDateTime::currentDateTime().addSecs(avance), QFileDevice::FileModificationTime);
     };
     ecrit("Cercle = 0, 0, 5\r\n");
-    CacheFichiers& cache = CacheFichiers::Processus();
-    cache.Vide();
+    const auto cache = std::make_shared<CacheFichiers>();
     const QString programme = "Fichier = " + inclus + ", 10, 10\r\nFichier = " + inclus + ", 30, 10\r\n";
+    auto lance = [&] {
+        auto s = std::make_unique<Session>(Programme(programme));
+        s->regl.Fichiers = cache;
+        s->Execute();
+        return s;
+    };
     auto rayons = [&] {
         QVector<double> r;
-        for (const OpSurface& op : Ops(*Lance(programme), OpSurface::Cercle)) r << op.r;
+        for (const OpSurface& op : Ops(*lance(), OpSurface::Cercle)) r << op.r;
         return r;
     };
     for (int fois : {1, 2}) EXPECT_EQ(rayons(), (QVector<double>{5, 5})) << fois;
-    EXPECT_TRUE(cache.Lectures() == 1 && cache.Trouves() == 3);
+    EXPECT_TRUE(cache->Lectures() == 1 && cache->Trouves() == 3);
     ecrit("Cercle = 0, 0, 17\r\n");
     EXPECT_EQ(rayons(), (QVector<double>{17, 17}));
     ecrit("Cercle = 0, 0, 18\r\n", 5); // the same size: the time tells
     EXPECT_EQ(rayons(), (QVector<double>{18, 18}));
-    EXPECT_EQ(cache.Lectures(), 3);
+    EXPECT_EQ(cache->Lectures(), 3);
     QFile::remove(inclus);
-    EXPECT_TRUE(Messages(*Lance(programme)).value(0).contains("fichier non trouvé"));
+    EXPECT_TRUE(Messages(*lance()).value(0).contains("fichier non trouvé"));
 }
 
 // The export's choices: read back from the settings, and what they do to

@@ -5,6 +5,7 @@
 #include "app/core/meter.h"
 
 #include "app/core/externes.h"
+#include "app/core/inclusion.h"
 #include "app/core/installation.h"
 #include "app/core/rendu.h"
 #include "app/aide_fenetre.h"
@@ -145,6 +146,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     if (s_.dossierTravail.isEmpty()) s_.dossierTravail = QDir::currentPath();
     regl.DossierProgramme = AvecBarre(s_.dossierProgramme);
     regl.DossierTravail = AvecBarre(s_.dossierTravail);
+    regl.Fichiers = std::make_shared<CacheFichiers>();
     DossierDepart = regl.DossierTravail;
     DossierFichier = DossierDepart;
 

@@ -115,6 +115,8 @@ struct Etiquette {
     int32_t Position = 0;
 };
 
+class CacheFichiers;
+
 // The settings that outlive runs. The application fills them from
 // "Mirel.cfg"; a run only reads them.
 struct Reglages {
@@ -131,6 +133,9 @@ struct Reglages {
     QString DossierFichier;         // folder of the last opened file, ending in "/"
     QStringList CommandesExternes;  // names of the external commands, at most 60
     QStringList FichiersExternes;   // their files (full paths), same order
+    // Included command files kept between runs while unchanged on disk (the
+    // window's runs); none: every run reads them from disk.
+    std::shared_ptr<CacheFichiers> Fichiers;
 };
 
 // The run-wide state: the level stack, the language's tables and the drawing state.

@@ -266,7 +266,8 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
         e.Inclusion.Drapeau = QStringLiteral("F");
         LectureCommande lu = LectureCommande::Ok;
         const QString chemin = Existe(e, nom);
-        const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu);
+        const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu,
+                                                             e.Regl ? e.Regl->Fichiers.get() : nullptr);
         if (!t) {
             if (lu == LectureCommande::LongueurFausse) {
                 // A coded file of wrong length has been damaged or altered:
@@ -526,13 +527,15 @@ void CacheFichiers::Vide() {
     lus_ = trouves_ = 0;
 }
 
-CacheFichiers& CacheFichiers::Processus() {
-    static CacheFichiers cache;
-    return cache;
-}
-
-std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat) {
-    return CacheFichiers::Processus().Lit(nom, etat);
+std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat,
+                                          CacheFichiers* cache) {
+    if (cache) return cache->Lit(nom, etat);
+    if (etat) *etat = LectureCommande::Ok;
+    if (Trim(nom).isEmpty() || !QFileInfo(VersChemin(nom)).isFile()) {
+        if (etat) *etat = LectureCommande::Introuvable;
+        return std::nullopt;
+    }
+    return LitSurDisque(nom, VersChemin(nom), etat);
 }
 
 // --- The "?" form
@@ -594,7 +597,7 @@ std::optional<QString> DescriptionExterne(const QString& texte, int langue, int 
 std::optional<QString> DescriptionCommandeExterne(const Reglages& r, int indexExterne, int langue,
                                                   int langueMasq) {
     if (indexExterne < 1 || indexExterne > r.FichiersExternes.size()) return std::nullopt;
-    const std::optional<QString> t = LitFichierCommande(r.FichiersExternes[indexExterne - 1]);
+    const std::optional<QString> t = LitFichierCommande(r.FichiersExternes[indexExterne - 1], nullptr, r.Fichiers.get());
     if (!t) return std::nullopt;
     return DescriptionExterne(*t, langue, langueMasq);
 }

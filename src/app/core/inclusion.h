@@ -67,22 +67,23 @@ QString TexteCodeIllisible(const QString& nom);
 bool EstFichierCode(const QString& nom);
 enum class LectureCommande { Ok, Introuvable, LongueurFausse };
 // Reads a command file whole, a coded one through the decoder; line ends
-// become CR LF. None when it cannot be read. Through the process's cache.
-std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat = nullptr);
+// become CR LF. None when it cannot be read. Through `cache` when there is one.
+class CacheFichiers;
+std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* etat = nullptr,
+                                          CacheFichiers* cache = nullptr);
 
 // Command files as last read, decoded, by full path: a file is read again
 // only when its modification time or its size changed, so that a program
 // that includes the same files at every run (and the live preview runs it at
 // every pause in typing) reads each of them once. The text is the file's, so
-// runs cannot tell a kept text from a fresh read; the cache is shared by the
-// runs of the process and guarded for use from several threads.
+// runs cannot tell a kept text from a fresh read. The settings of the runs
+// (`Reglages::Fichiers`) own it; it is guarded for use from several threads.
 class CacheFichiers {
 public:
     std::optional<QString> Lit(const QString& nom, LectureCommande* etat = nullptr);
     void Vide();
     int Lectures() const { return lus_; }   // reads from disk since the last Vide
     int Trouves() const { return trouves_; } // texts given from the cache
-    static CacheFichiers& Processus();
 
 private:
     struct Entree {
