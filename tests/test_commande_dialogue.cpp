@@ -4,6 +4,7 @@
 #include "app/commande_dialogue.h"
 #include "app/core/aide.h"
 #include "app/core/externes.h"
+#include "app/impression.h"
 
 #include <QPushButton>
 
@@ -120,6 +121,20 @@ TEST(CommandeDialogue, F2OpensTheModalForm) {
     b.boites.couleur = QColor(1, 2, 3);
     F2(f, [](FrmCmd& d) { QTest::keyClick(&d, Qt::Key_C, Qt::AltModifier); QTest::keyClick(&d, Qt::Key_Enter); });
     EXPECT_EQ(f.RTB1->TexteCrLf(), "Couleur =RVB 1 2 3\r\n");
+    // Alt-P goes through the window's font list; Ctrl asks for screen fonts.
+    struct Polices : DialoguesImpression {
+        bool ecran = false;
+        bool ChoixImprimante(QWidget*, QPrinter&) override { return false; }
+        bool ImpressionCode(QWidget*, QPrinter&, bool) override { return false; }
+        std::optional<QFont> Police(QWidget*, const QFont&, bool e) override { return ecran = e, QFont("Arial"); }
+    };
+    auto* polices = new Polices;
+    f.DialoguesImp.reset(polices);
+    F2(f, [](FrmCmd& d) {
+        QTest::keyClick(&d, Qt::Key_P, Qt::AltModifier | Qt::ControlModifier);
+        QTest::keyClick(&d, Qt::Key_Enter);
+    });
+    EXPECT_TRUE(f.RTB1->TexteCrLf() == "Couleur =Arial\r\n" && polices->ecran) << f.RTB1->TexteCrLf().toStdString();
 }
 
 // Bezier control vectors become Angle°, Length; a vector given so stays.

@@ -5,12 +5,12 @@
 #include "app/core/inclusion.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/impression.h"
 #include "app/recherche.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 
 #include <QCloseEvent>
-#include <QFontDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -540,11 +540,9 @@ void FrmCmd::Couleur() {
 
 void FrmCmd::Police(bool ecran) {
     const int i = RangActif();
-    if (i < 0) return;
-    bool ok = false;
-    const QFont f = QFontDialog::getFont(&ok, QFont(ParaVal[i]->text().trimmed()), this, QString(),
-                                         ecran ? QFontDialog::ScalableFonts : QFontDialog::FontDialogOptions());
-    if (ok) Remplit(f.family());
+    if (i < 0 || !Polices) return;
+    const std::optional<QFont> f = Polices->Police(this, QFont(ParaVal[i]->text().trimmed()), ecran);
+    if (f) Remplit(f->family());
 }
 
 void FrmCmd::Fichiers(bool plusieurs) {
@@ -613,6 +611,7 @@ bool OuvreMasque(Form1& f, Boites& boites, const std::function<void(FrmCmd&)>& i
     }
     FrmCmd d(&f, ConstruitMasque(texte, f.regl, f.regl.LangueMasque, sep1, f.e.Separateur2), boites,
              f.regl.DossierFichier);
+    d.Polices = f.DialoguesImp.get();
     d.setWindowTitle(LoadResString(86 + f.regl.LangueMenus) + u' ' + texte);
     f.unsetCursor();
     if (interaction) interaction(d);

@@ -19,6 +19,7 @@
 #include <optional>
 
 class Boites;
+class DialoguesImpression;
 class Form1;
 class QLabel;
 class QLineEdit;
@@ -93,6 +94,9 @@ public:
     QPushButton* Cmd_Annuler = nullptr;
     QString LigneMasque;   // the line written by OK; empty after Cancel
     bool ChargeFini = false;
+
+    // Alt-P's font list: the window's, the same as its own font list.
+    DialoguesImpression* Polices = nullptr;
 
     const ModeleMasque& Modele() const { return m_; }
     void OK();
