@@ -12,6 +12,7 @@
 #include <optional>
 
 class QWidget;
+struct ChoixExport;
 struct ValeursConfig;
 
 enum class Icone { Aucune, Information, Exclamation, Critique, Question };
@@ -37,6 +38,10 @@ public:
                                       bool plusieurs) = 0;
     // The colour dialog; none when cancelled.
     virtual std::optional<QColor> Couleur(QWidget* parent) = 0;
+    // The export dialog on `choix` (page, orientation, dpi, text as outlines)
+    // for `format`; false when cancelled. Boxes that no person answers (the
+    // tests, `--screenshot`) export with the choices as they stand.
+    virtual bool Export(QWidget*, int /*langue*/, const QString& /*format*/, ChoixExport&) { return true; }
     // `Form3`, the language dialog: edits the four language names; false on close.
     virtual bool Langues(QWidget* parent, ValeursConfig& v) = 0;
 };
@@ -53,6 +58,7 @@ public:
     QStringList FichiersListe(QWidget* parent, const QString& dossier, const QString& filtre,
                               bool plusieurs) override;
     std::optional<QColor> Couleur(QWidget* parent) override;
+    bool Export(QWidget* parent, int langue, const QString& format, ChoixExport& choix) override;
     bool Langues(QWidget* parent, ValeursConfig& v) override;
 };
 

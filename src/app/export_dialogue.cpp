@@ -135,16 +135,8 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (f.e.ExecutionEnCours) return;
     // The last choices of this window, else those of the settings file.
     const QString memoire = f.property(ProprieteChoix).toString();
-    const ChoixExport avant =
-        ChoixExportDe(memoire.isEmpty() ? LitConfigDossier(f.regl.DossierCfg).Export : memoire);
-    ChoixExport c = avant;
-    // The dialog is a person's: boxes answered by a test or by nobody
-    // (`--screenshot`) export with the choices as they stand.
-    if (dynamic_cast<BoitesQt*>(f.s_.boites)) {
-        DialogueExport d(&f, f.regl.LangueMenus, format, avant);
-        if (d.exec() != QDialog::Accepted) return;
-        c = d.Choix();
-    }
+    ChoixExport c = ChoixExportDe(memoire.isEmpty() ? LitConfigDossier(f.regl.DossierCfg).Export : memoire);
+    if (!f.s_.boites->Export(&f, f.regl.LangueMenus, format, c)) return;
     f.setProperty(ProprieteChoix, TexteChoixExport(c));
     f.s_.config->EcritConfig(CleCfg::Export, u' ' + TexteChoixExport(c));
 
@@ -166,4 +158,11 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (r.statut == 2 || r.statut == 3)
         f.s_.boites->Message(&f, QStringLiteral("Mirel"), r.statut == 2 ? r.erreur : r.arret, Boutons::Ok,
                              Icone::Critique);
+}
+
+bool BoitesQt::Export(QWidget* parent, int langue, const QString& format, ChoixExport& choix) {
+    DialogueExport d(parent, langue, format, choix);
+    if (d.exec() != QDialog::Accepted) return false;
+    choix = d.Choix();
+    return true;
 }
