@@ -171,9 +171,11 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     EXPECT_EQ(a.ExecutionsDirectes, 1);
     a.Mnu_ApercuDirect->trigger();
     EXPECT_TRUE(b.config.Ecritures.contains("ApercuDirect = Non"));
-    b.Fichier("Mirel.cfg", "'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");
-    const Config c = LitConfigDossier(b.travail.path());
+    const Config c = LitConfigTexte("'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");
     EXPECT_TRUE(c.ApercuDirect && c.Export == "A3;Paysage;150;Contours");
+    Banc b2; // the settings read at start-up turn it on
+    b2.config.Valeurs.ApercuDirect = true;
+    EXPECT_TRUE(ApercuDe(b2.Demarre("CT = 1, 1\r\n")).Mnu_ApercuDirect->isChecked());
 }
 
 // An included file is read once while unchanged; a change of its size or
@@ -229,7 +231,7 @@ TEST(Vue, ExportChoicesReachTheFiles) {
     Banc b;
     Form1& f = b.Demarre("Texte = 20, 20, , , Mirel\r\nCercle = 50, 50, 10\r\n");
     for (bool contours : {false, true}) {
-        f.setProperty("choixExport", TexteChoixExport({"A5", true, 100, contours}));
+        f.Config.Export = TexteChoixExport({"A5", true, 100, contours});
         b.boites.reponses = {b.travail.filePath("e.svg"), b.travail.filePath("e.png")};
         f.Exporte("svg");
         f.Exporte("png");

@@ -220,8 +220,7 @@ void Apercu::Legendes() {
     if (f_.Demarre && !reglagesLus_) {
         // Start-up, behind the reading of the settings file.
         reglagesLus_ = true;
-        const Config c = LitConfigDossier(f_.regl.DossierCfg);
-        Mnu_ApercuDirect->setChecked(c.ApercuDirect);
+        Mnu_ApercuDirect->setChecked(f_.Config.ApercuDirect);
     }
 }
 

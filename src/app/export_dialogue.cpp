@@ -49,7 +49,6 @@ const struct {
              {"Letter", QPageSize::Letter}, {"Legal", QPageSize::Legal}};
 
 constexpr int DpiMin = 10, DpiMax = 2400;
-constexpr const char* ProprieteChoix = "choixExport";
 
 } // namespace
 
@@ -133,12 +132,11 @@ void DialogueExport::Raccourcis(Form1& f) {
 
 void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (f.e.ExecutionEnCours) return;
-    // The last choices of this window, else those of the settings file.
-    const QString memoire = f.property(ProprieteChoix).toString();
-    ChoixExport c = ChoixExportDe(memoire.isEmpty() ? LitConfigDossier(f.regl.DossierCfg).Export : memoire);
+    // The last choices, read with the settings at start-up and kept there.
+    ChoixExport c = ChoixExportDe(f.Config.Export);
     if (!f.s_.boites->Export(&f, f.regl.LangueMenus, format, c)) return;
-    f.setProperty(ProprieteChoix, TexteChoixExport(c));
-    f.s_.config->EcritConfig(CleCfg::Export, u' ' + TexteChoixExport(c));
+    f.Config.Export = TexteChoixExport(c);
+    f.s_.config->EcritConfig(CleCfg::Export, u' ' + f.Config.Export);
 
     const QString base = f.FichierCourant.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
                                                     : f.FichierCourant.left(f.FichierCourant.lastIndexOf(u'.'));

@@ -56,6 +56,8 @@ void ConfigMemoire::EcritConfig(const QString& cle, const QString& valeur) {
     else if (c == QLatin1String("TAILLECARCODE =")) Valeurs.TailleCarCode = v.toDouble();
     else if (c == QLatin1String("PATCHS =")) Valeurs.Patchs = v.toInt();
     else if (c == QLatin1String("RECENTS =")) Valeurs.Recents = v.split(u'|', Qt::SkipEmptyParts);
+    else if (c == QLatin1String("APERCUDIRECT =")) Valeurs.ApercuDirect = UCase(v) == u"OUI";
+    else if (c == QLatin1String("EXPORT =")) Valeurs.Export = v;
     Valeurs.PremiereLigne =
         QStringLiteral("'Fichier de configuration du Programme Mirel V") + TexteVersionProgramme();
 }
@@ -80,6 +82,8 @@ ValeursConfig ConfigFichier::Lit(Reglages& r) {
     if (config_.TailleCarCode) v.TailleCarCode = *config_.TailleCarCode;
     v.Patchs = config_.Patchs;
     v.Recents = config_.Recents;
+    v.ApercuDirect = config_.ApercuDirect;
+    v.Export = config_.Export;
     return v;
 }
 

@@ -28,6 +28,8 @@ struct ValeursConfig {
     std::optional<double> TailleCarCode;
     int Patchs = 0;
     QStringList Recents; // the file menu's recent files, most recent first
+    bool ApercuDirect = false; // the live preview is on
+    QString Export;            // the export dialog's last choices (export_dialogue.h)
 };
 
 class ServiceConfig {

@@ -197,13 +197,6 @@ Config ChargeConfig(const EmplacementConfig& lieu, const QString& version) {
     return c;
 }
 
-Config LitConfigDossier(const QString& dossierCfg) {
-    if (dossierCfg.isEmpty()) return LitConfigTexte(QString());
-    const auto octets = LitOctets(AvecBarre(dossierCfg) + NomFichierCfg);
-    Encodage enc = Encodage::Utf8;
-    return LitConfigTexte(octets ? DecodeOctets(*octets, enc) : QString());
-}
-
 // --- EcritConfig
 
 QStringList RemplaceCle(const QStringList& lignes, const QString& cle, const QString& valeur,

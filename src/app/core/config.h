@@ -86,8 +86,6 @@ struct Config {
 // the first occurrence of its text including " ="; the value is the rest of
 // the line, trimmed. Later lines win. A zero `Zmm` ends up 1.
 Config LitConfigTexte(const QString& contenu);
-// The keys of "Mirel.cfg" in a folder; the defaults when it cannot be read.
-Config LitConfigDossier(const QString& dossierCfg);
 // The lines of the default file, written when none exists.
 QStringList LignesConfigDefaut(const QString& version);
 // 16-bit storage of the patch word.
