@@ -12,6 +12,8 @@
 #include <QSpinBox>
 #include <QWheelEvent>
 
+#include <sys/time.h>
+
 namespace {
 
 Apercu& ApercuDe(Form1& f) { return *f.findChild<Apercu*>(); }
@@ -213,6 +215,43 @@ TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
     EXPECT_EQ(cache->Lectures(), 3);
     QFile::remove(inclus);
     EXPECT_TRUE(Messages(*lance()).value(0).contains("fichier non trouvé"));
+}
+
+// Names found without regard to case from the folder's listing, kept while
+// the folder's time is unchanged: the exact spelling wins, a file added or
+// removed later is seen, and a run finds a bare name through it.
+TEST(Vue, FolderListingsAnswerLookupsWhileUnchanged) {
+    QTemporaryDir d;
+    auto cree = [&](const QString& n) { QFile(d.filePath(n)).open(QIODevice::WriteOnly); };
+    auto date = [&](int secondes) { // the folder as if changed that long ago
+        const timeval t[2] = {{time(nullptr) - secondes, 0}, {time(nullptr) - secondes, 0}};
+        utimes(QFile::encodeName(d.path()).constData(), t);
+    };
+    for (const char* n : {"Trou.DAT", "a.dat", "A.dat"}) cree(n);
+    date(120);
+    const auto cache = std::make_shared<CacheFichiers>();
+    for (int fois : {1, 2}) {
+        EXPECT_EQ(cache->TrouveSansCasse(d.path(), "trou.dat"), d.filePath("Trou.DAT")) << fois;
+        EXPECT_EQ(cache->TrouveSansCasse(d.path(), "A.dat"), d.filePath("A.dat")) << fois;
+        EXPECT_EQ(cache->TrouveSansCasse(d.path(), "a.dat"), d.filePath("a.dat")) << fois;
+    }
+    cree("Neuf.dat");
+    date(60);
+    EXPECT_EQ(cache->TrouveSansCasse(d.path(), "NEUF.DAT"), d.filePath("Neuf.dat"));
+    QFile::remove(d.filePath("Neuf.dat"));
+    date(30);
+    EXPECT_EQ(cache->TrouveSansCasse(d.path(), "neuf.dat"), QString());
+    {
+        QFile f(d.filePath("Trou.DAT"));
+        f.open(QIODevice::WriteOnly);
+        f.write("Cercle = 0, 0, 4\r\n");
+    }
+    date(10);
+    auto s = std::make_unique<Session>(Programme("Fichier = trou, 5, 5\r\n"));
+    s->regl.DossierTravail = d.path() + '/';
+    s->regl.Fichiers = cache;
+    s->Execute();
+    EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 1);
 }
 
 // The export's choices: read back from the settings, and what they do to

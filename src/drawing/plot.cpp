@@ -213,19 +213,17 @@ bool CommenceParMot(const QString& ligneMaj, std::initializer_list<const char*> 
 void ExecuteLigneCommande(Etat& e, const QString& ligne) {
     const int egal = ligne.indexOf(u'=');
     const QString mot = Trim(egal < 0 ? ligne : ligne.left(egal)).toUpper();
-    for (const Commande& c : TableCommandes()) {
-        if (mot != QLatin1String(c.mot) || !c.routine) continue;
-        const QString garde = e.LigneCourante;
-        e.LigneCourante = egal < 0 ? QString() : ligne.mid(egal + 1);
-        try {
-            c.routine(e);
-        } catch (...) {
-            e.LigneCourante = garde;
-            throw;
-        }
+    const Commande* c = TrouveCommande(mot);
+    if (!c || !c->routine) return;
+    const QString garde = e.LigneCourante;
+    e.LigneCourante = egal < 0 ? QString() : ligne.mid(egal + 1);
+    try {
+        c->routine(e);
+    } catch (...) {
         e.LigneCourante = garde;
-        return;
+        throw;
     }
+    e.LigneCourante = garde;
 }
 
 // The values of column `col` (1-based) of the data lines of a file, in order,

@@ -21,6 +21,8 @@ struct Commande {
 
 // The keywords, grouped by kind of command.
 std::span<const Commande> TableCommandes();
+// The table's entry of an upper-case keyword; null when it is none of them.
+const Commande* TrouveCommande(const QString& mot);
 
 // The drawing state at the start of a run: what every run resets.
 void RazEtatDessin(Etat& e);

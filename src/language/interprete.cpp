@@ -142,17 +142,15 @@ void Classe(Etat& e, CtxFic& c) {
 
 // The routine of a keyword; false when the keyword is none of the table.
 bool Dispatch(Etat& e, const QString& mot) {
-    for (const Commande& cmd : TableCommandes()) {
-        if (mot != QLatin1String(cmd.mot)) continue;
-        if (!cmd.routine) {
-            e.TexteErreur = QStringLiteral("%1 : commande pas encore disponible / command not yet available")
-                                .arg(e.Ctx().Mot) + CrLf() + CrLf();
-            throw ErreurProvoquee("non disponible");
-        }
-        cmd.routine(e);
-        return true;
+    const Commande* cmd = TrouveCommande(mot);
+    if (!cmd) return false;
+    if (!cmd->routine) {
+        e.TexteErreur = QStringLiteral("%1 : commande pas encore disponible / command not yet available")
+                            .arg(e.Ctx().Mot) + CrLf() + CrLf();
+        throw ErreurProvoquee("non disponible");
     }
-    return false;
+    cmd->routine(e);
+    return true;
 }
 
 // Runs the line: a table keyword, an assignment, a label or an external command.

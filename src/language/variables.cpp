@@ -196,21 +196,79 @@ QString TexteNonInitialisee(const QString& nom) {
            CrLf() + CrLf();
 }
 
-int ChercheVar(Etat& e, const QString& texte, int niveau) {
-    const CtxFic& c = e.PileFic[niveau];
-    if (c.NbVar == 0) return 0;
+namespace {
+
+// Whether a character is one at which a variable's name ends.
+bool CoupeNom(QChar ch, QChar sep1, QChar sep2) {
+    switch (ch.unicode()) {
+    case u'=': case u' ': case u'\u00B0': case u'+': case u'-': case u'*': case u'/':
+    case u'^': case u')': case u'<': case u'>': case u'"':
+        return true;
+    default:
+        return ch == sep1 || ch == sep2;
+    }
+}
+
+// The upper-case name at the start of a text: trimmed, and cut at the first
+// character that ends a name (operators, blanks, the separators). The quick
+// scan covers names of plain ASCII letters and single-character separators;
+// anything else takes the general path, where upper-casing the whole text
+// first may change its length.
+QString NomEnTete(const Etat& e, const QString& texte) {
+    const QString& s1 = e.Separateur1;
+    const QString& s2 = e.Separateur2;
+    if (s1.size() == 1 && s2.size() == 1) {
+        const QChar sep1 = s1.toUpper().size() == 1 ? s1.toUpper()[0] : QChar();
+        const QChar sep2 = s2.toUpper().size() == 1 ? s2.toUpper()[0] : QChar();
+        int debut = 0;
+        while (debut < texte.size() && texte[debut] == u' ') ++debut;
+        int fin = debut;
+        bool ascii = true;
+        for (; fin < texte.size(); ++fin) {
+            const QChar ch = texte[fin];
+            if (CoupeNom(ch.toUpper(), sep1, sep2)) break;
+            if (ch.unicode() >= 0x80) {
+                ascii = false;
+                break;
+            }
+        }
+        if (ascii && !sep1.isNull() && !sep2.isNull()) return texte.mid(debut, fin - debut).toUpper();
+    }
     QString t = Trim(texte.toUpper());
-    const QString coupures[] = {QStringLiteral("="), QStringLiteral(" "), QStringLiteral("°"),
+    const QString coupures[] = {QStringLiteral("="), QStringLiteral(" "), QStringLiteral("\u00B0"),
                                 QStringLiteral("+"), QStringLiteral("-"), QStringLiteral("*"),
                                 QStringLiteral("/"), QStringLiteral("^"), QStringLiteral(")"),
-                                e.Separateur1.toUpper(), e.Separateur2.toUpper(),
+                                s1.toUpper(), s2.toUpper(),
                                 QStringLiteral("<"), QStringLiteral(">"), QStringLiteral("\"")};
     for (const QString& cp : coupures) {
         const int i = InStr(t, cp);
         if (i > 0) t = Left(t, i - 1);
     }
+    return t;
+}
+
+// Whether a stored name, upper-cased, equals an upper-case name; without a
+// copy when the stored name is plain ASCII.
+bool MemeNom(const QString& nom, const QString& haut) {
+    for (QChar ch : nom)
+        if (ch.unicode() >= 0x80) return nom.toUpper() == haut;
+    if (nom.size() != haut.size()) return false;
+    for (int i = 0; i < nom.size(); ++i) {
+        char16_t a = nom[i].unicode();
+        if (a >= u'a' && a <= u'z') a = char16_t(a - 32);
+        if (a != haut[i].unicode()) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int ChercheVar(Etat& e, const QString& texte, int niveau) {
+    const CtxFic& c = e.PileFic[niveau];
+    if (c.NbVar == 0) return 0;
+    const QString t = NomEnTete(e, texte);
     for (int i = 1; i <= c.NbVar; ++i)
-        if (!c.NomVar[i].isEmpty() && c.NomVar[i].toUpper() == t) return i;
+        if (!c.NomVar[i].isEmpty() && MemeNom(c.NomVar[i], t)) return i;
     return 0;
 }
 

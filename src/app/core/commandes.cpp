@@ -18,6 +18,8 @@
 #include "language/para.h"
 #include "language/variables.h"
 #include "shapes/bezier.h"
+
+#include <QHash>
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/chain.h"
@@ -170,3 +172,17 @@ const Commande Table[] = {
 } // namespace
 
 std::span<const Commande> TableCommandes() { return Table; }
+
+const Commande* TrouveCommande(const QString& mot) {
+    // The first entry of each keyword, by keyword: a line's keyword is looked
+    // up at every line of every run.
+    static const QHash<QString, const Commande*> index = [] {
+        QHash<QString, const Commande*> h;
+        for (const Commande& c : Table) {
+            const QString m = QLatin1String(c.mot);
+            if (!h.contains(m)) h.insert(m, &c);
+        }
+        return h;
+    }();
+    return index.value(mot, nullptr);
+}

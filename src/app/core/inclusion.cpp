@@ -44,8 +44,11 @@ QString Existe(const Etat& e, const QString& candidat) {
     QString c = VersChemin(candidat);
     if (QFileInfo(c).isRelative()) c = DossierCourant(e) + c;
     const QFileInfo fi(c);
-    if (fi.isFile()) return fi.filePath();
     if (fi.fileName().isEmpty()) return QString();
+    // With the window's file cache, the folder's listing answers: one look
+    // at the folder instead of one at each candidate.
+    if (e.Regl && e.Regl->Fichiers) return e.Regl->Fichiers->TrouveSansCasse(fi.path(), fi.fileName());
+    if (fi.isFile()) return fi.filePath();
     return TrouveSansCasse(fi.path(), fi.fileName());
 }
 
@@ -521,9 +524,39 @@ std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* e
     return t;
 }
 
+QString CacheFichiers::TrouveSansCasse(const QString& dossier, const QString& nom) {
+    if (dossier.isEmpty() || nom.isEmpty()) return {};
+    const QFileInfo fd(dossier);
+    if (!fd.isDir()) return {};
+    const QString cle = fd.absoluteFilePath();
+    const QDateTime date = fd.lastModified();
+    auto choisit = [&](const Liste& l) -> QString {
+        const QStringList variantes = l.noms.value(nom.toCaseFolded());
+        if (variantes.isEmpty()) return {};
+        const QDir d(dossier);
+        return d.filePath(variantes.contains(nom) ? nom : variantes.first());
+    };
+    {
+        const std::lock_guard<std::mutex> verrou(mutex_);
+        const auto i = listes_.constFind(cle);
+        if (i != listes_.cend() && i->date == date) return choisit(*i);
+    }
+    Liste l{date, {}};
+    for (const QString& n : QDir(dossier).entryList(QDir::Files | QDir::Hidden))
+        l.noms[n.toCaseFolded()].append(n);
+    // A folder changed in the last two seconds may change again within the
+    // same tick of its file system's clock, under the same time: its listing
+    // is not kept, so that a file added then is never missed.
+    const std::lock_guard<std::mutex> verrou(mutex_);
+    if (date.msecsTo(QDateTime::currentDateTimeUtc()) > 2000) listes_.insert(cle, l);
+    else listes_.remove(cle);
+    return choisit(l);
+}
+
 void CacheFichiers::Vide() {
     const std::lock_guard<std::mutex> verrou(mutex_);
     entrees_.clear();
+    listes_.clear();
     lus_ = trouves_ = 0;
 }
 

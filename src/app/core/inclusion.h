@@ -81,6 +81,11 @@ std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* e
 class CacheFichiers {
 public:
     std::optional<QString> Lit(const QString& nom, LectureCommande* etat = nullptr);
+    // The file of a folder whose name matches `nom` without regard to case
+    // (the exact spelling first), from the folder's listing as last read: a
+    // folder is listed again when its modification time changed. Empty when
+    // there is none.
+    QString TrouveSansCasse(const QString& dossier, const QString& nom);
     void Vide();
     int Lectures() const { return lus_; }   // reads from disk since the last Vide
     int Trouves() const { return trouves_; } // texts given from the cache
@@ -91,8 +96,13 @@ private:
         qint64 taille = 0;
         QString texte;
     };
+    struct Liste {
+        QDateTime date;
+        QHash<QString, QStringList> noms; // by case-folded name, in listing order
+    };
     std::mutex mutex_;
     QHash<QString, Entree> entrees_;
+    QHash<QString, Liste> listes_;
     std::atomic<int> lus_ = 0, trouves_ = 0;
 };
 
