@@ -107,9 +107,8 @@ void Classe(Etat& e, CtxFic& c) {
     c.Ligne = e.LigneCourante;
     c.PosFin = c.FinLigne;
     const QString ligne = e.LigneCourante;
-    const QString haut = ligne.toUpper();
     int coupe = 0;
-    if (!haut.startsWith(QLatin1String("IF")) && !haut.startsWith(QLatin1String("ELSEIF")))
+    if (!CommenceMaj(ligne, QLatin1String("IF")) && !CommenceMaj(ligne, QLatin1String("ELSEIF")))
         coupe = InStr(ligne, QStringLiteral("="));
     if (coupe == 0) {
         const int debut = Len(ligne) - Len(LTrim(ligne)) + 1;

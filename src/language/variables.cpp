@@ -364,8 +364,9 @@ bool VarPredefinie(Etat& e, const QString& texte, QString& valeur, int& longueur
 }
 
 int RemplaceVar(Etat& e, QString& texte) {
-    // 1. VAR( forms, from the last to the first.
-    for (int p = InStrRev(texte.toUpper(), QStringLiteral("VAR(")); p > 0;
+    // 1. VAR( forms, from the last to the first (upper-casing never makes a "(").
+    const bool parenthese = texte.contains(u'(');
+    for (int p = parenthese ? InStrRev(texte.toUpper(), QStringLiteral("VAR(")) : 0; p > 0;
          p = p > 1 ? InStrRev(texte.toUpper(), QStringLiteral("VAR("), p - 1) : 0) {
         int fin = InStr(p + 4, texte, QStringLiteral(")"));
         if (fin == 0) fin = Len(texte) + 1;

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 namespace vb {
 
 // Length of a text.
@@ -45,6 +47,22 @@ inline int InStrRev(const QString& s, const QString& cherche, int debut = -1) {
 }
 
 inline QString UCase(const QString& s) { return s.toUpper(); }
+
+// Whether UCase(s) starts with an upper-case ASCII word, without upper-casing
+// the whole text when its first characters are plain ASCII (upper-casing
+// other characters may change the text's length).
+inline bool CommenceMaj(const QString& s, QLatin1String mot) {
+    const qsizetype n = std::min<qsizetype>(s.size(), mot.size());
+    for (qsizetype i = 0; i < n; ++i)
+        if (s[i].unicode() >= 0x80) return s.toUpper().startsWith(mot);
+    if (s.size() < mot.size()) return false;
+    for (qsizetype i = 0; i < n; ++i) {
+        char16_t c = s[i].unicode();
+        if (c >= u'a' && c <= u'z') c = char16_t(c - 32);
+        if (c != char16_t(uchar(mot[i].toLatin1()))) return false;
+    }
+    return true;
+}
 inline QString LCase(const QString& s) { return s.toLower(); }
 
 // Trim removes blanks only, not tabs or line ends.

@@ -20,6 +20,8 @@
 #include <QDateTime>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 using namespace vb;
 
 namespace {
@@ -497,21 +499,38 @@ std::optional<QString> LitSurDisque(const QString& nom, const QString& chemin, L
 
 } // namespace
 
+namespace {
+
+// What one look at a file system entry tells: its kind, modification time
+// (nanoseconds) and size. Taken straight from the system, without the time
+// zone work of a QDateTime: the cache looks at every included file and folder
+// at every run.
+struct Regard {
+    bool fichier = false, dossier = false;
+    qint64 date = 0, taille = 0;
+};
+std::optional<Regard> Regarde(const QString& chemin) {
+    struct stat st {};
+    if (::stat(QFile::encodeName(chemin).constData(), &st) != 0) return std::nullopt;
+    return Regard{S_ISREG(st.st_mode), S_ISDIR(st.st_mode),
+                  qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
+}
+
+} // namespace
+
 std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* etat) {
     if (etat) *etat = LectureCommande::Ok;
     const QString chemin = VersChemin(nom);
-    const QFileInfo fi(chemin);
-    if (Trim(nom).isEmpty() || !fi.isFile()) {
+    const std::optional<Regard> r = Trim(nom).isEmpty() ? std::nullopt : Regarde(chemin);
+    if (!r || !r->fichier) {
         if (etat) *etat = LectureCommande::Introuvable;
         return std::nullopt;
     }
-    const QString cle = fi.absoluteFilePath() + (EstFichierCode(nom) ? QStringLiteral("|dmk") : QString());
-    const QDateTime date = fi.lastModified();
-    const qint64 taille = fi.size();
+    const QString cle = QFileInfo(chemin).absoluteFilePath() + (EstFichierCode(nom) ? QStringLiteral("|dmk") : QString());
     {
         const std::lock_guard<std::mutex> verrou(mutex_);
         const auto i = entrees_.constFind(cle);
-        if (i != entrees_.cend() && i->date == date && i->taille == taille) {
+        if (i != entrees_.cend() && i->date == r->date && i->taille == r->taille) {
             ++trouves_;
             return i->texte;
         }
@@ -519,17 +538,16 @@ std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* e
     std::optional<QString> t = LitSurDisque(nom, chemin, etat);
     const std::lock_guard<std::mutex> verrou(mutex_);
     ++lus_;
-    if (t) entrees_.insert(cle, Entree{date, taille, *t});
+    if (t) entrees_.insert(cle, Entree{r->date, r->taille, *t});
     else entrees_.remove(cle);
     return t;
 }
 
 QString CacheFichiers::TrouveSansCasse(const QString& dossier, const QString& nom) {
     if (dossier.isEmpty() || nom.isEmpty()) return {};
-    const QFileInfo fd(dossier);
-    if (!fd.isDir()) return {};
-    const QString cle = fd.absoluteFilePath();
-    const QDateTime date = fd.lastModified();
+    const std::optional<Regard> r = Regarde(dossier);
+    if (!r || !r->dossier) return {};
+    const QString cle = QFileInfo(dossier).absoluteFilePath();
     auto choisit = [&](const Liste& l) -> QString {
         const QStringList variantes = l.noms.value(nom.toCaseFolded());
         if (variantes.isEmpty()) return {};
@@ -539,16 +557,17 @@ QString CacheFichiers::TrouveSansCasse(const QString& dossier, const QString& no
     {
         const std::lock_guard<std::mutex> verrou(mutex_);
         const auto i = listes_.constFind(cle);
-        if (i != listes_.cend() && i->date == date) return choisit(*i);
+        if (i != listes_.cend() && i->date == r->date) return choisit(*i);
     }
-    Liste l{date, {}};
+    Liste l{r->date, {}};
     for (const QString& n : QDir(dossier).entryList(QDir::Files | QDir::Hidden))
         l.noms[n.toCaseFolded()].append(n);
     // A folder changed in the last two seconds may change again within the
     // same tick of its file system's clock, under the same time: its listing
     // is not kept, so that a file added then is never missed.
+    const qint64 maintenant = QDateTime::currentMSecsSinceEpoch() * 1000000;
     const std::lock_guard<std::mutex> verrou(mutex_);
-    if (date.msecsTo(QDateTime::currentDateTimeUtc()) > 2000) listes_.insert(cle, l);
+    if (maintenant - r->date > qint64(2000) * 1000000) listes_.insert(cle, l);
     else listes_.remove(cle);
     return choisit(l);
 }

@@ -92,12 +92,12 @@ public:
 
 private:
     struct Entree {
-        QDateTime date;
+        qint64 date = 0; // modification time, nanoseconds
         qint64 taille = 0;
         QString texte;
     };
     struct Liste {
-        QDateTime date;
+        qint64 date = 0;
         QHash<QString, QStringList> noms; // by case-folded name, in listing order
     };
     std::mutex mutex_;
