@@ -17,6 +17,7 @@
 #include "language/etat/texte.h"
 #include "language/etat/val.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -162,6 +163,9 @@ struct Etat {
     QString Separateur1 = QStringLiteral(",");
     QString Separateur2 = QStringLiteral("§");
     std::array<QVector<Etiquette>, NbNiveaux> Etiquettes; // the label table, per level
+    // The label tables of the texts last scanned without fault: the same
+    // texts are entered at every run, an included one at every call.
+    QHash<QString, QVector<Etiquette>> EtiquettesConnues;
 
     // --- variables
     bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run

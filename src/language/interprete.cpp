@@ -20,6 +20,19 @@ namespace {
 // Message n in the configured language of the messages.
 QString Chaine(const Etat& e, int n) { return LoadResString(n + (e.Regl ? e.Regl->LangueMessages : 0)); }
 
+// Whether the physical line from `debut` to `fin` (1-based, `fin` excluded)
+// is blank or a comment and continues on no other line: it is passed over
+// without being copied (the included command files are mostly comments).
+bool CommentaireOuVide(const QString& texte, int debut, int fin) {
+    if (fin > debut && texte[fin - 2] == u'_') return false; // maybe continued: the full reading
+    for (int i = debut - 1; i < fin - 1; ++i) {
+        const QChar ch = texte[i];
+        if (ch == u' ' || ch == u'\t') continue;
+        return ch == u'\'';
+    }
+    return true;
+}
+
 // Fetches the next logical line. Returns false when the text is finished.
 // On return LigneCourante holds the logical line, PosDebut and FinLigne frame it.
 bool LitLigne(Etat& e, CtxFic& c) {
@@ -35,6 +48,11 @@ bool LitLigne(Etat& e, CtxFic& c) {
             fin = longueur + 1;
         }
         c.FinLigne = Entier16(fin);
+        if (CommentaireOuVide(texte, c.Pos, fin)) {
+            c.PosDebut = c.Pos;
+            c.Pos = Entier16(c.FinLigne + 2);
+            continue;
+        }
         QString physique = Mid(texte, c.Pos, c.FinLigne - c.Pos);
         c.LigneBruteThen = physique; // the raw line, for a one-line Then
         QString ligne = LTrim(QString(physique).replace(u'\t', u' '));

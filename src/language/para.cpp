@@ -195,8 +195,12 @@ void CmdSeparateur(Etat& e) {
 void ScanEtiquettes(Etat& e, int niveau) {
     CtxFic& c = e.PileFic[niveau];
     QVector<Etiquette>& table = e.Etiquettes[niveau];
-    table.clear();
     const QString& texte = c.Texte;
+    if (const auto connue = e.EtiquettesConnues.constFind(texte); connue != e.EtiquettesConnues.cend()) {
+        table = *connue;
+        return;
+    }
+    table.clear();
     const int longueur = Len(texte);
     int pos = 1, numero = 0;
     while (pos <= longueur) {
@@ -241,6 +245,8 @@ void ScanEtiquettes(Etat& e, int niveau) {
         }
         table.append({nom, premiereLigne + 1, debutLigne});
     }
+    if (e.EtiquettesConnues.size() >= 16) e.EtiquettesConnues.clear(); // a few texts are enough
+    e.EtiquettesConnues.insert(texte, table);
 }
 
 int LigneEtiquette(const Etat& e, const QString& nom, int niveau) {
