@@ -48,7 +48,8 @@ int AppelSymbole(Etat& e, int niveau, const QString& texte, const QString& param
 // with an extension (branch 3). The first match, or the name as typed.
 // `boiteNonTrouve` is set when the name reaches the "non trouvé[not founf]"
 // box (branch 3, the last dot at the first character).
-QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve = nullptr);
+QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve = nullptr,
+                       QString* chemin = nullptr);
 // Where a relative name "as given" is looked for (inclusion.cpp): the working
 // folder (`DossierTravail`, else the process's current folder), ending in "/".
 QString DossierCourant(const Etat& e);

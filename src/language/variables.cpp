@@ -217,9 +217,10 @@ bool CoupeNom(QChar ch, QChar sep1, QChar sep2) {
 QString NomEnTete(const Etat& e, const QString& texte) {
     const QString& s1 = e.Separateur1;
     const QString& s2 = e.Separateur2;
-    if (s1.size() == 1 && s2.size() == 1) {
-        const QChar sep1 = s1.toUpper().size() == 1 ? s1.toUpper()[0] : QChar();
-        const QChar sep2 = s2.toUpper().size() == 1 ? s2.toUpper()[0] : QChar();
+    // Separators of one Latin-1 character other than "ß" upper-case alone to one.
+    auto simple = [](const QString& sep) { return sep.size() == 1 && sep[0].unicode() < 0x100 && sep[0] != u'\u00DF'; };
+    if (simple(s1) && simple(s2)) {
+        const QChar sep1 = s1[0].toUpper(), sep2 = s2[0].toUpper();
         int debut = 0;
         while (debut < texte.size() && texte[debut] == u' ') ++debut;
         int fin = debut;
@@ -232,7 +233,7 @@ QString NomEnTete(const Etat& e, const QString& texte) {
                 break;
             }
         }
-        if (ascii && !sep1.isNull() && !sep2.isNull()) return texte.mid(debut, fin - debut).toUpper();
+        if (ascii) return texte.mid(debut, fin - debut).toUpper();
     }
     QString t = Trim(texte.toUpper());
     const QString coupures[] = {QStringLiteral("="), QStringLiteral(" "), QStringLiteral("\u00B0"),

@@ -254,6 +254,8 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
 
     // The file, and the text of the level.
     QString nom, texte;
+    QString chemin;        // the existing file of the name, when the lookup found one
+    bool cherche = false;  // the name came from the lookup
     if (indexExterne < 0) {
         nom = NomSymbole;
         texte = e.Inclusion.TexteSymbole;
@@ -265,12 +267,13 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
                   QStringLiteral(".dmk");
         } else {
             bool boite = false;
-            nom = ChercheFichier(e, Trim(ParaN(e, ligne, 1)), &boite);
+            nom = ChercheFichier(e, Trim(ParaN(e, ligne, 1)), &boite, &chemin);
             if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
+            cherche = true;
         }
         e.Inclusion.Drapeau = QStringLiteral("F");
         LectureCommande lu = LectureCommande::Ok;
-        const QString chemin = Existe(e, nom);
+        if (!cherche) chemin = Existe(e, nom);
         const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu,
                                                              e.Regl ? e.Regl->Fichiers.get() : nullptr);
         if (!t) {
@@ -437,11 +440,17 @@ QString TexteNonTrouve(const QString& nom) {
     return QStringLiteral("Fichier[file] ") + nom + QStringLiteral(" non trouvé[not founf] !");
 }
 
-QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve) {
+QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve, QString* chemin) {
     if (boiteNonTrouve) *boiteNonTrouve = false;
+    QString trouve;
+    auto existe = [&](const QString& candidat) {
+        trouve = Existe(e, candidat);
+        if (chemin) *chemin = trouve;
+        return !trouve.isEmpty();
+    };
     // The candidate that matches is returned as formed (a relative one stands
     // in the working folder): it is the record's name, shown in the boxes.
-    if (!Existe(e, nom).isEmpty()) return nom;
+    if (existe(nom)) return nom;
     const QString prog = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierProgramme)) : QString();
     const QString dossierFichier = e.Regl ? AvecBarreFinale(VersChemin(e.Regl->DossierFichier)) : QString();
     QStringList essais;
@@ -460,7 +469,7 @@ QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve) 
         if (!prog.isEmpty()) essais << prog + nom;
     }
     for (const QString& essai : essais)
-        if (!Existe(e, essai).isEmpty()) return essai;
+        if (existe(essai)) return essai;
     const bool branche3 = (ContientChemin(nom) || nom.contains(u':') || InStr(2, nom, QStringLiteral(".")) > 0) &&
                           nom.contains(u'.');
     if (branche3 && InStrRev(nom, QStringLiteral(".")) == 1 && boiteNonTrouve) *boiteNonTrouve = true;
