@@ -248,20 +248,6 @@ QString NomEnTete(const Etat& e, const QString& texte) {
     return t;
 }
 
-// Whether a stored name, upper-cased, equals an upper-case name; without a
-// copy when the stored name is plain ASCII.
-bool MemeNom(const QString& nom, const QString& haut) {
-    for (QChar ch : nom)
-        if (ch.unicode() >= 0x80) return nom.toUpper() == haut;
-    if (nom.size() != haut.size()) return false;
-    for (int i = 0; i < nom.size(); ++i) {
-        char16_t a = nom[i].unicode();
-        if (a >= u'a' && a <= u'z') a = char16_t(a - 32);
-        if (a != haut[i].unicode()) return false;
-    }
-    return true;
-}
-
 } // namespace
 
 int ChercheVar(Etat& e, const QString& texte, int niveau) {
@@ -269,7 +255,7 @@ int ChercheVar(Etat& e, const QString& texte, int niveau) {
     if (c.NbVar == 0) return 0;
     const QString t = NomEnTete(e, texte);
     for (int i = 1; i <= c.NbVar; ++i)
-        if (!c.NomVar[i].isEmpty() && MemeNom(c.NomVar[i], t)) return i;
+        if (!c.NomVar[i].isEmpty() && MemeTexteMaj(c.NomVar[i], t)) return i;
     return 0;
 }
 
@@ -386,9 +372,12 @@ int RemplaceVar(Etat& e, QString& texte) {
             p = InStr(p + 1, texte, QStringLiteral("%"));
             continue;
         }
-        const QString marque = Mid(texte, p, 7).toUpper();
-        // a. The scope markers.
-        if (marque == MarqueAppelant || marque == MarquePartage) {
+        // a. The scope markers ("%IRE$..."; a name whose first letter is
+        // plain ASCII other than I is none).
+        const QChar premiere = texte[p];
+        const bool peutEtreMarque = premiere == u'I' || premiere == u'i' || premiere.unicode() >= 0x80;
+        const QString marque = peutEtreMarque ? Mid(texte, p, 7).toUpper() : QString();
+        if (peutEtreMarque && (marque == MarqueAppelant || marque == MarquePartage)) {
             const int niveau = NiveauPortee(e, marque);
             const QString nom = u'%' + Mid(texte, p + 7);
             const int slot = ChercheVar(e, nom, niveau);
@@ -414,14 +403,13 @@ int RemplaceVar(Etat& e, QString& texte) {
             const QString nom = c.NomVar[slot];
             const int fin = p + Len(nom); // first character after the name
             QString valeur;
-            if (!e.VarListeCourante.isEmpty() && nom.toUpper() == e.VarListeCourante.toUpper()) {
+            if (!e.VarListeCourante.isEmpty() && MemeTexteMaj(nom, e.VarListeCourante)) {
                 valeur = e.ItemListeCourant; // d. the list being stepped
             } else {
                 valeur = c.ValVar[slot];
                 // c. The guard against endless substitution.
-                const QString suite = Trim(Mid(texte, fin));
-                if ((!valeur.isEmpty() && Trim(valeur) == suite) ||
-                    valeur.toUpper() == nom.toUpper())
+                const QStringView suite = TrimVue(QStringView(texte).mid(std::min<qsizetype>(fin - 1, texte.size())));
+                if ((!valeur.isEmpty() && TrimVue(valeur) == suite) || MemeTexteMaj(valeur, nom))
                     Echec(e, QString()); // a line failure with no text of its own
             }
             int apres = fin;
@@ -453,7 +441,7 @@ int RemplaceVar(Etat& e, QString& texte) {
         resultat = 1;
         p = InStr(p + 1, texte, QStringLiteral("%"));
     }
-    texte.replace(PourcentCache, QStringLiteral("%"));
+    if (texte.contains(PourcentCache)) texte.replace(PourcentCache, QStringLiteral("%"));
     return resultat;
 }
 

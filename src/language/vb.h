@@ -78,6 +78,32 @@ inline QString RTrim(const QString& s) {
 }
 inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
 
+// Trim on a view, without a copy.
+inline QStringView TrimVue(QStringView s) {
+    qsizetype d = 0, n = s.size();
+    while (d < n && s[d] == u' ') ++d;
+    while (n > d && s[n - 1] == u' ') --n;
+    return s.mid(d, n - d);
+}
+
+// UCase(a) == UCase(b), without copies when both are plain ASCII.
+inline bool MemeTexteMaj(QStringView a, QStringView b) {
+    auto ascii = [](QStringView s) {
+        for (QChar c : s)
+            if (c.unicode() >= 0x80) return false;
+        return true;
+    };
+    if (!ascii(a) || !ascii(b)) return a.toString().toUpper() == b.toString().toUpper();
+    if (a.size() != b.size()) return false;
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        char16_t x = a[i].unicode(), y = b[i].unicode();
+        if (x >= u'a' && x <= u'z') x = char16_t(x - 32);
+        if (y >= u'a' && y <= u'z') y = char16_t(y - 32);
+        if (x != y) return false;
+    }
+    return true;
+}
+
 // Replace every occurrence, case-sensitive.
 inline QString Replace(const QString& s, const QString& de, const QString& par) {
     QString r = s;
