@@ -81,7 +81,7 @@ bool LitLigne(Etat& e, CtxFic& c) {
         ligne.replace(u'\t', u' ');
         c.Pos = Entier16(c.FinLigne + 2);
         // A "%name" line without "=" is a stored command.
-        const QString net = Trim(ligne);
+        QString net = Trim(ligne);
         if (net.startsWith(u'%') && !net.contains(u'=')) {
             QString valeur;
             if (!LitVar(e, e.NiveauCourant, net, valeur)) {
@@ -90,10 +90,9 @@ bool LitLigne(Etat& e, CtxFic& c) {
                 e.TexteErreur = TexteNonInitialisee(net);
                 throw ErreurProvoquee("commande stockée");
             }
-            ligne = Trim(valeur);
+            ligne = net = Trim(valeur);
         }
-        const QString t = Trim(ligne);
-        if (t.isEmpty() || t.startsWith(u'\'')) continue;
+        if (net.isEmpty() || net.startsWith(u'\'')) continue;
         e.LigneCourante = ligne;
         return true;
     }
@@ -133,8 +132,8 @@ void Classe(Etat& e, CtxFic& c) {
         coupe = InStr(debut, ligne, QStringLiteral(" "));
         if (coupe == 0) coupe = Len(ligne) + 1;
     }
-    QString mot = Trim(Left(ligne, coupe - 1)).toUpper();
     e.NomAffecte = Trim(Left(ligne, coupe - 1));
+    QString mot = e.NomAffecte.toUpper();
     e.OperAffect.clear();
     e.LigneCourante = Mid(ligne, coupe + 1);
     if (mot.startsWith(u'%')) {
