@@ -63,6 +63,7 @@ SurfacePeinte::SurfacePeinte(GenreSurface genre, double largeurPx, double hauteu
 SurfacePeinte::~SurfacePeinte() { EndDoc(); }
 
 void SurfacePeinte::Ouvre() {
+    vierge_ = false;
     ++page_;
     device_ = fournisseur_(page_);
     if (!device_) return;
@@ -75,6 +76,7 @@ void SurfacePeinte::Ouvre() {
 }
 
 void SurfacePeinte::EndDoc() {
+    vierge_ = false;
     if (painter_) painter_->end();
     painter_.reset();
 }
@@ -93,6 +95,7 @@ const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     const QPen& pen = Stylo(c, w);
@@ -108,6 +111,7 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     painter_->save();
@@ -121,6 +125,7 @@ void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
 void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::optional<double> debut,
                                std::optional<double> fin, const QColor& c, int w,
                                std::optional<QColor> remp) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     const QRectF rect(centre.x() - rx, centre.y() - ry, 2 * rx, 2 * ry);
@@ -160,6 +165,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 }
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     painter_->setPen(QPen(c, std::max(1.0, 1.0 / echelle_)));
@@ -168,6 +174,7 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
+    vierge_ = false;
     if (!painter_) return;
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
@@ -211,6 +218,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
 
 void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
                              const QColor& c) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     // The font's size is meant at the Surface's own resolution; the painter's
@@ -236,6 +244,7 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
 }
 
 void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
+    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     Etend(r);
@@ -244,15 +253,18 @@ void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
 
 void SurfacePeinte::DevEffacer() {
     if (!painter_) return;
+    if (vierge_) return; // cleared, and nothing painted since
     dernier_.reset();
     painter_->save();
     painter_->resetTransform();
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
     painter_->fillRect(QRectF(0, 0, device_->width(), device_->height()), Qt::white);
     painter_->restore();
+    vierge_ = raster_;
 }
 
 void SurfacePeinte::DevNouvellePage() {
+    vierge_ = false;
     dernier_.reset();
     // A paged device (a PDF writer, a printer) takes the next sheet of the
     // same document; any other starts a new picture.
