@@ -20,10 +20,7 @@ namespace {
 // The variables of a parameter, then its text functions.
 QString Substitue(Etat& e, QString piece) {
     if (piece.contains(u'%')) RemplaceVar(e, piece);
-    const QString haut = piece.toUpper();
-    if (haut.contains(QLatin1String("REPL(")) || haut.contains(QLatin1String("UCAS")) ||
-        haut.contains(QLatin1String("RIG")) || haut.contains(QLatin1String("LEF")))
-        FonctionsTexte(e, piece);
+    if (ContientMaj(piece, {"REPL(", "UCAS", "RIG", "LEF"})) FonctionsTexte(e, piece);
     return piece;
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace vb {
 
@@ -77,6 +78,19 @@ inline QString RTrim(const QString& s) {
     return s.left(n);
 }
 inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
+
+// Whether UCase(s) contains one of the upper-case ASCII words; a plain
+// ASCII text is searched without its upper-cased copy.
+inline bool ContientMaj(const QString& s, std::initializer_list<const char*> mots) {
+    bool ascii = true;
+    for (QChar c : s)
+        if (c.unicode() >= 0x80) ascii = false;
+    const QString haut = ascii ? QString() : s.toUpper();
+    for (const char* m : mots)
+        if (ascii ? s.contains(QLatin1String(m), Qt::CaseInsensitive) : haut.contains(QLatin1String(m)))
+            return true;
+    return false;
+}
 
 // Trim on a view, without a copy.
 inline QStringView TrimVue(QStringView s) {
