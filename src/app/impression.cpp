@@ -73,16 +73,13 @@ void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
     p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
     p.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
-    // FormatI turns the sheet; the page must be turned before the job opens.
-    // The first run only looks for it: a program that does not end is cut
-    // short here and stopped by Esc in the run that prints.
+    // The page must be turned before the job opens. A program that does not
+    // end is cut short in the trial run and stopped by Esc in the one that prints.
     Session essai(texte, QSizeF(297, 210), PapierMm(p));
     essai.regl = reglages;
     essai.etat.FichierPrincipal = chemin;
     essai.delai = 2;
-    essai.ExecuteImprimante();
-    p.setPageOrientation(essai.imprimante->Orientation() == 2 ? QPageLayout::Landscape
-                                                              : QPageLayout::Portrait);
+    p.setPageOrientation(essai.FiniPaysage(1) ? QPageLayout::Landscape : QPageLayout::Portrait);
 }
 
 bool ExecuteSurImprimante(Etat& e, QPrinter& p) {

@@ -308,17 +308,14 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     bool paysageDemande = options.paysage;
     PapierEtOrientation(papier, paysageDemande);
     const int orientationDefaut = paysageDemande ? 2 : 1;
-    // A first run on a recording printer tells the final orientation of the
-    // page (FormatI) before any device is made.
+    // The trial run answers as the drawing run will, within the same time limit.
     Session essai(texte, QSizeF(297, 210), papier);
     essai.regl = reglages;
     essai.delai = options.delai;
     essai.etat.FichierPrincipal = chemin;
     essai.hote.Reponses = options.reponses;
     essai.hote.Saisies = options.saisies;
-    essai.etat.Repere.OrientationImprimante = orientationDefaut;
-    essai.ExecuteImprimante();
-    const bool paysage = essai.imprimante->Orientation() == 2;
+    const bool paysage = essai.FiniPaysage(orientationDefaut);
 
     Pages pages;
     pages.format = format;

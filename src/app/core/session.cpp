@@ -87,3 +87,9 @@ void Session::ExecuteImprimante() {
     etat.Repere.ZoomI = 1.0f;
     LanceExecution(etat, imprimante.get());
 }
+
+bool Session::FiniPaysage(int orientation) {
+    etat.Repere.OrientationImprimante = orientation;
+    ExecuteImprimante();
+    return imprimante->Orientation() == 2;
+}

@@ -46,6 +46,11 @@ struct Session {
     void Execute(float zoom = 1.0f);
     // Runs with the printer as the Surface, as printing to paper does.
     void ExecuteImprimante();
+    // A printer run that only looks for the sheet's final orientation: the
+    // program's FormatI turns the sheet, which must be turned before a
+    // printing device is made. The sheet starts in `orientation` (1 portrait,
+    // 2 landscape); true when the program leaves it landscape.
+    bool FiniPaysage(int orientation);
     // Why the last run was stopped before its end; empty when it was not.
     QString Arret() const;
 
