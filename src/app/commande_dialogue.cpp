@@ -68,37 +68,9 @@ QStringList PartiesCondition(const QString& reste) {
              << apres.mid(m.capturedEnd(2)).trimmed();
 }
 
-// The comment area and the image tag split off a description; the rest is
-// the ";" fields.
-struct Description {
-    QString Tete, Commentaire;
-    QString Gras; // the two letters of "@C"
-    QString Image;
-};
-Description Decoupe(const QString& d) {
-    Description r;
-    QStringList tete, commentaire;
-    int zone = 0; // 0 head, 1 comment
-    for (const QString& l : d.split(u'\n')) {
-        if (l.startsWith(QLatin1String("@I "))) {
-            r.Image = l.mid(3);
-            break;
-        }
-        if (l.startsWith(QLatin1String("@C "))) {
-            r.Gras = l.mid(3, 2);
-            zone = 1;
-            continue;
-        }
-        (zone ? commentaire : tete) << l;
-    }
-    r.Tete = tete.join(u'\n');
-    r.Commentaire = commentaire.join(u'\n');
-    return r;
-}
-
 // The list form: every command, then the external ones.
 void FormeListe(ModeleMasque& m, const Reglages& r, int decalage, const QString& titre) {
-    const Description d = Decoupe(TableChaines::Standard().Texte(341 + decalage));
+    const DescriptionParametres d = DecoupeDescription(TableChaines::Standard().Texte(341 + decalage));
     m.Sorte = ModeleMasque::Genre::Liste;
     m.Titre = titre.isEmpty() ? d.Tete.section(u';', 0, 0) : titre;
     m.Commentaire = d.Commentaire + QStringLiteral("\n\nListe des commandes externes: ") +
@@ -295,7 +267,7 @@ ModeleMasque ConstruitMasque(const QString& ligne, const Reglages& r, int decala
             params.prepend(QString());
     }
 
-    const Description d = Decoupe(*description);
+    const DescriptionParametres d = DecoupeDescription(*description);
     const QStringList champs = d.Tete.split(u';');
     m.Titre = champs.value(0) + QStringLiteral(" : ") + titreMot;
     const bool joint = m.Sorte == ModeleMasque::Genre::Variable || m.Sorte == ModeleMasque::Genre::Condition ||

@@ -16,17 +16,12 @@ int SujetRangee(const RangeeSyntaxe& r) {
     return SujetAide(QString::fromLatin1(r.Mots).section(u' ', 0, 0));
 }
 
-// A parameter description, as the command dialog reads it:
-// "title;param;param$sub...", then after "\n@C LB\n" lines of notes.
-// Parameters in a list, "$" shown as "§".
+// A parameter description as a list of its parameters and its notes,
+// "$" shown as "§".
 QString HtmlDescription(const QString& description) {
-    const int n = int(description.indexOf(QStringLiteral("\n@C")));
-    const QString tete = n < 0 ? description : description.left(n);
-    QString notes;
-    if (n >= 0) {
-        const int debut = int(description.indexOf(u'\n', n + 1));
-        notes = debut < 0 ? QString() : description.mid(debut + 1);
-    }
+    const DescriptionParametres d = DecoupeDescription(description);
+    const QString& tete = d.Tete;
+    const QString& notes = d.Commentaire;
     const QStringList champs = tete.split(u';');
     QString h = QStringLiteral("<p><b>") + Echappe(champs.value(0)) + QStringLiteral("</b></p>");
     if (champs.size() > 1) {
@@ -50,6 +45,27 @@ QString Entete(const TableChaines& t, int d) {
 }
 
 } // namespace
+
+DescriptionParametres DecoupeDescription(const QString& description) {
+    DescriptionParametres r;
+    QStringList tete, commentaire;
+    bool dansCommentaire = false;
+    for (const QString& l : description.split(u'\n')) {
+        if (l.startsWith(QLatin1String("@I "))) {
+            r.Image = l.mid(3);
+            break;
+        }
+        if (l.startsWith(QLatin1String("@C "))) {
+            r.Gras = l.mid(3, 2);
+            dansCommentaire = true;
+            continue;
+        }
+        (dansCommentaire ? commentaire : tete) << l;
+    }
+    r.Tete = tete.join(u'\n');
+    r.Commentaire = commentaire.join(u'\n');
+    return r;
+}
 
 const QVector<RangeeSyntaxe>& RangeesSyntaxe() {
     static const QVector<RangeeSyntaxe> r = {

@@ -23,6 +23,17 @@ struct RangeeSyntaxe {
 };
 const QVector<RangeeSyntaxe>& RangeesSyntaxe();
 
+// A parameter description (rows 301 to 370, the "'$" sections of external
+// commands) taken apart: the ";" fields of its head ("title;param;param$sub"),
+// then, after a line "@C xy" (x the comment's alignment L/C/R, y B for
+// bold), the comment's lines, up to a line "@I" that names the picture.
+struct DescriptionParametres {
+    QString Tete, Commentaire;
+    QString Gras; // the two letters of "@C"
+    QString Image;
+};
+DescriptionParametres DecoupeDescription(const QString& description);
+
 // The syntax row of a keyword in upper case: 248 for a "%" variable, 241 (the
 // unknown command) for a keyword without a row.
 int RangSyntaxe(const QString& mot);
