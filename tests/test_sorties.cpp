@@ -136,7 +136,8 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     }
     struct Cas { const char* programme; bool hors; };
     for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false}, Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
-                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true}}) {
+                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true},
+                         Cas{"CercleP = -5, 20, 10,,,BLANC\n", false}}) { // white leaves no ink
         const SortieProcessus r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
         EXPECT_EQ(r.code, 0) << c.programme;
         EXPECT_EQ(r.err.contains("runs off the page"), c.hors) << c.programme << r.err.constData();

@@ -24,7 +24,8 @@ public:
     void EndDoc() override;
     int Pages() const { return page_; }
     // The extent of what was drawn, in device pixels of the Surface, over all
-    // pages (points left out: the off-page PSet readies the pen on purpose).
+    // pages (points left out: the off-page PSet readies the pen on purpose;
+    // white marks left out: no ink).
     QRectF Encre() const { return encre_; }
 
 protected:
@@ -59,6 +60,12 @@ private:
     };
     std::optional<StyloFait> stylo_;
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
+    // Whether a mark leaves ink: white on the white sheet leaves none (the
+    // hidden markers of the centre commands), so it is never reported cut off.
+    static bool Encre(const QColor& trait, std::optional<QColor> remplissage = std::nullopt) {
+        const auto blanc = [](const QColor& c) { return c.rgb() == qRgb(255, 255, 255); };
+        return !blanc(trait) || (remplissage && !blanc(*remplissage));
+    }
     // The last filled polygon painted, when nothing came since: the band of
     // a gradient before the next one. `rectangle` when it is a rectangle on
     // whole pixels of the device (see DevPolygone).
