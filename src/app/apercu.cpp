@@ -5,6 +5,7 @@
 #include "app/fenetre.h"
 #include "drawing/repere.h"
 #include "drawing/surface.h"
+#include "language/chaines.h"
 #include "language/erreur.h"
 #include "language/hote.h"
 #include "language/interprete.h"
@@ -139,28 +140,9 @@ private:
 
 } // namespace
 
-// The menu's letter is one that no other title of the bar takes.
 TextesVue TextesDeVue(int langue) {
-    switch (langue) {
-    case 0:
-        return {QStringLiteral("V&ue"), QStringLiteral("&Ajuster le dessin"),
-                QStringLiteral("Aperçu en &direct"), QStringLiteral("Aperçu arrêté ligne %1 (%2) : F4 exécute tout"),
-                QStringLiteral("trop long")};
-    case 800:
-        return {QStringLiteral("A&nsicht"), QStringLiteral("Zeichnung &einpassen"),
-                QStringLiteral("&Live-Vorschau"),
-                QStringLiteral("Vorschau angehalten in Zeile %1 (%2): F4 führt alles aus"),
-                QStringLiteral("zu lang")};
-    case 1200:
-        return {QStringLiteral("V&ista"), QStringLiteral("&Ajustar el dibujo"),
-                QStringLiteral("Vista previa en &directo"),
-                QStringLiteral("Vista previa detenida en la línea %1 (%2): F4 lo ejecuta todo"),
-                QStringLiteral("demasiado largo")};
-    default:
-        return {QStringLiteral("Vie&w"), QStringLiteral("&Fit the drawing"), QStringLiteral("&Live preview"),
-                QStringLiteral("Preview stopped at line %1 (%2): F4 runs everything"),
-                QStringLiteral("too long")};
-    }
+    const auto t = [langue](int n) { return LoadResString(n + langue); };
+    return {t(371), t(372), t(373), t(374), t(375)};
 }
 
 QString TexteArretApercu(int langue, int ligne, const QString& raison) {

@@ -5,6 +5,7 @@
 #include "app/core/rendu.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "language/chaines.h"
 
 #include <QAction>
 #include <QApplication>
@@ -21,25 +22,10 @@ struct TextesExport {
     QString Titre, Page, Orientation, Portrait, Paysage, Dpi, Contours;
 };
 
+// The dialog's labels, one a line of their row.
 TextesExport TextesDExport(int langue) {
-    switch (langue) {
-    case 0:
-        return {QStringLiteral("Exporter"), QStringLiteral("Page"), QStringLiteral("Orientation"),
-                QStringLiteral("Portrait"), QStringLiteral("Paysage"), QStringLiteral("Résolution (dpi)"),
-                QStringLiteral("Texte en contours (gravure laser)")};
-    case 800:
-        return {QStringLiteral("Exportieren"), QStringLiteral("Seite"), QStringLiteral("Ausrichtung"),
-                QStringLiteral("Hochformat"), QStringLiteral("Querformat"), QStringLiteral("Auflösung (dpi)"),
-                QStringLiteral("Text als Konturen (Lasergravur)")};
-    case 1200:
-        return {QStringLiteral("Exportar"), QStringLiteral("Página"), QStringLiteral("Orientación"),
-                QStringLiteral("Vertical"), QStringLiteral("Horizontal"), QStringLiteral("Resolución (ppp)"),
-                QStringLiteral("Texto en contornos (grabado láser)")};
-    default:
-        return {QStringLiteral("Export"), QStringLiteral("Page"), QStringLiteral("Orientation"),
-                QStringLiteral("Portrait"), QStringLiteral("Landscape"), QStringLiteral("Resolution (dpi)"),
-                QStringLiteral("Text as outlines (laser engraving)")};
-    }
+    const QStringList l = LoadResString(376 + langue).split(u'\n');
+    return {l.value(0), l.value(1), l.value(2), l.value(3), l.value(4), l.value(5), l.value(6)};
 }
 
 const struct {

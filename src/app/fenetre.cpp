@@ -75,16 +75,8 @@ QString UnTab(QString t) {
 }
 
 
-// The export entries have no string table rows: one caption per language
-// section.
-QString TexteExport(int langue, const QString& format) {
-    switch (langue) {
-    case 0: return QStringLiteral("E&xporter en %1...").arg(format);
-    case 800: return QStringLiteral("Als %1 e&xportieren...").arg(format);
-    case 1200: return QStringLiteral("E&xportar a %1...").arg(format);
-    default: return QStringLiteral("E&xport to %1...").arg(format);
-    }
-}
+// The caption of an export entry.
+QString TexteExport(int langue, const QString& format) { return LoadResString(377 + langue).arg(format); }
 
 } // namespace
 

@@ -145,14 +145,7 @@ std::optional<float> ZoomSaisi(const QString& reponse) {
     return z > 0 ? z : 1.0f;
 }
 
-QString TexteSansImprimante(int langue) {
-    switch (langue) {
-    case 0: return QStringLiteral("(aucune imprimante installée)");
-    case 800: return QStringLiteral("(kein Drucker installiert)");
-    case 1200: return QStringLiteral("(ninguna impresora instalada)");
-    default: return QStringLiteral("(no printer installed)");
-    }
-}
+QString TexteSansImprimante(int langue) { return LoadResString(378 + langue); }
 
 // --- the dialogs
 
