@@ -56,9 +56,9 @@ ResultatImpression Refus(const QPrinter& p) {
     return r;
 }
 
-void MontreRefus(Boites& boites, QWidget* fenetre, const QPrinter& p) {
-    boites.Message(fenetre, TitreBoite, QStringLiteral("The printer %1 refused the job.").arg(p.printerName()),
-                   Boutons::Ok, Icone::Critique);
+void MontreRefus(Boites& boites, QWidget* fenetre, const QPrinter& p, int langue) {
+    boites.Message(fenetre, TitreBoite, LoadResString(379 + langue).arg(p.printerName()), Boutons::Ok,
+                   Icone::Critique);
 }
 
 } // namespace
@@ -208,7 +208,7 @@ bool Form1::Imprimer(QPrinter* cible) {
     r.CTx = r.CTy = 0;
     e.ArretDemande = false;
     RelanceSansZoom();
-    if (!accepte) MontreRefus(*s_.boites, this, p);
+    if (!accepte) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
     return accepte;
 }
 
@@ -284,6 +284,6 @@ bool Form1::Imprime_Code() {
     p.setDocName(TitreTravail(FichierCourant));
     const bool accepte = ImprimeListing(p, doc, PrepareListing(doc, entete));
     QApplication::restoreOverrideCursor();
-    if (!accepte) MontreRefus(*s_.boites, this, p);
+    if (!accepte) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
     return accepte;
 }
