@@ -100,9 +100,9 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     dernier_.reset();
     const QPen& pen = Stylo(c, w);
     const double m = pen.widthF() / 2;
-    if (Encre(c))
-        Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
-                     QPointF(std::max(a.x(), b.x()) + m, std::max(a.y(), b.y()) + m)));
+    Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
+                 QPointF(std::max(a.x(), b.x()) + m, std::max(a.y(), b.y()) + m)),
+          c);
     painter_->setPen(pen);
     if (a == b) {
         painter_->drawPoint(a);
@@ -134,7 +134,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
     painter_->setPen(Stylo(c, w));
     painter_->setBrush(remp ? QBrush(*remp) : Qt::NoBrush);
     if (!debut && !fin) {
-        if (Encre(c, remp)) Etend(rect.adjusted(-m, -m, m, m));
+        Etend(rect.adjusted(-m, -m, m, m), c, remp);
         painter_->drawEllipse(rect);
         return;
     }
@@ -158,7 +158,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
     chemin.arcTo(rect, d * DegParRad, balayage * DegParRad);
     if (rayon1) chemin.lineTo(centre);
     if (rayon0 && rayon1) chemin.closeSubpath();
-    if (Encre(c, remp)) Etend(chemin.boundingRect().adjusted(-m, -m, m, m));
+    Etend(chemin.boundingRect().adjusted(-m, -m, m, m), c, remp);
     // Only closed figures are filled: a full turn or a pie with both radius
     // lines. An open arc is stroked only, whatever FillStyle says.
     if (remp && rayon0 && rayon1) painter_->drawPath(chemin);
@@ -187,7 +187,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
     // a polygon and the same pixels. A vector file (PDF, SVG, a printer) keeps
     // its polygons and their seam mending: it is seen at any resolution.
     const std::optional<QRectF> rectangle = raster_ ? RectanglePixels(pts, echelle_) : std::nullopt;
-    if (Encre(c, remp)) Etend((rectangle ? *rectangle : QPolygonF(pts).boundingRect()).adjusted(-m, -m, m, m));
+    Etend((rectangle ? *rectangle : QPolygonF(pts).boundingRect()).adjusted(-m, -m, m, m), c, remp);
     // The next band of a gradient: the former band's colour goes under both
     // first, so that the new band's antialiased edge blends into it rather
     // than into the paper, and no light seam shows at any resolution.
@@ -239,7 +239,7 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
     t.translate(p.x(), p.y());
     t.rotate(-angle);
     t.scale(k, k);
-    if (Encre(c)) Etend(t.mapRect(QFontMetricsF(fd).boundingRect(texte)));
+    Etend(t.mapRect(QFontMetricsF(fd).boundingRect(texte)), c);
     painter_->drawText(QPointF(0, 0), texte);
     painter_->restore();
 }

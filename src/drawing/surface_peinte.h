@@ -59,13 +59,17 @@ private:
         QPen pen;
     };
     std::optional<StyloFait> stylo_;
-    void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
-    // Whether a mark leaves ink: white on the white sheet leaves none (the
-    // hidden markers of the centre commands), so it is never reported cut off.
-    static bool Encre(const QColor& trait, std::optional<QColor> remplissage = std::nullopt) {
+    // The ink box takes in the box of a mark. A white mark on the white sheet
+    // leaves no ink (the hidden markers of the centre commands), so it is
+    // never reported cut off. A box already inside costs no colour test: a
+    // colour chart paints a million cells.
+    void Etend(const QRectF& r, const QColor& trait, const std::optional<QColor>& remplissage = std::nullopt) {
+        if (!encre_.isNull() && encre_.contains(r)) return;
         const auto blanc = [](const QColor& c) { return c.rgb() == qRgb(255, 255, 255); };
-        return !blanc(trait) || (remplissage && !blanc(*remplissage));
+        if (blanc(trait) && (!remplissage || blanc(*remplissage))) return;
+        encre_ = encre_.isNull() ? r : encre_.united(r);
     }
+    void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
     // The last filled polygon painted, when nothing came since: the band of
     // a gradient before the next one. `rectangle` when it is a rectangle on
     // whole pixels of the device (see DevPolygone).
