@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 
 namespace vb {
@@ -79,16 +80,24 @@ inline QString RTrim(const QString& s) {
 }
 inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
 
-// Whether UCase(s) contains one of the upper-case ASCII words; a plain
-// ASCII text is searched without its upper-cased copy.
+// Whether UCase(s) contains one of the upper-case ASCII words (each starting
+// with a letter); a plain ASCII text is searched without its upper-cased
+// copy, and not at all for a word whose first letter it lacks.
 inline bool ContientMaj(const QString& s, std::initializer_list<const char*> mots) {
     bool ascii = true;
-    for (QChar c : s)
-        if (c.unicode() >= 0x80) ascii = false;
+    uint32_t lettres = 0; // the letters of the text, A to Z
+    for (QChar c : s) {
+        char16_t u = c.unicode();
+        if (u >= 0x80) ascii = false;
+        if (u >= u'a' && u <= u'z') u = char16_t(u - 32);
+        if (u >= u'A' && u <= u'Z') lettres |= 1u << (u - u'A');
+    }
     const QString haut = ascii ? QString() : s.toUpper();
-    for (const char* m : mots)
+    for (const char* m : mots) {
+        if (ascii && !(lettres & (1u << (m[0] - 'A')))) continue; // its first letter is absent
         if (ascii ? s.contains(QLatin1String(m), Qt::CaseInsensitive) : haut.contains(QLatin1String(m)))
             return true;
+    }
     return false;
 }
 
