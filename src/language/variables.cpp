@@ -15,6 +15,7 @@
 #include <QLocale>
 
 #include <cmath>
+#include <string_view>
 
 using namespace vb;
 
@@ -198,16 +199,8 @@ QString TexteNonInitialisee(const QString& nom) {
 
 namespace {
 
-// Whether a character is one at which a variable's name ends.
-bool CoupeNom(QChar ch, QChar sep1, QChar sep2) {
-    switch (ch.unicode()) {
-    case u'=': case u' ': case u'\u00B0': case u'+': case u'-': case u'*': case u'/':
-    case u'^': case u')': case u'<': case u'>': case u'"':
-        return true;
-    default:
-        return ch == sep1 || ch == sep2;
-    }
-}
+// The characters at which a variable's name ends, besides the separators.
+constexpr std::u16string_view FinsDeNom = u"= \u00B0+-*/^)<>\"";
 
 // The upper-case name at the start of a text: trimmed, and cut at the first
 // character that ends a name (operators, blanks, the separators). The quick
@@ -221,13 +214,14 @@ QString NomEnTete(const Etat& e, const QString& texte) {
     auto simple = [](const QString& sep) { return sep.size() == 1 && sep[0].unicode() < 0x100 && sep[0] != u'\u00DF'; };
     if (simple(s1) && simple(s2)) {
         const QChar sep1 = s1[0].toUpper(), sep2 = s2[0].toUpper();
+        auto coupe = [&](QChar ch) { return FinsDeNom.find(ch.unicode()) != std::u16string_view::npos || ch == sep1 || ch == sep2; };
         int debut = 0;
         while (debut < texte.size() && texte[debut] == u' ') ++debut;
         int fin = debut;
         bool ascii = true;
         for (; fin < texte.size(); ++fin) {
             const QChar ch = texte[fin];
-            if (CoupeNom(ch.toUpper(), sep1, sep2)) break;
+            if (coupe(ch.toUpper())) break;
             if (ch.unicode() >= 0x80) {
                 ascii = false;
                 break;
@@ -236,11 +230,8 @@ QString NomEnTete(const Etat& e, const QString& texte) {
         if (ascii) return texte.mid(debut, fin - debut).toUpper();
     }
     QString t = Trim(texte.toUpper());
-    const QString coupures[] = {QStringLiteral("="), QStringLiteral(" "), QStringLiteral("\u00B0"),
-                                QStringLiteral("+"), QStringLiteral("-"), QStringLiteral("*"),
-                                QStringLiteral("/"), QStringLiteral("^"), QStringLiteral(")"),
-                                s1.toUpper(), s2.toUpper(),
-                                QStringLiteral("<"), QStringLiteral(">"), QStringLiteral("\"")};
+    QStringList coupures = {s1.toUpper(), s2.toUpper()};
+    for (char16_t c : FinsDeNom) coupures << QString(QChar(c));
     for (const QString& cp : coupures) {
         const int i = InStr(t, cp);
         if (i > 0) t = Left(t, i - 1);

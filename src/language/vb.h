@@ -50,20 +50,27 @@ inline int InStrRev(const QString& s, const QString& cherche, int debut = -1) {
 
 inline QString UCase(const QString& s) { return s.toUpper(); }
 
-// Whether UCase(s) starts with an upper-case ASCII word, without upper-casing
-// the whole text when its first characters are plain ASCII (upper-casing
-// other characters may change the text's length).
-inline bool CommenceMaj(const QString& s, QLatin1String mot) {
-    const qsizetype n = std::min<qsizetype>(s.size(), mot.size());
-    for (qsizetype i = 0; i < n; ++i)
-        if (s[i].unicode() >= 0x80) return s.toUpper().startsWith(mot);
-    if (s.size() < mot.size()) return false;
-    for (qsizetype i = 0; i < n; ++i) {
-        char16_t c = s[i].unicode();
-        if (c >= u'a' && c <= u'z') c = char16_t(c - 32);
-        if (c != char16_t(uchar(mot[i].toLatin1()))) return false;
-    }
+// Plain ASCII text: upper-casing it keeps its length and maps a-z to A-Z
+// only, so it can be compared without an upper-cased copy.
+inline bool EstAscii(QStringView s) {
+    for (QChar c : s)
+        if (c.unicode() >= 0x80) return false;
     return true;
+}
+
+// UCase(a) == UCase(b), without copies when both are plain ASCII.
+inline bool MemeTexteMaj(QStringView a, QStringView b) {
+    if (!EstAscii(a) || !EstAscii(b)) return a.toString().toUpper() == b.toString().toUpper();
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+// Whether UCase(s) starts with an upper-case ASCII word (other characters
+// than ASCII in its first ones: the whole text is upper-cased, as that may
+// change its length).
+inline bool CommenceMaj(const QString& s, QLatin1String mot) {
+    const QStringView tete = QStringView(s).left(mot.size());
+    if (!EstAscii(tete)) return s.toUpper().startsWith(mot);
+    return tete.size() == mot.size() && tete.compare(mot, Qt::CaseInsensitive) == 0;
 }
 inline QString LCase(const QString& s) { return s.toLower(); }
 
@@ -84,13 +91,11 @@ inline QString Trim(const QString& s) { return LTrim(RTrim(s)); }
 // with a letter); a plain ASCII text is searched without its upper-cased
 // copy, and not at all for a word whose first letter it lacks.
 inline bool ContientMaj(const QString& s, std::initializer_list<const char*> mots) {
-    bool ascii = true;
+    const bool ascii = EstAscii(s);
     uint32_t lettres = 0; // the letters of the text, A to Z
     for (QChar c : s) {
-        char16_t u = c.unicode();
-        if (u >= 0x80) ascii = false;
-        if (u >= u'a' && u <= u'z') u = char16_t(u - 32);
-        if (u >= u'A' && u <= u'Z') lettres |= 1u << (u - u'A');
+        const char16_t u = c.unicode() | 0x20; // a lower-case letter's code either way
+        if (u >= u'a' && u <= u'z') lettres |= 1u << (u - u'a');
     }
     const QString haut = ascii ? QString() : s.toUpper();
     for (const char* m : mots) {
@@ -107,24 +112,6 @@ inline QStringView TrimVue(QStringView s) {
     while (d < n && s[d] == u' ') ++d;
     while (n > d && s[n - 1] == u' ') --n;
     return s.mid(d, n - d);
-}
-
-// UCase(a) == UCase(b), without copies when both are plain ASCII.
-inline bool MemeTexteMaj(QStringView a, QStringView b) {
-    auto ascii = [](QStringView s) {
-        for (QChar c : s)
-            if (c.unicode() >= 0x80) return false;
-        return true;
-    };
-    if (!ascii(a) || !ascii(b)) return a.toString().toUpper() == b.toString().toUpper();
-    if (a.size() != b.size()) return false;
-    for (qsizetype i = 0; i < a.size(); ++i) {
-        char16_t x = a[i].unicode(), y = b[i].unicode();
-        if (x >= u'a' && x <= u'z') x = char16_t(x - 32);
-        if (y >= u'a' && y <= u'z') y = char16_t(y - 32);
-        if (x != y) return false;
-    }
-    return true;
 }
 
 // Replace every occurrence, case-sensitive.
