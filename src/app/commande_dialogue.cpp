@@ -8,6 +8,7 @@
 #include "app/impression.h"
 #include "app/recherche.h"
 #include "language/chaines.h"
+#include "language/constantes.h"
 #include "language/etat.h"
 
 #include <QCloseEvent>
@@ -28,13 +29,7 @@
 
 namespace {
 
-// The first "'" of a line that is not the sequence double quote, apostrophe,
-// double quote (an apostrophe written as a text); -1 when there is none.
-int DebutCommentaire(const QString& t) {
-    for (int p = int(t.indexOf(u'\'')); p >= 0; p = int(t.indexOf(u'\'', p + 1)))
-        if (!(p > 0 && p + 1 < t.size() && t[p - 1] == u'"' && t[p + 1] == u'"')) return p;
-    return -1;
-}
+constexpr double DegRad = Litteraux::DegRad, Pi = Litteraux::Pi;
 
 bool EstOptionnel(const QString& libelle) {
     const QString t = libelle.trimmed();
@@ -98,7 +93,7 @@ LigneSousCaret LigneLogique(const QTextDocument& doc, int ligneCaret) {
     QString texte;
     for (;;) {
         const QString t = b.text();
-        const int c = DebutCommentaire(t);
+        const int c = Editeur::DebutCommentaire(t);
         if (c >= 0) {
             const QString avant = texte + t.left(c);
             const QString net = avant.trimmed();
@@ -157,8 +152,8 @@ std::optional<QString> Masque(const QString& cle, const Reglages& r, int decalag
     }
     for (int i = 0; i < r.CommandesExternes.size(); ++i) {
         if (r.CommandesExternes[i].toUpper() != cle) continue;
-        const std::optional<QString> d = DescriptionCommandeExterne(r, i + 1, r.LangueMessages / 400 + 1,
-                                                                   decalage / 400 + 1);
+        const std::optional<QString> d = DescriptionCommandeExterne(r, i + 1, r.LangueMessages / PasLangue + 1,
+                                                                   decalage / PasLangue + 1);
         if (d) return d;
         valide = false;
         return t.Texte(359 + decalage);
@@ -185,8 +180,8 @@ void RepAVLV(QList<RangMasque>& rangs, int n) {
         return;
     const double dx = qx - px, dy = qy - py, d = std::hypot(dx, dy);
     double a = d == 0 ? 0 : std::asin(dy / d);
-    if (dx < 0) a = 3.14159265358979 - a;
-    angle = Nombre1(a / 0.017453293) + u'°';
+    if (dx < 0) a = Pi - a;
+    angle = Nombre1(a / DegRad) + u'°';
     longueur = Nombre1(d);
 }
 
@@ -387,7 +382,7 @@ void DessineImage(QPainter& p, int n, const QRectF& r) {
     switch (n) {
     case 1: {
         p.drawLine(o, o + QPointF(l * std::cos(0.5), -l * std::sin(0.5)));
-        p.drawArc(QRectF(o.x() - l * 0.6, o.y() - l * 0.6, l * 1.2, l * 1.2), 0, int(0.5 / 0.017453293 * 16));
+        p.drawArc(QRectF(o.x() - l * 0.6, o.y() - l * 0.6, l * 1.2, l * 1.2), 0, int(0.5 / DegRad * 16));
         break;
     }
     case 2: p.drawArc(QRectF(o.x() - l * 0.2, o.y() - l * 0.8, l, l), 30 * 16, 120 * 16); break;
@@ -437,9 +432,7 @@ FrmCmd::FrmCmd(QWidget* parent, ModeleMasque modele, Boites& boites, const QStri
         avant = e;
         ParaTxt << l;
         ParaVal << e;
-        connect(e, &QLineEdit::textEdited, this, [this] {
-            if (ChargeFini && m_.Valide) Cmd_OK->setEnabled(true);
-        });
+        connect(e, &QLineEdit::textEdited, this, &FrmCmd::ActiveOK);
     }
     v->addLayout(grille);
 
@@ -501,7 +494,11 @@ void FrmCmd::Remplit(const QString& t) {
     const int i = RangActif();
     if (i < 0 || t.isEmpty()) return;
     ParaVal[i]->setText(t);
-    emit ParaVal[i]->textEdited(t);
+    ActiveOK();
+}
+
+void FrmCmd::ActiveOK() {
+    if (ChargeFini && m_.Valide) Cmd_OK->setEnabled(true);
 }
 
 void FrmCmd::Couleur() {

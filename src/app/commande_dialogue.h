@@ -111,6 +111,7 @@ protected:
 private:
     int RangActif() const;
     void Remplit(const QString& t); // the focused row takes t, as if typed
+    void ActiveOK();                // a change of a row: OK on, once the form is ready
     void Couleur();
     void Police(bool ecran);
     void Fichiers(bool plusieurs);

@@ -149,6 +149,12 @@ bool Editeur::LigneRouge(int ligne) const {
     return true;
 }
 
+int Editeur::DebutCommentaire(const QString& t, int depuis) {
+    for (int p = int(t.indexOf(u'\'', depuis)); p >= 0; p = int(t.indexOf(u'\'', p + 1)))
+        if (!(p > 0 && p + 1 < t.size() && t[p - 1] == u'"' && t[p + 1] == u'"')) return p;
+    return -1;
+}
+
 void Editeur::BornesMotCle(const QString& ligne, int& debut, int& fin) {
     const QString haut = ligne.toUpper();
     debut = 0;
@@ -237,9 +243,7 @@ void Editeur::ColoreSegment(int ligne, int decalage, int profondeur) {
     // 6.
     const QString motHaut = orth.toUpper();
     if (!motHaut.startsWith(QLatin1String("TEXTE")) && !motHaut.startsWith(QLatin1String("LISTEVAR"))) {
-        int p = int(t.indexOf(u'\'', kf));
-        while (p > 0 && p + 1 < t.size() && t[p - 1] == u'"' && t[p + 1] == u'"')
-            p = int(t.indexOf(u'\'', p + 1));
+        const int p = DebutCommentaire(t, kf);
         if (p >= 0) Peint(base + p, L - p, Vert);
     }
     // 7.

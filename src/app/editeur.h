@@ -64,6 +64,10 @@ public:
     // The keyword of a line as the colouring splits it:
     // 0-based start and end (exclusive) in `ligne`, tabs already blanks.
     static void BornesMotCle(const QString& ligne, int& debut, int& fin);
+    // The first "'" of a line from `depuis` that is not the sequence double
+    // quote, apostrophe, double quote (an apostrophe written as a text); -1
+    // when there is none.
+    static int DebutCommentaire(const QString& ligne, int depuis = 0);
     // The spelling of a keyword: canonical, alias or external command; empty
     // when the word is none of them. Colouring a line rewrites its keyword so.
     QString Orthographe(const QString& mot) const;

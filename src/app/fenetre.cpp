@@ -517,8 +517,7 @@ void Form1::Debut(const QString& ligneCommande) {
         const QString chemin = QFileInfo(nom).absoluteFilePath();
         // Its run comes at step 12; a meter file is imported.
         charge = CommandeFichier([this, &chemin](EtatFichiers& ef, FenetreFichiers& p) {
-            return EstFichierMeter(chemin) ? ChargeMeter(ef, regl, p, chemin, false)
-                                           : ChargeFichier(ef, p, chemin, false);
+            return ChargeSelonType(ef, regl, p, chemin, false);
         });
     }
     if (!charge) Mnu_Ouvrir_Click();

@@ -31,18 +31,16 @@ QString FichierDepose(const QMimeData* donnees) {
     const QUrl u = donnees->urls().first();
     if (!u.isLocalFile()) return {};
     const QString chemin = u.toLocalFile();
-    const QString suffixe = QFileInfo(chemin).suffix().toLower();
-    return suffixe == QLatin1String("dat") || suffixe == QLatin1String("mtr") ? chemin : QString();
+    const bool texte = QFileInfo(chemin).suffix().compare(ExtensionEnregistrer, Qt::CaseInsensitive) == 0;
+    return texte || EstFichierMeter(chemin) ? chemin : QString();
 }
 
 bool TraduitQt(int decalage, QObject* proprietaire) {
     const QString nom = QStringLiteral("MirelTraductionQt");
     delete proprietaire->findChild<QTranslator*>(nom, Qt::FindDirectChildrenOnly);
-    QString code;
-    if (decalage == 0) code = QStringLiteral("fr");
-    else if (decalage == 800) code = QStringLiteral("de");
-    else if (decalage == 1200) code = QStringLiteral("es");
-    if (code.isEmpty()) return false;
+    // The section's language code (row 8); Qt's own texts are English already.
+    const QString code = LoadResString(8 + decalage);
+    if (code.isEmpty() || code == QLatin1String("en")) return false;
     auto* t = new QTranslator(proprietaire);
     t->setObjectName(nom);
     if (!t->load(QStringLiteral("qt_") + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
@@ -123,7 +121,7 @@ bool UsageFenetre::Ouvre(const QString& chemin) {
             p.Message(MessageDesinstalleur(chemin), Boutons::Ok);
             return false;
         }
-        return EstFichierMeter(chemin) ? ChargeMeter(ef, r, p, chemin) : ChargeFichier(ef, p, chemin);
+        return ChargeSelonType(ef, r, p, chemin);
     });
 }
 
@@ -159,9 +157,8 @@ bool UsageFenetre::VerifieDisque() {
     if (r != Reponse::Oui) return false;
     const QString chemin = suivi_;
     const Reglages& reg = f_.regl;
-    return f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) {
-        return EstFichierMeter(chemin) ? ChargeMeter(ef, reg, p, chemin) : ChargeFichier(ef, p, chemin);
-    });
+    return f_.CommandeFichier(
+        [&](EtatFichiers& ef, FenetreFichiers& p) { return ChargeSelonType(ef, reg, p, chemin); });
 }
 
 bool UsageFenetre::eventFilter(QObject* objet, QEvent* ev) {

@@ -171,6 +171,12 @@ ImportMeter ImporteMeter(const QString& contenu, const QString& chemin, QSizeF p
     return r;
 }
 
+bool ChargeSelonType(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const QString& chemin,
+                     bool visualiser) {
+    return EstFichierMeter(chemin) ? ChargeMeter(e, r, f, chemin, visualiser)
+                                   : ChargeFichier(e, f, chemin, visualiser);
+}
+
 bool ChargeMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const QString& chemin,
                  bool visualiser) {
     QString erreur;

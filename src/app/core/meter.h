@@ -28,5 +28,9 @@ ImportMeter ImporteMeter(const QString& contenu, const QString& chemin, QSizeF p
 // it was.
 bool ChargeMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const QString& chemin,
                  bool visualiser = true);
+// A file opened by its path (recent files, a dropped file, a reload, the
+// start-up file): a `.mtr` file is imported, any other loaded as a text.
+bool ChargeSelonType(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const QString& chemin,
+                     bool visualiser = true);
 // `Mnu_OuvrirMeter`: the question, the Open dialog for `.mtr` files, the import.
 bool Mnu_OuvrirMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f);
