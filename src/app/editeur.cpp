@@ -149,6 +149,13 @@ bool Editeur::LigneRouge(int ligne) const {
     return true;
 }
 
+QFont Editeur::Police() {
+    QFont police(QStringLiteral("Courier New"));
+    police.setStyleHint(QFont::Monospace);
+    police.setPointSizeF(10);
+    return police;
+}
+
 int Editeur::DebutCommentaire(const QString& t, int depuis) {
     for (int p = int(t.indexOf(u'\'', depuis)); p >= 0; p = int(t.indexOf(u'\'', p + 1)))
         if (!(p > 0 && p + 1 < t.size() && t[p - 1] == u'"' && t[p + 1] == u'"')) return p;

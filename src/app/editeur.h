@@ -80,6 +80,8 @@ public:
     static QString MotSyntaxe(const QString& ligne, bool apresSuite);
 
     static const QColor Noir, Bleu, Vert, Rouge;
+    // The editor's font, which the printed listing takes too.
+    static QFont Police();
 
 signals:
     void ligneChangee(int ligne, int total);

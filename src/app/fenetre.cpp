@@ -155,10 +155,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     RTB1 = new Editeur(zone);
     RTB1->setObjectName(QStringLiteral("RTB1"));
     RTB1->CommandesExternes = &regl.CommandesExternes;
-    QFont police(QStringLiteral("Courier New"));
-    police.setStyleHint(QFont::Monospace);
-    police.setPointSizeF(10);
-    RTB1->setFont(police);
+    RTB1->setFont(Editeur::Police());
     for (QLabel** t : {&Text1, &Text2, &Text3, &Text4}) {
         *t = new QLabel(zone);
         (*t)->setFrameStyle(QFrame::Panel | QFrame::Sunken);

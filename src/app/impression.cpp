@@ -282,7 +282,7 @@ bool Form1::Imprime_Code() {
     const QString entete =
         EnteteListing(FichierCourant, extrait ? Chaine(125) : QString(), QDate::currentDate());
     p.setDocName(TitreTravail(FichierCourant));
-    const bool accepte = ImprimeListing(p, doc, PrepareListing(doc, entete));
+    const bool accepte = ImprimeListing(p, doc, entete);
     QApplication::restoreOverrideCursor();
     if (!accepte) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
     return accepte;

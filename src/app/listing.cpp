@@ -1,5 +1,7 @@
 #include "app/listing.h"
 
+#include "app/editeur.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QFontMetricsF>
 #include <QLocale>
@@ -17,6 +19,9 @@ QString EnteteListing(const QString& chemin, const QString& motSelection, const 
     return QStringLiteral("Mirel: ") + chemin + milieu + QLocale().toString(date, QLocale::ShortFormat);
 }
 
+namespace {
+
+// Turns the text of `doc` into the listing; the number of sheets.
 int PrepareListing(QTextDocument& doc, const QString& entete) {
     QTextCursor c(&doc);
     // A text that ends with a line break has no empty line after it.
@@ -26,7 +31,7 @@ int PrepareListing(QTextDocument& doc, const QString& entete) {
     }
     c.movePosition(QTextCursor::Start);
     QTextCharFormat vert;
-    vert.setForeground(QColor(0, 128, 0));
+    vert.setForeground(Editeur::Vert);
     c.insertText(entete, vert);
     c.insertBlock();
     c.insertBlock();
@@ -37,7 +42,10 @@ int PrepareListing(QTextDocument& doc, const QString& entete) {
     return pages;
 }
 
-bool ImprimeListing(QPrinter& p, QTextDocument& doc, int pages) {
+} // namespace
+
+bool ImprimeListing(QPrinter& p, QTextDocument& doc, const QString& entete) {
+    const int pages = PrepareListing(doc, entete);
     QPainter peintre;
     if (!peintre.begin(&p)) return false;
     // Laid out at the printer's resolution, one sheet line per block: a line
@@ -91,11 +99,7 @@ bool ImprimeListing(QPrinter& p, QTextDocument& doc, int pages) {
 
 bool ImprimeListingTexte(QPrinter& p, const QString& texte, const QString& chemin) {
     QTextDocument doc;
-    QFont police(QStringLiteral("Courier New"));
-    police.setStyleHint(QFont::Monospace);
-    police.setPointSizeF(10);
-    doc.setDefaultFont(police);
+    doc.setDefaultFont(Editeur::Police());
     doc.setPlainText(QString(texte).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-    const int pages = PrepareListing(doc, EnteteListing(chemin, QString(), QDate::currentDate()));
-    return ImprimeListing(p, doc, pages);
+    return ImprimeListing(p, doc, EnteteListing(chemin, QString(), QDate::currentDate()));
 }

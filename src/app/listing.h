@@ -16,14 +16,11 @@ constexpr int LignesListing = 64; // lines of the listing on one sheet
 // word in `motSelection`, empty for the whole text) or two blanks, then the date.
 QString EnteteListing(const QString& chemin, const QString& motSelection, const QDate& date);
 
-// Turns the text of `doc` into the listing: a final line break dropped, the
-// header and an empty line put at the top in green, empty lines added up to
-// a multiple of 64. Returns the number of sheets.
-int PrepareListing(QTextDocument& doc, const QString& entete);
-
-// Paints a prepared listing on `p` (its margins as they are), one sheet per
-// 64 lines with the footers. False when the printer refused the job.
-bool ImprimeListing(QPrinter& p, QTextDocument& doc, int pages);
+// Prints the text of `doc` as the listing on `p` (its margins as they are):
+// a final line break dropped, the header and an empty line at the top in
+// green, one sheet per 64 lines with the footers. False when the printer
+// refused the job.
+bool ImprimeListing(QPrinter& p, QTextDocument& doc, const QString& entete);
 
 // The listing of a plain command text (CR LF lines) in black, as
 // `mirel print --listing` prints it. False when the printer refused the job.
