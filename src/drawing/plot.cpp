@@ -116,19 +116,12 @@ struct Placement {
     }
 };
 
-// A text without its leading and trailing blanks (not tabs), as `Trim`.
-QStringView SansBlancs(QStringView t) {
-    while (!t.isEmpty() && t.front() == u' ') t = t.sliced(1);
-    while (!t.isEmpty() && t.back() == u' ') t.chop(1);
-    return t;
-}
-
 // A plain decimal number, [sign] digits [. digits] between blanks, a comma
 // read as the point: the form of nearly every value of a data file, read
 // here without making a string. Any other text gives none, and the
 // language's number reader takes it; both give the same value.
 std::optional<double> DecimalSimple(QStringView t) {
-    t = SansBlancs(t);
+    t = TrimVue(t);
     bool negatif = false, point = false;
     if (!t.isEmpty() && (t.front() == u'-' || t.front() == u'+')) {
         negatif = t.front() == u'-';
@@ -162,7 +155,7 @@ std::optional<double> DecimalSimple(QStringView t) {
 double ValeurDonnee(QStringView vue, double precedent, bool* relatif = nullptr) {
     if (relatif) *relatif = false;
     if (const std::optional<double> v = DecimalSimple(vue)) return *v;
-    QString t = SansBlancs(vue).toString();
+    QString t = TrimVue(vue).toString();
     t.replace(u',', u'.');
     const bool r = t.contains(u'R', Qt::CaseInsensitive);
     if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
@@ -235,7 +228,7 @@ QVector<double> Colonne(Etat& e, const QString& nom, int col, int saut, QChar se
     if (!LitLignesDonnees(FichierDeCommande(e, nom, QStringLiteral(".txt")), texte, lignes)) return r;
     double avant = 0;
     for (size_t k = saut; k < lignes.size(); ++k) {
-        const QStringView l = SansBlancs(lignes[k]);
+        const QStringView l = TrimVue(lignes[k]);
         if (l.startsWith(u'\'')) {
             if (l.startsWith(QLatin1String("'EOD"), Qt::CaseInsensitive)) break;
             continue;
@@ -433,7 +426,7 @@ void Plot(Etat& e, Genre genre) {
     int indexDonnee = 0;
     for (size_t k = saut; k < lignes.size(); ++k) {
         if ((k - saut) % 10000 == 9999 && e.Host) e.Host->PompeEvenements();
-        const QStringView ligne = SansBlancs(lignes[k]);
+        const QStringView ligne = TrimVue(lignes[k]);
         if (ligne.isEmpty()) continue;
         // Only comments and command lines start with a letter or an apostrophe.
         const bool mot = ligne.front().isLetter() || ligne.front() == u'\'';

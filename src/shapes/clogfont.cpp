@@ -38,7 +38,8 @@ constexpr AliasMetrique AliasMetriques[] = {
 // adds when two foundries ship a family of that name.
 QString FamilleServie(const QString& nom) {
     QString f = QFontInfo(QFont(nom)).family();
-    if (f.endsWith(u']')) f.truncate(f.lastIndexOf(QLatin1String(" [")));
+    const qsizetype foundry = f.lastIndexOf(QLatin1String(" ["));
+    if (f.endsWith(u']') && foundry > 0) f.truncate(foundry);
     return f;
 }
 

@@ -665,9 +665,6 @@ void CmdTexteC(Etat& e) {
     }
     // 12.
     if (couleur != -1 && e.Styles.CouleurDefaut != -1) s->ForeColor = e.Styles.CouleurDefaut;
-    s->Font.Bold = garde.Bold;
-    s->Font.Italic = garde.Italic;
-    s->Font.Underline = garde.Underline;
-    s->Font.Size = garde.Size;
+    RetablitPolice(*s, garde);
     MajPointCourant(e, rp.RotationCmd);
 }

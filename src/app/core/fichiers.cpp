@@ -100,12 +100,20 @@ bool EstExportCode(const QString& nom) { return UCase(nom).endsWith(u".JPG#"); }
 
 bool EstFichierMeter(const QString& nom) { return UCase(nom).endsWith(u".MTR"); }
 
+QString CleSansCasse(const QString& nom) {
+    QString cle;
+    cle.reserve(nom.size());
+    for (char32_t c : nom.toUcs4()) cle += QChar::fromUcs4(QChar::toCaseFolded(c));
+    return cle;
+}
+
 QString TrouveSansCasse(const QString& dossier, const QString& nom) {
     if (dossier.isEmpty()) return {};
     const QDir d(dossier);
     if (d.exists(nom) && QFileInfo(d.filePath(nom)).isFile()) return d.filePath(nom);
+    const QString cle = CleSansCasse(nom);
     for (const QString& n : d.entryList(QDir::Files | QDir::Hidden))
-        if (n.compare(nom, Qt::CaseInsensitive) == 0) return d.filePath(n);
+        if (CleSansCasse(n) == cle) return d.filePath(n);
     return {};
 }
 

@@ -79,6 +79,9 @@ QString CheminModele(const QString& dossierTravail, const QString& dossierCfg,
                      const QString& dossierProgramme, const QString& code);
 // A file of a folder whose name equals `nom` without regard to case; empty if none.
 QString TrouveSansCasse(const QString& dossier, const QString& nom);
+// The key under which names compare without regard to case, as
+// `TrouveSansCasse` compares them: each character folded on its own.
+QString CleSansCasse(const QString& nom);
 
 // Alt-L: the text inserted for the files chosen: one file gives its path;
 // several give the folder, then each bare name, all joined by the first

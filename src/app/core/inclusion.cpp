@@ -535,9 +535,8 @@ std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* e
         if (etat) *etat = LectureCommande::Introuvable;
         return std::nullopt;
     }
-    const QString cle = QFileInfo(chemin).absoluteFilePath() + (EstFichierCode(nom) ? QStringLiteral("|dmk") : QString());
+    const QString cle = QFileInfo(chemin).absoluteFilePath();
     {
-        const std::lock_guard<std::mutex> verrou(mutex_);
         const auto i = entrees_.constFind(cle);
         if (i != entrees_.cend() && i->date == r->date && i->taille == r->taille) {
             ++trouves_;
@@ -545,7 +544,6 @@ std::optional<QString> CacheFichiers::Lit(const QString& nom, LectureCommande* e
         }
     }
     std::optional<QString> t = LitSurDisque(nom, chemin, etat);
-    const std::lock_guard<std::mutex> verrou(mutex_);
     ++lus_;
     if (t) entrees_.insert(cle, Entree{r->date, r->taille, *t});
     else entrees_.remove(cle);
@@ -558,31 +556,28 @@ QString CacheFichiers::TrouveSansCasse(const QString& dossier, const QString& no
     if (!r || !r->dossier) return {};
     const QString cle = QFileInfo(dossier).absoluteFilePath();
     auto choisit = [&](const Liste& l) -> QString {
-        const QStringList variantes = l.noms.value(nom.toCaseFolded());
+        const QStringList variantes = l.noms.value(CleSansCasse(nom));
         if (variantes.isEmpty()) return {};
         const QDir d(dossier);
         return d.filePath(variantes.contains(nom) ? nom : variantes.first());
     };
     {
-        const std::lock_guard<std::mutex> verrou(mutex_);
         const auto i = listes_.constFind(cle);
         if (i != listes_.cend() && i->date == r->date) return choisit(*i);
     }
     Liste l{r->date, {}};
     for (const QString& n : QDir(dossier).entryList(QDir::Files | QDir::Hidden))
-        l.noms[n.toCaseFolded()].append(n);
+        l.noms[CleSansCasse(n)].append(n);
     // A folder changed in the last two seconds may change again within the
     // same tick of its file system's clock, under the same time: its listing
     // is not kept, so that a file added then is never missed.
     const qint64 maintenant = QDateTime::currentMSecsSinceEpoch() * 1000000;
-    const std::lock_guard<std::mutex> verrou(mutex_);
     if (maintenant - r->date > qint64(2000) * 1000000) listes_.insert(cle, l);
     else listes_.remove(cle);
     return choisit(l);
 }
 
 void CacheFichiers::Vide() {
-    const std::lock_guard<std::mutex> verrou(mutex_);
     entrees_.clear();
     listes_.clear();
     lus_ = trouves_ = 0;

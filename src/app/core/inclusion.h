@@ -8,13 +8,10 @@
 // language of `.dmk` files that the command dialog reads.
 #pragma once
 
-#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
-#include <mutex>
 
 #include <optional>
 
@@ -77,7 +74,7 @@ std::optional<QString> LitFichierCommande(const QString& nom, LectureCommande* e
 // that includes the same files at every run (and the live preview runs it at
 // every pause in typing) reads each of them once. The text is the file's, so
 // runs cannot tell a kept text from a fresh read. The settings of the runs
-// (`Reglages::Fichiers`) own it; it is guarded for use from several threads.
+// (`Reglages::Fichiers`) own it.
 class CacheFichiers {
 public:
     std::optional<QString> Lit(const QString& nom, LectureCommande* etat = nullptr);
@@ -98,12 +95,11 @@ private:
     };
     struct Liste {
         qint64 date = 0;
-        QHash<QString, QStringList> noms; // by case-folded name, in listing order
+        QHash<QString, QStringList> noms; // by `CleSansCasse`, in listing order
     };
-    std::mutex mutex_;
     QHash<QString, Entree> entrees_;
     QHash<QString, Liste> listes_;
-    std::atomic<int> lus_ = 0, trouves_ = 0;
+    int lus_ = 0, trouves_ = 0;
 };
 
 // --- The "?" form
