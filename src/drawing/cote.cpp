@@ -46,12 +46,7 @@ double LongueurFleche(Etat& e, const QString& champ) {
 double FormatTexte(Etat& e, const QString& champ) {
     Surface& s = *e.Surf;
     QString format = Trim(Piece(champ, 1, e.Separateur2)).toUpper();
-    const QString police = Trim(Piece(champ, 2, e.Separateur2));
-    if (!police.isEmpty() && ChangeNomPolice(e, police)) {
-        QString t = LoadResString(112 + (e.Regl ? e.Regl->LangueMessages : 0));
-        t.replace(QStringLiteral("%1"), police);
-        if (e.Host) e.Host->Message(QStringLiteral("Mirel"), t, Boutons::Ok);
-    }
+    PoliceDuFormat(e, Piece(champ, 2, e.Separateur2));
     // The rotation: what stands behind "R", trailing style letters aside.
     double rotation = 0;
     const int r = InStr(format, QStringLiteral("R"));
@@ -65,12 +60,7 @@ double FormatTexte(Etat& e, const QString& champ) {
         }
         rotation = EvalExpr(e, ex).value_or(0);
     }
-    if (avant.contains(u'*')) {
-        s.Font.Size = e.Txt.TaillePolice * e.Txt.FacteurPolice * LitFacteur(e, avant);
-    } else {
-        const double n = NombreEnTete(avant);
-        if (n > 0) s.Font.Size = n * e.Txt.FacteurPolice;
-    }
+    TailleDepuisFormat(e, avant);
     StylesTexte(s, avant);
     return rotation;
 }

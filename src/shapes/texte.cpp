@@ -59,7 +59,8 @@ void PlusDeDepart(Etat& e) {
     EpaisRestaure(e);
 }
 
-// The size of a Texte or TexteC from its format: "*k", or a leading number.
+} // namespace
+
 void TailleDepuisFormat(Etat& e, QString& format) {
     Surface& s = *e.Surf;
     if (format.contains(u'*')) {
@@ -70,6 +71,8 @@ void TailleDepuisFormat(Etat& e, QString& format) {
     const double n = NombreEnTete(format);
     if (n > 0) s.Font.Size = n * e.Txt.FacteurPolice;
 }
+
+namespace {
 
 // The three style letters, all set from the field.
 void StylesDe(Surface& s, const QString& champ) {
@@ -234,14 +237,13 @@ void LigneVerticale(Etat& e, const QString& ligne, const QString& format, double
     }
 }
 
-// The font name sub-field of Texte and TexteC.
+} // namespace
+
 void PoliceDuFormat(Etat& e, const QString& nom) {
     const QString n = Trim(nom);
     if (n.isEmpty()) return;
     if (ChangeNomPolice(e, n)) MessagePolice(e, n);
 }
-
-} // namespace
 
 // --- measuring and placing
 

@@ -45,6 +45,12 @@ double NombreEnTete(const QString& texte);
 // differs from the one asked, without regard to case (string 112 is due).
 bool ChangeNomPolice(Etat& e, const QString& nom);
 
+// The font name sub-field of a text's format: the font set, box 112 when the
+// name served differs.
+void PoliceDuFormat(Etat& e, const QString& nom);
+// The size from a text's format field: "*k" (k times the current size), or a
+// leading number.
+void TailleDepuisFormat(Etat& e, QString& format);
 // The style letters of a text's format field: they count when the field
 // starts with one of "*0123456789." or holds one of S, U, I, G, B.
 void StylesTexte(Surface& s, const QString& format);
