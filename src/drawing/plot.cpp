@@ -116,45 +116,11 @@ struct Placement {
     }
 };
 
-// A plain decimal number, [sign] digits [. digits] between blanks, a comma
-// read as the point: the form of nearly every value of a data file, read
-// here without making a string. Any other text gives none, and the
-// language's number reader takes it; both give the same value.
-std::optional<double> DecimalSimple(QStringView t) {
-    t = TrimVue(t);
-    bool negatif = false, point = false;
-    if (!t.isEmpty() && (t.front() == u'-' || t.front() == u'+')) {
-        negatif = t.front() == u'-';
-        t = t.sliced(1);
-    }
-    // Up to 15 digits, the digits and the power of ten are exact doubles and
-    // their quotient is the correctly rounded value; longer numbers go to
-    // the language's reader.
-    constexpr double Puissances[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    int chiffres = 0, decimales = 0;
-    std::int64_t entier = 0;
-    for (const QChar c : t) {
-        if (c >= u'0' && c <= u'9') {
-            if (++chiffres > 15) return {};
-            entier = 10 * entier + (c.unicode() - u'0');
-            decimales += point;
-        } else if ((c == u'.' || c == u',') && !point) {
-            point = true;
-        } else {
-            return {};
-        }
-    }
-    if (chiffres == 0) return {};
-    const double v = double(entier) / Puissances[decimales];
-    return negatif ? -v : v;
-}
-
 // A data value: a decimal comma read as a point, an "R" makes it relative to
 // the previous one.
 double ValeurDonnee(QStringView vue, double precedent, bool* relatif = nullptr) {
     if (relatif) *relatif = false;
-    if (const std::optional<double> v = DecimalSimple(vue)) return *v;
+    if (const std::optional<double> v = DecimalSimple(vue, true)) return *v;
     QString t = TrimVue(vue).toString();
     t.replace(u',', u'.');
     const bool r = t.contains(u'R', Qt::CaseInsensitive);

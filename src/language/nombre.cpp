@@ -2,9 +2,11 @@
 #include "language/nombre.h"
 
 #include "language/erreur.h"
+#include "language/vb.h"
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 namespace {
@@ -116,5 +118,35 @@ double ValNombre(const QString& texte) {
         if (!exposant.empty() && exposant[0] == '-') return 0;
         throw ErreurExecution("Overflow");
     }
+    return negatif ? -v : v;
+}
+
+std::optional<double> DecimalSimple(QStringView t, bool virgule) {
+    t = vb::TrimVue(t);
+    bool negatif = false, point = false;
+    if (!t.isEmpty() && (t.front() == u'-' || t.front() == u'+')) {
+        negatif = t.front() == u'-';
+        t = t.sliced(1);
+    }
+    // Up to 15 digits, the digits and the power of ten are exact doubles and
+    // their quotient is the correctly rounded value; longer numbers go to
+    // the language's reader.
+    constexpr double Puissances[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    int chiffres = 0, decimales = 0;
+    std::int64_t entier = 0;
+    for (const QChar c : t) {
+        if (c >= u'0' && c <= u'9') {
+            if (++chiffres > 15) return {};
+            entier = 10 * entier + (c.unicode() - u'0');
+            decimales += point;
+        } else if ((c == u'.' || (virgule && c == u',')) && !point) {
+            point = true;
+        } else {
+            return {};
+        }
+    }
+    if (chiffres == 0) return {};
+    const double v = double(entier) / Puissances[decimales];
     return negatif ? -v : v;
 }

@@ -17,6 +17,8 @@
 
 #include <QString>
 
+#include <optional>
+
 QString StrF(float valeur);
 
 // The same for a 64-bit float: 15 significant digits, the exponent form when
@@ -29,3 +31,10 @@ QString StrD(double valeur);
 // decimal point, "E" or "D" starts an exponent. No number gives 0.
 // A value beyond the 64-bit range raises `ErreurProvoquee` (an overflow).
 double ValNombre(const QString& texte);
+
+// A plain decimal number, [sign] digits [. digits] between blanks (with
+// `virgule`, a comma read as the point), read without making a string: the
+// form of nearly every parameter and data value. Any other text, or more
+// than 15 digits, gives none, and `ValNombre` or the expression evaluator
+// takes it; both give the same value.
+std::optional<double> DecimalSimple(QStringView t, bool virgule = false);

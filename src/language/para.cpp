@@ -39,21 +39,6 @@ void OteSuffixe(QString& t) {
     throw ErreurProvoquee("variable non initialisée");
 }
 
-// Whether a text is a plain decimal number: a sign or none, digits, at most
-// one point. The evaluator's passes leave such a number as it is, so its
-// value is read at once (most parameters are plain numbers once substituted).
-bool DecimalSimple(const QString& t) {
-    if (t.isEmpty() || t.size() > 64) return false;
-    int i = (t[0] == u'-' || t[0] == u'+') ? 1 : 0;
-    bool chiffre = false, point = false;
-    for (; i < t.size(); ++i) {
-        if (EstChiffre(t[i])) chiffre = true;
-        else if (t[i] == u'.' && !point) point = true;
-        else return false;
-    }
-    return chiffre;
-}
-
 // The value of a substituted piece: up to the second separator, unit dropped.
 // A number of the language is a 32-bit float: a value beyond its range (1E39,
 // -1E308) is an overflow of the line, and never a coordinate.
@@ -62,7 +47,8 @@ double Valeur(Etat& e, QString t) {
     if (s2 > 0) t = Left(t, s2 - 1);
     t = Trim(t);
     OteSuffixe(t);
-    const double v = DecimalSimple(t) ? ValNombre(t) : EvalExpr(e, t).value_or(0);
+    const std::optional<double> simple = DecimalSimple(t);
+    const double v = simple ? *simple : EvalExpr(e, t).value_or(0);
     Float32(v);
     return v;
 }
