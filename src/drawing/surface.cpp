@@ -68,6 +68,7 @@ bool Surface::Enregistre(OpSurface op) {
         operations_ = limite_ + 1;
         return false;
     }
+    if (op.genre != OpSurface::Effacement) peintDepuisEffacement_ = true;
     if (!journal_) return true;
     if (op.genre == OpSurface::Ligne || op.genre == OpSurface::Cercle ||
         op.genre == OpSurface::Polygone) {

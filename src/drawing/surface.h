@@ -200,6 +200,10 @@ protected:
     // when it is not to be drawn.
     bool Enregistre(OpSurface op);
     double largeurPx_, hauteurPx_;
+    // Something was drawn since the device's last clear, or may have been (a
+    // new picture): set by every operation but a clear; a device that cleared
+    // its picture sets it back.
+    bool peintDepuisEffacement_ = true;
 
     // The QFont of a device font, meant at the Surface's resolution.
     QFont PoliceQtDevice(const PoliceDevice& p) const;

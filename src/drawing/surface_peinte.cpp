@@ -63,7 +63,7 @@ SurfacePeinte::SurfacePeinte(GenreSurface genre, double largeurPx, double hauteu
 SurfacePeinte::~SurfacePeinte() { EndDoc(); }
 
 void SurfacePeinte::Ouvre() {
-    vierge_ = false;
+    peintDepuisEffacement_ = true;
     ++page_;
     device_ = fournisseur_(page_);
     if (!device_) return;
@@ -76,7 +76,6 @@ void SurfacePeinte::Ouvre() {
 }
 
 void SurfacePeinte::EndDoc() {
-    vierge_ = false;
     if (painter_) painter_->end();
     painter_.reset();
 }
@@ -95,7 +94,6 @@ const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     const QPen& pen = Stylo(c, w);
@@ -112,7 +110,6 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     painter_->save();
@@ -126,7 +123,6 @@ void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
 void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::optional<double> debut,
                                std::optional<double> fin, const QColor& c, int w,
                                std::optional<QColor> remp) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     const QRectF rect(centre.x() - rx, centre.y() - ry, 2 * rx, 2 * ry);
@@ -166,7 +162,6 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 }
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     painter_->setPen(QPen(c, std::max(1.0, 1.0 / echelle_)));
@@ -175,7 +170,6 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
-    vierge_ = false;
     if (!painter_) return;
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
@@ -219,7 +213,6 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
 
 void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
                              const QColor& c) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     // The font's size is meant at the Surface's own resolution; the painter's
@@ -245,7 +238,6 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
 }
 
 void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
-    vierge_ = false;
     if (!painter_) return;
     dernier_.reset();
     Etend(r);
@@ -254,18 +246,20 @@ void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
 
 void SurfacePeinte::DevEffacer() {
     if (!painter_) return;
-    if (vierge_) return; // cleared, and nothing painted since
+    // A second fill of a white picture with nothing drawn since would change
+    // nothing (a run clears the pane as it starts and again when it sets up
+    // its origin).
+    if (raster_ && !peintDepuisEffacement_) return;
     dernier_.reset();
     painter_->save();
     painter_->resetTransform();
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
     painter_->fillRect(QRectF(0, 0, device_->width(), device_->height()), Qt::white);
     painter_->restore();
-    vierge_ = raster_;
+    peintDepuisEffacement_ = false;
 }
 
 void SurfacePeinte::DevNouvellePage() {
-    vierge_ = false;
     dernier_.reset();
     // A paged device (a PDF writer, a printer) takes the next sheet of the
     // same document; any other starts a new picture.

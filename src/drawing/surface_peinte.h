@@ -86,9 +86,5 @@ private:
     double echelle_;
     bool antialias_;
     bool raster_ = false; // painting pixels (a QImage, a QPixmap), not a vector file
-    // The image is white from a clear and nothing was painted since: a run
-    // clears the pane as it starts and again when it sets up its origin, and
-    // a second fill of the whole image would change nothing.
-    bool vierge_ = false;
     int page_ = 0;
 };
