@@ -221,7 +221,6 @@ FrmDessin::FrmDessin(Form1& fenetre, Boites* boites) : QDialog(&fenetre), f_(fen
         return b.clickedButton() == a ? Choix::Ajouter : b.clickedButton() == r ? Choix::Remplacer : Choix::Annuler;
     };
     f_.pane->installEventFilter(this);
-    f_.RTB1->installEventFilter(this);
 }
 
 FrmDessin::~FrmDessin() = default;
@@ -565,11 +564,15 @@ void FrmDessin::Rejoue() {
 
 // --- keys and the pane's mouse
 
-// A run, the drawing so far kept on the new picture.
-void FrmDessin::Relance() {
-    f_.Visualiser();
+void FrmDessin::ApresRun() {
     if (dessin_) Rejoue();
     MajRefCur();
+}
+
+void FrmDessin::ReprendClavier() {
+    Label10->setText(QStringLiteral("KeyCode = 59"));
+    activateWindow();
+    CmdOK->setFocus();
 }
 
 void FrmDessin::keyPressEvent(QKeyEvent* ev) {
@@ -580,7 +583,7 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
         EffacePoint();
         return;
     case Qt::Key_F4:
-        Relance();
+        f_.Visualiser();
         return;
     case Qt::Key_F5:
     case Qt::Key_F12:
@@ -606,22 +609,7 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
 }
 
 bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
-    if ((objet != f_.pane && objet != f_.RTB1) || !dessin_) return QDialog::eventFilter(objet, ev);
-    if (ev->type() == QEvent::KeyPress) {
-        // F4 in the window as in the tool.
-        const auto* k = static_cast<QKeyEvent*>(ev);
-        if (k->key() == 59) {
-            // The key of code 59 is the tool's: shown, and the focus back to the tool.
-            Label10->setText(QStringLiteral("KeyCode = 59"));
-            activateWindow();
-            CmdOK->setFocus();
-            return true;
-        }
-        if (k->key() != Qt::Key_F4 || k->modifiers() != Qt::NoModifier) return false;
-        Relance();
-        return true;
-    }
-    if (objet != f_.pane) return false;
+    if (objet != f_.pane || !dessin_) return QDialog::eventFilter(objet, ev);
     switch (ev->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick: {
@@ -645,8 +633,7 @@ bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
 }
 
 FrmDessin* Mnu_Dessin_Click(Form1& fenetre, Boites* boites) {
-    auto* d = fenetre.findChild<FrmDessin*>(QString(), Qt::FindDirectChildrenOnly);
-    if (!d) d = new FrmDessin(fenetre, boites);
-    d->Ouvre();
-    return d;
+    if (!fenetre.dessin) fenetre.dessin = new FrmDessin(fenetre, boites);
+    fenetre.dessin->Ouvre();
+    return fenetre.dessin;
 }

@@ -100,6 +100,12 @@ public:
 
     // `Mnu_Dessin`: shows the dialog, or brings it forward when open.
     void Ouvre();
+    // At the end of each run of the window while the tool is open: the
+    // drawing so far put back on the new picture, RefCur shown anew.
+    void ApresRun();
+    // ";" (key code 59) typed in the window while drawing: the code shown,
+    // and the focus back to the tool.
+    void ReprendClavier();
     void CmdOK_Click();
     void CmdAnnuler_Click();
     // Backspace, Delete: the last point taken off.
@@ -127,7 +133,6 @@ private:
     void EcritPoint(QPointF p, bool relatif);
     void Trace(QPointF a, QPointF b, int couleur);
     void Rejoue();
-    void Relance();
     void ReprendEtat();
     QString Chemin(const QString& nom) const;
     QString Chaine(int n) const;

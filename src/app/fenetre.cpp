@@ -601,6 +601,8 @@ void Form1::FinRun() {
     RefCurY = e.Repere.SourisRefY;
     RefCurAngle = e.Repere.RefCurAngle.toFloat();
     RefCurRad = RefCurAngle * DegRad;
+    // A run clears the pane: the freehand drawing under way goes back on it.
+    if (DessinOuvert && dessin) dessin->ApresRun();
     pane->update();
     Dispose();
     if (Mnu_Code->isChecked()) RTB1->setFocus();
@@ -1113,6 +1115,11 @@ bool Form1::ToucheFenetre(QKeyEvent* ev) {
         return true;
     case Qt::Key_F9:
         if (Mnu_Dessin->isEnabled()) Mnu_Dessin->trigger();
+        return true;
+    case Qt::Key_Semicolon:
+        // While drawing, ";" hands the keyboard back to the drawing tool.
+        if (!dessin || !dessin->EnDessin()) return false;
+        dessin->ReprendClavier();
         return true;
     case Qt::Key_Escape:
         e.ArretDemande = true;
