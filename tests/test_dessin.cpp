@@ -99,7 +99,8 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     Form1& f = o.f;
     o.d->TxtDistance->setText("5");
     o.d->CmdOK->click();
-    ASSERT_TRUE(o.d->EnDessin() && f.DessinOuvert && !f.Mnu_Dessin->isEnabled() && !f.Mnu_Ouvrir->isEnabled());
+    ASSERT_TRUE(o.d->EnDessin() && f.DessinOuvert && !f.Mnu_Dessin->isEnabled() && !f.Mnu_Ouvrir->isEnabled() &&
+                !f.pane->NavigationActive());
     const int runs = f.NombreExecutions;
     Souris(f, QEvent::MouseButtonPress, {10, 5}, Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
     Glisse(f, {12, 5});   // nearer than 5 mm: no point
@@ -131,7 +132,7 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     EXPECT_EQ(l.mid(1), QStringList({"10.0; 5.0", "16.0; 5.0", "16.0; 15.0", "26.0; 15.0", "'EOD", "40.0; 40.0", ""}));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "Plot = Dessin.txt§59,1,2§0,1,1,,1");
     EXPECT_TRUE(!f.DessinOuvert && f.Mnu_Dessin->isEnabled() && f.Mnu_Ouvrir->isEnabled() && !o.d->isVisible() &&
-                !QFile::exists(o.d->CheminTravail()));
+                !QFile::exists(o.d->CheminTravail()) && f.pane->NavigationActive());
     EXPECT_EQ(f.NombreExecutions, runs + 4);
 
     Session s(Programme("CT = 20, 10, N\n" + QGuiApplication::clipboard()->text()));

@@ -252,9 +252,11 @@ void FrmDessin::MajRefCur() {
                      QStringLiteral(", ") + StrF(float(f_.RefCurY - f_.e.Repere.SourisOrigineY)));
 }
 
-// The entries that would change the text or the window under the tool.
+// The entries that would change the text or the window under the tool; the
+// pane's own drag and wheel, that would move the picture under the strokes.
 void FrmDessin::MenusDessin(bool ouvert) {
     f_.DessinOuvert = ouvert;
+    f_.pane->Navigation(!ouvert);
     if (ouvert) {
         menusCoupes_ = {f_.Mnu_Dessin,  f_.Mnu_Ouvrir,    f_.Mnu_Nouveau, f_.Mnu_OuvrirMeter,
                         f_.Mnu_Masque, f_.Mnu_Liste_Fic, f_.Mnu_Langue,  f_.Mnu_IniCode};
