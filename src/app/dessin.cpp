@@ -43,16 +43,6 @@ QStringList Lignes(const QString& texte) { return texte.split(QRegularExpression
 
 bool EstFinTrait(const QString& ligne) { return Trim(ligne).toUpper().startsWith(QLatin1String("'EOD")); }
 
-// The lines that the search for the last point passes over: blank lines,
-// comments and the pen lines of the file.
-bool HorsPoints(const QString& ligne) {
-    const QString t = Trim(ligne).toUpper();
-    if (t.isEmpty() || t.startsWith(u'\'')) return true;
-    for (const char* mot : {"STOP", "EPAIST", "COULEUR", "BEZIER"})
-        if (t.startsWith(QLatin1String(mot))) return true;
-    return false;
-}
-
 QString LitTexte(const QString& chemin) {
     QStringList l;
     return LitLignesDonnees(chemin, l) ? l.join(FinLigne) : QString();
@@ -134,12 +124,6 @@ LectureDessin LitDessin(const QStringList& lignes) {
     LectureDessin r;
     int trait = 0;
     double x = 0, y = 0;
-    auto valeur = [](QString t, double avant) {
-        t = Trim(t);
-        const bool relatif = t.startsWith(u'r', Qt::CaseInsensitive);
-        if (relatif) t.remove(0, 1);
-        return (relatif ? avant : 0) + Nombre(t);
-    };
     for (int i = 0; i < lignes.size(); ++i) {
         if (EstFinTrait(lignes[i])) {
             if (r.pointsTraitOuvert > 0) ++trait;
@@ -147,11 +131,11 @@ LectureDessin LitDessin(const QStringList& lignes) {
             x = y = 0;
             continue;
         }
-        if (HorsPoints(lignes[i])) continue;
+        if (LigneHorsPoints(lignes[i])) continue;
         const QStringList champs = lignes[i].split(u';');
         if (champs.size() < 2) continue;
-        x = valeur(champs[0], x);
-        y = valeur(champs[1], y);
+        x = ValeurDonnee(champs[0], x);
+        y = ValeurDonnee(champs[1], y);
         r.points.append({x, y, i, trait});
         ++r.pointsTraitOuvert;
     }
@@ -518,7 +502,7 @@ void FrmDessin::EffacePoint() {
     QStringList lignes;
     LitLignesDonnees(CheminTravail(), lignes);
     int k = int(lignes.size()) - 1;
-    while (k >= 0 && HorsPoints(lignes[k])) --k;
+    while (k >= 0 && LigneHorsPoints(lignes[k])) --k;
     if (k >= 0) {
         const LectureDessin l = LitDessin(lignes);
         const QPointF ref(f_.RefCurX, f_.RefCurY);
