@@ -4,6 +4,7 @@
 
 #include "app/dessin.h"
 #include "drawing/surface.h"
+#include "drawing/val.h"
 
 #include <QClipboard>
 #include <QMouseEvent>
@@ -66,7 +67,7 @@ TEST(Dessin, NumberFormatsAndStraightSegments) {
         {"A", 3.1, "3.1"},  {"A", 3, "3.0"},     {"A", 2.456, "2.46"}, {" 0 ", 2.5, "3"},
         {"1", -1.25, "-1.3"}, {"2", 1, "1.00"}, {"x", -0.004, "0.0"}};
     for (const auto& c : formats)
-        EXPECT_EQ(FormateCoordonnee(c.v, FormatDecimales(c.champ)), c.texte) << c.champ << " " << c.v;
+        EXPECT_EQ(FormatNombrePoint(c.v, FormatDecimales(c.champ)), c.texte) << c.champ << " " << c.v;
     // The right button keeps a segment horizontal, vertical or at 45 degrees.
     const struct { QPointF ici, fin; } segments[] = {
         {{10, 1}, {10, 0}}, {{1, 10}, {0, 10}}, {{4, -3}, {4, -4}}, {{-4, 3}, {-4, 4}}, {{0, 7}, {0, 7}}};

@@ -8,6 +8,7 @@
 #include "drawing/plot.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "drawing/val.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 #include "language/nombre.h"
@@ -86,16 +87,6 @@ QString FormatDecimales(const QString& champ) {
     if (t == QLatin1String("1")) return QStringLiteral("0.0");
     if (t == QLatin1String("2")) return QStringLiteral("0.00");
     return QStringLiteral("0.0#");
-}
-
-QString FormateCoordonnee(double v, const QString& format) {
-    const int decimales = format == QLatin1String("0") ? 0 : format == QLatin1String("0.0") ? 1 : 2;
-    const double p = std::pow(10.0, decimales);
-    double r = std::round(v * p) / p;
-    if (r == 0) r = 0; // no "-0.0"
-    QString t = QString::number(r, 'f', decimales);
-    if (format == QLatin1String("0.0#") && t.endsWith(u'0')) t.chop(1);
-    return t;
 }
 
 QString NomFichierDessin(const QString& champ) {
@@ -436,12 +427,12 @@ void FrmDessin::Trace(QPointF a, QPointF b, int couleur) {
 }
 
 void FrmDessin::EcritPoint(QPointF p, bool relatif) {
-    const QString fx = FormateCoordonnee(p.x() - f_.RefCurX, format_);
-    const QString fy = FormateCoordonnee(p.y() - f_.RefCurY, format_);
+    const QString fx = FormatNombrePoint(p.x() - f_.RefCurX, format_);
+    const QString fy = FormatNombrePoint(p.y() - f_.RefCurY, format_);
     const double vx = fx.toDouble(), vy = fy.toDouble();
     if (relatif)
-        Ecrit(u'r' + FormateCoordonnee(vx - ecritX_, format_) + QStringLiteral("; r") +
-              FormateCoordonnee(vy - ecritY_, format_));
+        Ecrit(u'r' + FormatNombrePoint(vx - ecritX_, format_) + QStringLiteral("; r") +
+              FormatNombrePoint(vy - ecritY_, format_));
     else
         Ecrit(fx + QStringLiteral("; ") + fy);
     ecritX_ = vx;

@@ -38,10 +38,9 @@ struct CompteDessin {
 CompteDessin CompteFichierDessin(const QString& texte);
 
 // The number format of the decimals field: "0", "1", "2" give "0", "0.0",
-// "0.00"; anything else "0.0#" (one or two decimals).
+// "0.00"; anything else "0.0#" (one or two decimals). The coordinates are
+// written in it by `FormatNombrePoint`.
 QString FormatDecimales(const QString& champ);
-// A coordinate in such a format, "." as decimal point, half away from zero.
-QString FormateCoordonnee(double v, const QString& format);
 
 // The name field as a file name: trimmed, "Dessin" when empty, ".txt" added
 // when it holds no ".".
