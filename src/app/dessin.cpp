@@ -4,6 +4,7 @@
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
+#include "app/core/encodage.h"
 #include "app/core/fichiers.h"
 #include "drawing/plot.h"
 #include "drawing/styles.h"
@@ -47,12 +48,6 @@ bool EstFinTrait(const QString& ligne) { return Trim(ligne).toUpper().startsWith
 QString LitTexte(const QString& chemin) {
     QStringList l;
     return LitLignesDonnees(chemin, l) ? l.join(FinLigne) : QString();
-}
-
-bool EcritTexte(const QString& chemin, const QString& texte, QIODevice::OpenMode mode) {
-    QFile f(chemin);
-    if (!f.open(QIODevice::WriteOnly | mode)) return false;
-    return f.write(texte.toUtf8()) >= 0;
 }
 
 // A number of the fields, a decimal comma read as a point.
@@ -332,7 +327,7 @@ void FrmDessin::Reglages() {
                 if (!texte.isEmpty() && !texte.endsWith(u'\n')) texte += FinLigne;
                 texte += QStringLiteral("'EOD") + FinLigne;
             }
-            charge = EcritTexte(CheminTravail(), texte, QIODevice::Truncate) && OuvreTravail(QIODevice::Append);
+            charge = EcritOctets(CheminTravail(), texte.toUtf8()) && OuvreTravail(QIODevice::Append);
             if (charge) {
                 nomCharge_ = nom;
                 ReprendEtat();
@@ -504,7 +499,7 @@ void FrmDessin::EffacePoint() {
             Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
         }
         lignes.removeAt(k);
-        EcritTexte(CheminTravail(), lignes.join(FinLigne), QIODevice::Truncate);
+        EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8());
     }
     OuvreTravail(QIODevice::Append);
     ReprendEtat();
