@@ -487,18 +487,16 @@ void FrmDessin::EffacePoint() {
     travail_.close();
     QStringList lignes;
     LitLignesDonnees(CheminTravail(), lignes);
-    int k = int(lignes.size()) - 1;
-    while (k >= 0 && LigneHorsPoints(lignes[k])) --k;
-    if (k >= 0) {
-        const LectureDessin l = LitDessin(lignes);
+    const LectureDessin l = LitDessin(lignes);
+    if (!l.points.isEmpty()) {
+        // The last point's segment from the one before it in the same stroke,
+        // drawn over in the background colour.
+        const PointDessin& p = l.points.back();
+        const qsizetype n = l.points.size();
+        const PointDessin& a = n > 1 && l.points[n - 2].trait == p.trait ? l.points[n - 2] : p;
         const QPointF ref(f_.RefCurX, f_.RefCurY);
-        for (int i = 0; i < l.points.size(); ++i) {
-            if (l.points[i].ligne != k) continue;
-            const PointDessin& p = l.points[i];
-            const PointDessin& a = i > 0 && l.points[i - 1].trait == p.trait ? l.points[i - 1] : p;
-            Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
-        }
-        lignes.removeAt(k);
+        Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
+        lignes.removeAt(p.ligne);
         EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8());
     }
     OuvreTravail(QIODevice::Append);
