@@ -29,7 +29,6 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -41,14 +40,14 @@ namespace {
 
 const QString FinLigne = QStringLiteral("\r\n");
 
-QStringList Lignes(const QString& texte) { return texte.split(QRegularExpression(QStringLiteral("\r\n|\n|\r"))); }
+// The lines of a file; one empty line, as for an empty file, when it can't be read.
+QStringList LitLignes(const QString& chemin) {
+    QStringList l;
+    if (!LitLignesDonnees(chemin, l)) l = QStringList{QString()};
+    return l;
+}
 
 bool EstFinTrait(const QString& ligne) { return Trim(ligne).toUpper().startsWith(QLatin1String("'EOD")); }
-
-QString LitTexte(const QString& chemin) {
-    QStringList l;
-    return LitLignesDonnees(chemin, l) ? l.join(FinLigne) : QString();
-}
 
 // A number of the fields, a decimal comma read as a point.
 double Nombre(const QString& champ) {
@@ -61,8 +60,7 @@ double Nombre(const QString& champ) {
 
 // --- the file's rules
 
-CompteDessin CompteFichierDessin(const QString& texte) {
-    const QStringList lignes = Lignes(texte);
+CompteDessin CompteFichierDessin(const QStringList& lignes) {
     int commentaires = 0, marques = 0;
     QString derniere;
     for (const QString& l : lignes) {
@@ -209,8 +207,8 @@ QString FrmDessin::Chemin(const QString& nom) const {
 }
 
 // String n with the file's name in place of `marque`, and its points and strokes.
-QString FrmDessin::Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const {
-    const CompteDessin c = CompteFichierDessin(LitTexte(chemin));
+QString FrmDessin::Annonce(int n, const char* marque, const QString& nom, const QStringList& lignes) const {
+    const CompteDessin c = CompteFichierDessin(lignes);
     return Chaine(n)
         .replace(QLatin1String(marque), nom)
         .replace(QLatin1String("NbP"), QString::number(c.NbP))
@@ -317,20 +315,22 @@ void FrmDessin::Reglages() {
     pointsTrait_ = 0;
     bool charge = false;
     if (QFileInfo(chemin).isFile()) {
-        if (boites_ && boites_->Message(this, TitreBoite, Annonce(185, "Fic_Dess", nom, chemin), Boutons::OuiNon,
+        QStringList lignes = LitLignes(chemin);
+        if (boites_ && boites_->Message(this, TitreBoite, Annonce(185, "Fic_Dess", nom, lignes), Boutons::OuiNon,
                                         Icone::Question) == Reponse::Oui) {
-            QString texte = LitTexte(chemin);
             QString derniere;
-            for (const QString& l : Lignes(texte))
+            for (const QString& l : lignes)
                 if (!Trim(l).isEmpty()) derniere = l;
             if (!EstFinTrait(derniere)) {
-                if (!texte.isEmpty() && !texte.endsWith(u'\n')) texte += FinLigne;
-                texte += QStringLiteral("'EOD") + FinLigne;
+                // "'EOD" on a line of its own, the file ending with a line end.
+                if (lignes.back().isEmpty()) lignes.back() = QStringLiteral("'EOD");
+                else lignes.append(QStringLiteral("'EOD"));
+                lignes.append(QString());
             }
-            charge = EcritOctets(CheminTravail(), texte.toUtf8()) && OuvreTravail(QIODevice::Append);
+            charge = EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8()) && OuvreTravail(QIODevice::Append);
             if (charge) {
                 nomCharge_ = nom;
-                ReprendEtat();
+                ReprendEtat(lignes);
                 Rejoue();
             }
         }
@@ -360,10 +360,12 @@ void FrmDessin::Enregistre() {
     QFile cible(chemin), travail(CheminTravail());
     bool fait = true;
     if (cible.exists()) {
-        switch (FrmMsgBox(Annonce(181, "t$", nom, chemin), nom.compare(nomCharge_, Qt::CaseInsensitive) != 0)) {
+        const bool ajout = nom.compare(nomCharge_, Qt::CaseInsensitive) != 0;
+        switch (FrmMsgBox(Annonce(181, "t$", nom, LitLignes(chemin)), ajout)) {
         case Choix::Ajouter:
             fait = cible.open(QIODevice::WriteOnly | QIODevice::Append) &&
-                   cible.write((LitTexte(CheminTravail()) + QStringLiteral("'EOD '") + FinLigne).toUtf8()) >= 0;
+                   cible.write((LitLignes(CheminTravail()).join(FinLigne) + QStringLiteral("'EOD '") + FinLigne)
+                                   .toUtf8()) >= 0;
             cible.close();
             if (fait) travail.remove();
             break;
@@ -469,10 +471,8 @@ bool FrmDessin::Deplacement(QPointF p, Qt::MouseButtons boutons, Qt::KeyboardMod
     return true;
 }
 
-// The last point, its stroke and the values written, from the work file.
-void FrmDessin::ReprendEtat() {
-    QStringList lignes;
-    LitLignesDonnees(CheminTravail(), lignes);
+// The last point, its stroke and the values written, from the lines of the work file.
+void FrmDessin::ReprendEtat(const QStringList& lignes) {
     const LectureDessin l = LitDessin(lignes);
     pointsTrait_ = l.pointsTraitOuvert;
     if (l.points.isEmpty()) return;
@@ -485,8 +485,7 @@ void FrmDessin::ReprendEtat() {
 void FrmDessin::EffacePoint() {
     if (!dessin_) return;
     travail_.close();
-    QStringList lignes;
-    LitLignesDonnees(CheminTravail(), lignes);
+    QStringList lignes = LitLignes(CheminTravail());
     const LectureDessin l = LitDessin(lignes);
     if (!l.points.isEmpty()) {
         // The last point's segment from the one before it in the same stroke,
@@ -500,7 +499,7 @@ void FrmDessin::EffacePoint() {
         EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8());
     }
     OuvreTravail(QIODevice::Append);
-    ReprendEtat();
+    ReprendEtat(lignes);
 }
 
 // The work file drawn on the pane by the same `Plot` line, about RefCur,

@@ -35,7 +35,7 @@ inline const QString NomTravailDessin = QStringLiteral("$Dessin_tmp.txt");
 struct CompteDessin {
     int NbP = 0, NbT = 0;
 };
-CompteDessin CompteFichierDessin(const QString& texte);
+CompteDessin CompteFichierDessin(const QStringList& lignes);
 
 // The number format of the decimals field: "0", "1", "2" give "0", "0.0",
 // "0.00"; anything else "0.0#" (one or two decimals). The coordinates are
@@ -132,10 +132,10 @@ private:
     void EcritPoint(QPointF p, bool relatif);
     void Trace(QPointF a, QPointF b, int couleur);
     void Rejoue();
-    void ReprendEtat();
+    void ReprendEtat(const QStringList& lignes);
     QString Chemin(const QString& nom) const;
     QString Chaine(int n) const;
-    QString Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const;
+    QString Annonce(int n, const char* marque, const QString& nom, const QStringList& lignes) const;
     QString ChaineMenu(int n) const;
 
     Form1& f_;
