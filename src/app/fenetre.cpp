@@ -1201,8 +1201,8 @@ void Form1::closeEvent(QCloseEvent* ev) {
         recherche->Find->hide();
         QDir::setCurrent(DossierDepart);
     }
-    const QString dessin = regl.DossierTravail + QStringLiteral("$Dessin_tmp.txt");
-    if (QFileInfo::exists(dessin)) QFile::remove(dessin);
+    const QString travailDessin = regl.DossierTravail + NomTravailDessin;
+    if (QFileInfo::exists(travailDessin)) QFile::remove(travailDessin);
     secours->Supprime();
     ev->accept();
 }
