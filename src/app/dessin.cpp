@@ -345,7 +345,6 @@ void FrmDessin::Reglages() {
     const QString r = Trim(TxtRelatif->text()).toUpper();
     relatif_ = r.startsWith(u'O') || r.startsWith(u'R') || r.startsWith(u'Y');
     // 4.
-    if (Surface* s = f_.pane->surface()) s->DrawWidth = largeur_;
     f_.Mnu_Code->setEnabled(false);
     MajRefCur();
     CmdOK->setFocus();
@@ -557,9 +556,6 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
     case Qt::Key_F5:
     case Qt::Key_F12:
         if (!dessin_) f_.Mnu_Code->trigger();
-        return;
-    case Qt::Key_F6:
-        if (!dessin_) f_.Positionner(m);
         return;
     case Qt::Key_F7:
         if (dessin_) return;
