@@ -4,10 +4,12 @@
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "app/pane.h"
+#include "app/core/encodage.h"
 #include "app/core/fichiers.h"
 #include "drawing/plot.h"
 #include "drawing/styles.h"
 #include "drawing/surface.h"
+#include "drawing/val.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 #include "language/nombre.h"
@@ -27,7 +29,6 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -39,30 +40,14 @@ namespace {
 
 const QString FinLigne = QStringLiteral("\r\n");
 
-QStringList Lignes(const QString& texte) { return texte.split(QRegularExpression(QStringLiteral("\r\n|\n|\r"))); }
+// The lines of a file; one empty line, as for an empty file, when it can't be read.
+QStringList LitLignes(const QString& chemin) {
+    QStringList l;
+    if (!LitLignesDonnees(chemin, l)) l = QStringList{QString()};
+    return l;
+}
 
 bool EstFinTrait(const QString& ligne) { return Trim(ligne).toUpper().startsWith(QLatin1String("'EOD")); }
-
-// The lines that the search for the last point passes over: blank lines,
-// comments and the pen lines of the file.
-bool HorsPoints(const QString& ligne) {
-    const QString t = Trim(ligne).toUpper();
-    if (t.isEmpty() || t.startsWith(u'\'')) return true;
-    for (const char* mot : {"STOP", "EPAIST", "COULEUR", "BEZIER"})
-        if (t.startsWith(QLatin1String(mot))) return true;
-    return false;
-}
-
-QString LitTexte(const QString& chemin) {
-    QStringList l;
-    return LitLignesDonnees(chemin, l) ? l.join(FinLigne) : QString();
-}
-
-bool EcritTexte(const QString& chemin, const QString& texte, QIODevice::OpenMode mode) {
-    QFile f(chemin);
-    if (!f.open(QIODevice::WriteOnly | mode)) return false;
-    return f.write(texte.toUtf8()) >= 0;
-}
 
 // A number of the fields, a decimal comma read as a point.
 double Nombre(const QString& champ) {
@@ -75,8 +60,7 @@ double Nombre(const QString& champ) {
 
 // --- the file's rules
 
-CompteDessin CompteFichierDessin(const QString& texte) {
-    const QStringList lignes = Lignes(texte);
+CompteDessin CompteFichierDessin(const QStringList& lignes) {
     int commentaires = 0, marques = 0;
     QString derniere;
     for (const QString& l : lignes) {
@@ -96,16 +80,6 @@ QString FormatDecimales(const QString& champ) {
     if (t == QLatin1String("1")) return QStringLiteral("0.0");
     if (t == QLatin1String("2")) return QStringLiteral("0.00");
     return QStringLiteral("0.0#");
-}
-
-QString FormateCoordonnee(double v, const QString& format) {
-    const int decimales = format == QLatin1String("0") ? 0 : format == QLatin1String("0.0") ? 1 : 2;
-    const double p = std::pow(10.0, decimales);
-    double r = std::round(v * p) / p;
-    if (r == 0) r = 0; // no "-0.0"
-    QString t = QString::number(r, 'f', decimales);
-    if (format == QLatin1String("0.0#") && t.endsWith(u'0')) t.chop(1);
-    return t;
 }
 
 QString NomFichierDessin(const QString& champ) {
@@ -134,12 +108,6 @@ LectureDessin LitDessin(const QStringList& lignes) {
     LectureDessin r;
     int trait = 0;
     double x = 0, y = 0;
-    auto valeur = [](QString t, double avant) {
-        t = Trim(t);
-        const bool relatif = t.startsWith(u'r', Qt::CaseInsensitive);
-        if (relatif) t.remove(0, 1);
-        return (relatif ? avant : 0) + Nombre(t);
-    };
     for (int i = 0; i < lignes.size(); ++i) {
         if (EstFinTrait(lignes[i])) {
             if (r.pointsTraitOuvert > 0) ++trait;
@@ -147,11 +115,11 @@ LectureDessin LitDessin(const QStringList& lignes) {
             x = y = 0;
             continue;
         }
-        if (HorsPoints(lignes[i])) continue;
+        if (LigneHorsPoints(lignes[i])) continue;
         const QStringList champs = lignes[i].split(u';');
         if (champs.size() < 2) continue;
-        x = valeur(champs[0], x);
-        y = valeur(champs[1], y);
+        x = ValeurDonnee(champs[0], x);
+        y = ValeurDonnee(champs[1], y);
         r.points.append({x, y, i, trait});
         ++r.pointsTraitOuvert;
     }
@@ -221,7 +189,6 @@ FrmDessin::FrmDessin(Form1& fenetre, Boites* boites) : QDialog(&fenetre), f_(fen
         return b.clickedButton() == a ? Choix::Ajouter : b.clickedButton() == r ? Choix::Remplacer : Choix::Annuler;
     };
     f_.pane->installEventFilter(this);
-    f_.RTB1->installEventFilter(this);
 }
 
 FrmDessin::~FrmDessin() = default;
@@ -240,8 +207,8 @@ QString FrmDessin::Chemin(const QString& nom) const {
 }
 
 // String n with the file's name in place of `marque`, and its points and strokes.
-QString FrmDessin::Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const {
-    const CompteDessin c = CompteFichierDessin(LitTexte(chemin));
+QString FrmDessin::Annonce(int n, const char* marque, const QString& nom, const QStringList& lignes) const {
+    const CompteDessin c = CompteFichierDessin(lignes);
     return Chaine(n)
         .replace(QLatin1String(marque), nom)
         .replace(QLatin1String("NbP"), QString::number(c.NbP))
@@ -253,9 +220,11 @@ void FrmDessin::MajRefCur() {
                      QStringLiteral(", ") + StrF(float(f_.RefCurY - f_.e.Repere.SourisOrigineY)));
 }
 
-// The entries that would change the text or the window under the tool.
+// The entries that would change the text or the window under the tool; the
+// pane's own drag and wheel, that would move the picture under the strokes.
 void FrmDessin::MenusDessin(bool ouvert) {
     f_.DessinOuvert = ouvert;
+    f_.pane->Navigation(!ouvert);
     if (ouvert) {
         menusCoupes_ = {f_.Mnu_Dessin,  f_.Mnu_Ouvrir,    f_.Mnu_Nouveau, f_.Mnu_OuvrirMeter,
                         f_.Mnu_Masque, f_.Mnu_Liste_Fic, f_.Mnu_Langue,  f_.Mnu_IniCode};
@@ -346,20 +315,22 @@ void FrmDessin::Reglages() {
     pointsTrait_ = 0;
     bool charge = false;
     if (QFileInfo(chemin).isFile()) {
-        if (boites_ && boites_->Message(this, TitreBoite, Annonce(185, "Fic_Dess", nom, chemin), Boutons::OuiNon,
+        QStringList lignes = LitLignes(chemin);
+        if (boites_ && boites_->Message(this, TitreBoite, Annonce(185, "Fic_Dess", nom, lignes), Boutons::OuiNon,
                                         Icone::Question) == Reponse::Oui) {
-            QString texte = LitTexte(chemin);
             QString derniere;
-            for (const QString& l : Lignes(texte))
+            for (const QString& l : lignes)
                 if (!Trim(l).isEmpty()) derniere = l;
             if (!EstFinTrait(derniere)) {
-                if (!texte.isEmpty() && !texte.endsWith(u'\n')) texte += FinLigne;
-                texte += QStringLiteral("'EOD") + FinLigne;
+                // "'EOD" on a line of its own, the file ending with a line end.
+                if (lignes.back().isEmpty()) lignes.back() = QStringLiteral("'EOD");
+                else lignes.append(QStringLiteral("'EOD"));
+                lignes.append(QString());
             }
-            charge = EcritTexte(CheminTravail(), texte, QIODevice::Truncate) && OuvreTravail(QIODevice::Append);
+            charge = EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8()) && OuvreTravail(QIODevice::Append);
             if (charge) {
                 nomCharge_ = nom;
-                ReprendEtat();
+                ReprendEtat(lignes);
                 Rejoue();
             }
         }
@@ -374,7 +345,6 @@ void FrmDessin::Reglages() {
     const QString r = Trim(TxtRelatif->text()).toUpper();
     relatif_ = r.startsWith(u'O') || r.startsWith(u'R') || r.startsWith(u'Y');
     // 4.
-    if (Surface* s = f_.pane->surface()) s->DrawWidth = largeur_;
     f_.Mnu_Code->setEnabled(false);
     MajRefCur();
     CmdOK->setFocus();
@@ -389,10 +359,12 @@ void FrmDessin::Enregistre() {
     QFile cible(chemin), travail(CheminTravail());
     bool fait = true;
     if (cible.exists()) {
-        switch (FrmMsgBox(Annonce(181, "t$", nom, chemin), nom.compare(nomCharge_, Qt::CaseInsensitive) != 0)) {
+        const bool ajout = nom.compare(nomCharge_, Qt::CaseInsensitive) != 0;
+        switch (FrmMsgBox(Annonce(181, "t$", nom, LitLignes(chemin)), ajout)) {
         case Choix::Ajouter:
             fait = cible.open(QIODevice::WriteOnly | QIODevice::Append) &&
-                   cible.write((LitTexte(CheminTravail()) + QStringLiteral("'EOD '") + FinLigne).toUtf8()) >= 0;
+                   cible.write((LitLignes(CheminTravail()).join(FinLigne) + QStringLiteral("'EOD '") + FinLigne)
+                                   .toUtf8()) >= 0;
             cible.close();
             if (fait) travail.remove();
             break;
@@ -451,12 +423,12 @@ void FrmDessin::Trace(QPointF a, QPointF b, int couleur) {
 }
 
 void FrmDessin::EcritPoint(QPointF p, bool relatif) {
-    const QString fx = FormateCoordonnee(p.x() - f_.RefCurX, format_);
-    const QString fy = FormateCoordonnee(p.y() - f_.RefCurY, format_);
+    const QString fx = FormatNombrePoint(p.x() - f_.RefCurX, format_);
+    const QString fy = FormatNombrePoint(p.y() - f_.RefCurY, format_);
     const double vx = fx.toDouble(), vy = fy.toDouble();
     if (relatif)
-        Ecrit(u'r' + FormateCoordonnee(vx - ecritX_, format_) + QStringLiteral("; r") +
-              FormateCoordonnee(vy - ecritY_, format_));
+        Ecrit(u'r' + FormatNombrePoint(vx - ecritX_, format_) + QStringLiteral("; r") +
+              FormatNombrePoint(vy - ecritY_, format_));
     else
         Ecrit(fx + QStringLiteral("; ") + fy);
     ecritX_ = vx;
@@ -498,10 +470,8 @@ bool FrmDessin::Deplacement(QPointF p, Qt::MouseButtons boutons, Qt::KeyboardMod
     return true;
 }
 
-// The last point, its stroke and the values written, from the work file.
-void FrmDessin::ReprendEtat() {
-    QStringList lignes;
-    LitLignesDonnees(CheminTravail(), lignes);
+// The last point, its stroke and the values written, from the lines of the work file.
+void FrmDessin::ReprendEtat(const QStringList& lignes) {
     const LectureDessin l = LitDessin(lignes);
     pointsTrait_ = l.pointsTraitOuvert;
     if (l.points.isEmpty()) return;
@@ -514,24 +484,21 @@ void FrmDessin::ReprendEtat() {
 void FrmDessin::EffacePoint() {
     if (!dessin_) return;
     travail_.close();
-    QStringList lignes;
-    LitLignesDonnees(CheminTravail(), lignes);
-    int k = int(lignes.size()) - 1;
-    while (k >= 0 && HorsPoints(lignes[k])) --k;
-    if (k >= 0) {
-        const LectureDessin l = LitDessin(lignes);
+    QStringList lignes = LitLignes(CheminTravail());
+    const LectureDessin l = LitDessin(lignes);
+    if (!l.points.isEmpty()) {
+        // The last point's segment from the one before it in the same stroke,
+        // drawn over in the background colour.
+        const PointDessin& p = l.points.back();
+        const qsizetype n = l.points.size();
+        const PointDessin& a = n > 1 && l.points[n - 2].trait == p.trait ? l.points[n - 2] : p;
         const QPointF ref(f_.RefCurX, f_.RefCurY);
-        for (int i = 0; i < l.points.size(); ++i) {
-            if (l.points[i].ligne != k) continue;
-            const PointDessin& p = l.points[i];
-            const PointDessin& a = i > 0 && l.points[i - 1].trait == p.trait ? l.points[i - 1] : p;
-            Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
-        }
-        lignes.removeAt(k);
-        EcritTexte(CheminTravail(), lignes.join(FinLigne), QIODevice::Truncate);
+        Trace(QPointF(a.x, a.y) + ref, QPointF(p.x, p.y) + ref, fond_);
+        lignes.removeAt(p.ligne);
+        EcritOctets(CheminTravail(), lignes.join(FinLigne).toUtf8());
     }
     OuvreTravail(QIODevice::Append);
-    ReprendEtat();
+    ReprendEtat(lignes);
 }
 
 // The work file drawn on the pane by the same `Plot` line, about RefCur,
@@ -565,11 +532,15 @@ void FrmDessin::Rejoue() {
 
 // --- keys and the pane's mouse
 
-// A run, the drawing so far kept on the new picture.
-void FrmDessin::Relance() {
-    f_.Visualiser();
+void FrmDessin::ApresRun() {
     if (dessin_) Rejoue();
     MajRefCur();
+}
+
+void FrmDessin::ReprendClavier() {
+    Label10->setText(QStringLiteral("KeyCode = 59"));
+    activateWindow();
+    CmdOK->setFocus();
 }
 
 void FrmDessin::keyPressEvent(QKeyEvent* ev) {
@@ -580,14 +551,11 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
         EffacePoint();
         return;
     case Qt::Key_F4:
-        Relance();
+        f_.Visualiser();
         return;
     case Qt::Key_F5:
     case Qt::Key_F12:
         if (!dessin_) f_.Mnu_Code->trigger();
-        return;
-    case Qt::Key_F6:
-        if (!dessin_) f_.Positionner(m);
         return;
     case Qt::Key_F7:
         if (dessin_) return;
@@ -606,22 +574,7 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
 }
 
 bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
-    if ((objet != f_.pane && objet != f_.RTB1) || !dessin_) return QDialog::eventFilter(objet, ev);
-    if (ev->type() == QEvent::KeyPress) {
-        // F4 in the window as in the tool.
-        const auto* k = static_cast<QKeyEvent*>(ev);
-        if (k->key() == 59) {
-            // The key of code 59 is the tool's: shown, and the focus back to the tool.
-            Label10->setText(QStringLiteral("KeyCode = 59"));
-            activateWindow();
-            CmdOK->setFocus();
-            return true;
-        }
-        if (k->key() != Qt::Key_F4 || k->modifiers() != Qt::NoModifier) return false;
-        Relance();
-        return true;
-    }
-    if (objet != f_.pane) return false;
+    if (objet != f_.pane || !dessin_) return QDialog::eventFilter(objet, ev);
     switch (ev->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick: {
@@ -645,8 +598,7 @@ bool FrmDessin::eventFilter(QObject* objet, QEvent* ev) {
 }
 
 FrmDessin* Mnu_Dessin_Click(Form1& fenetre, Boites* boites) {
-    auto* d = fenetre.findChild<FrmDessin*>(QString(), Qt::FindDirectChildrenOnly);
-    if (!d) d = new FrmDessin(fenetre, boites);
-    d->Ouvre();
-    return d;
+    if (!fenetre.dessin) fenetre.dessin = new FrmDessin(fenetre, boites);
+    fenetre.dessin->Ouvre();
+    return fenetre.dessin;
 }

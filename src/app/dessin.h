@@ -35,13 +35,12 @@ inline const QString NomTravailDessin = QStringLiteral("$Dessin_tmp.txt");
 struct CompteDessin {
     int NbP = 0, NbT = 0;
 };
-CompteDessin CompteFichierDessin(const QString& texte);
+CompteDessin CompteFichierDessin(const QStringList& lignes);
 
 // The number format of the decimals field: "0", "1", "2" give "0", "0.0",
-// "0.00"; anything else "0.0#" (one or two decimals).
+// "0.00"; anything else "0.0#" (one or two decimals). The coordinates are
+// written in it by `FormatNombrePoint`.
 QString FormatDecimales(const QString& champ);
-// A coordinate in such a format, "." as decimal point, half away from zero.
-QString FormateCoordonnee(double v, const QString& format);
 
 // The name field as a file name: trimmed, "Dessin" when empty, ".txt" added
 // when it holds no ".".
@@ -100,6 +99,12 @@ public:
 
     // `Mnu_Dessin`: shows the dialog, or brings it forward when open.
     void Ouvre();
+    // At the end of each run of the window while the tool is open: the
+    // drawing so far put back on the new picture, RefCur shown anew.
+    void ApresRun();
+    // ";" (key code 59) typed in the window while drawing: the code shown,
+    // and the focus back to the tool.
+    void ReprendClavier();
     void CmdOK_Click();
     void CmdAnnuler_Click();
     // Backspace, Delete: the last point taken off.
@@ -127,11 +132,10 @@ private:
     void EcritPoint(QPointF p, bool relatif);
     void Trace(QPointF a, QPointF b, int couleur);
     void Rejoue();
-    void Relance();
-    void ReprendEtat();
+    void ReprendEtat(const QStringList& lignes);
     QString Chemin(const QString& nom) const;
     QString Chaine(int n) const;
-    QString Annonce(int n, const char* marque, const QString& nom, const QString& chemin) const;
+    QString Annonce(int n, const char* marque, const QString& nom, const QStringList& lignes) const;
     QString ChaineMenu(int n) const;
 
     Form1& f_;

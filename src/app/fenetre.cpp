@@ -597,6 +597,8 @@ void Form1::FinRun() {
     RefCurY = e.Repere.SourisRefY;
     RefCurAngle = e.Repere.RefCurAngle.toFloat();
     RefCurRad = RefCurAngle * DegRad;
+    // A run clears the pane: the freehand drawing under way goes back on it.
+    if (DessinOuvert && dessin) dessin->ApresRun();
     pane->update();
     Dispose();
     if (Mnu_Code->isChecked()) RTB1->setFocus();
@@ -1110,6 +1112,11 @@ bool Form1::ToucheFenetre(QKeyEvent* ev) {
     case Qt::Key_F9:
         if (Mnu_Dessin->isEnabled()) Mnu_Dessin->trigger();
         return true;
+    case Qt::Key_Semicolon:
+        // While drawing, ";" hands the keyboard back to the drawing tool.
+        if (!dessin || !dessin->EnDessin()) return false;
+        dessin->ReprendClavier();
+        return true;
     case Qt::Key_Escape:
         e.ArretDemande = true;
         return false;
@@ -1190,8 +1197,8 @@ void Form1::closeEvent(QCloseEvent* ev) {
         recherche->Find->hide();
         QDir::setCurrent(DossierDepart);
     }
-    const QString dessin = regl.DossierTravail + QStringLiteral("$Dessin_tmp.txt");
-    if (QFileInfo::exists(dessin)) QFile::remove(dessin);
+    const QString travailDessin = regl.DossierTravail + NomTravailDessin;
+    if (QFileInfo::exists(travailDessin)) QFile::remove(travailDessin);
     secours->Supprime();
     ev->accept();
 }

@@ -21,6 +21,7 @@ class DialoguesImpression;
 class Editeur;
 class FenetreAide;
 class Form2;
+class FrmDessin;
 class HoteFenetre;
 class Pane;
 class QAction;
@@ -101,6 +102,7 @@ public:
     QLabel* Text4 = nullptr;
     Form2* form2 = nullptr;
     Recherche* recherche = nullptr;   // the undo ring and FrmFind
+    FrmDessin* dessin = nullptr;      // the freehand drawing tool (F9), made at its first use
     std::unique_ptr<Secours> secours; // the recovery copy; what a failed save left
     QWidget* zone = nullptr;
 

@@ -116,20 +116,6 @@ struct Placement {
     }
 };
 
-// A data value: a decimal comma read as a point, an "R" makes it relative to
-// the previous one.
-double ValeurDonnee(QStringView vue, double precedent, bool* relatif = nullptr) {
-    if (relatif) *relatif = false;
-    if (const std::optional<double> v = DecimalSimple(vue, true)) return *v;
-    QString t = TrimVue(vue).toString();
-    t.replace(u',', u'.');
-    const bool r = t.contains(u'R', Qt::CaseInsensitive);
-    if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
-    if (relatif) *relatif = r;
-    const double v = ValNombre(t);
-    return r ? precedent + v : v;
-}
-
 // A data line cut at its separator, as `split` cuts it, without a string for
 // each field: whether it has a field, and the field `col` (from 1) it has.
 // Where the point is the separator, the decimal commas turn into separators
@@ -167,6 +153,27 @@ bool CommenceParMot(const QString& ligneMaj, std::initializer_list<const char*> 
         if (ligneMaj.startsWith(QLatin1String(m))) return true;
     return false;
 }
+
+} // namespace
+
+double ValeurDonnee(QStringView vue, double precedent, bool* relatif) {
+    if (relatif) *relatif = false;
+    if (const std::optional<double> v = DecimalSimple(vue, true)) return *v;
+    QString t = TrimVue(vue).toString();
+    t.replace(u',', u'.');
+    const bool r = t.contains(u'R', Qt::CaseInsensitive);
+    if (r) t.remove(QChar(u'R'), Qt::CaseInsensitive);
+    if (relatif) *relatif = r;
+    const double v = ValNombre(t);
+    return r ? precedent + v : v;
+}
+
+bool LigneHorsPoints(QStringView ligne) {
+    const QString maj = TrimVue(ligne).toString().toUpper();
+    return maj.isEmpty() || maj.startsWith(u'\'') || CommenceParMot(maj, {"STOP", "EPAIST", "COULEUR", "BEZIER"});
+}
+
+namespace {
 
 // A line of the data file that is a drawing command, run as in a program.
 void ExecuteLigneCommande(Etat& e, const QString& ligne) {
@@ -302,8 +309,7 @@ void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int 
         const QString brute = vue.toString();
         const QString l = Trim(brute);
         const QString maj = l.toUpper();
-        if (l.isEmpty() || l.startsWith(u'\'') ||
-            CommenceParMot(maj, {"STOP", "EPAIST", "COULEUR", "BEZIER"})) {
+        if (LigneHorsPoints(l)) {
             sortie.append(brute);
             continue;
         }

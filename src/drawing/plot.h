@@ -10,6 +10,14 @@ void CmdPlot(Etat& e);
 void CmdPlotP(Etat& e);
 void CmdPlotS(Etat& e);
 
+// A value of a data file: a decimal comma read as a point; an "R" in it makes
+// it relative, added to `precedent` (and sets `*relatif`).
+double ValeurDonnee(QStringView vue, double precedent, bool* relatif = nullptr);
+// A line of a data file that holds no point and is kept as it is when the
+// points are moved: blank, a comment ("'EOD" too), or a pen line (STOP,
+// EPAIST, COULEUR, BEZIER).
+bool LigneHorsPoints(QStringView ligne);
+
 // The symbol of `PlotS` when `%CMDSYMB` gives none or gives a refused one:
 // a circle of radius 1 mm about the point.
 inline const QString SymboleDefaut = QStringLiteral("Cercle=#X,#Y,1");

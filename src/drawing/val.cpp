@@ -377,6 +377,10 @@ QString FormatNombre(double v, const QString& format) {
     return FormatSansExposant(m, mantisse) + format[pe] + signe + litteral + chiffres;
 }
 
+QString FormatNombrePoint(double v, const QString& format) {
+    return FormatNombre(v, format).replace(QLocale().decimalPoint(), QStringLiteral("."));
+}
+
 QString TexteValeurLog(double v, const QString& finBrute) {
     const QString fin = LTrim(finBrute).toUpper();
     // Three significant digits.

@@ -29,6 +29,9 @@ QString TexteValeurLog(double v, const QString& fin);
 // "0", "#", "." placeholders, and a scientific part "E-" or "E+" with its
 // exponent digits. The decimal symbol is the locale's.
 QString FormatNombre(double v, const QString& format);
+// The same with a point as the decimal symbol whatever the locale, for the
+// texts that are programs or data files.
+QString FormatNombrePoint(double v, const QString& format);
 
 // The unit of a value: a leading blank kept as one blank, a lone blank empty.
 QString NormaliseUnite(const QString& u);

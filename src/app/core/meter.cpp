@@ -10,7 +10,6 @@
 #include "language/etat.h"
 #include "language/nombre.h"
 
-#include <QLocale>
 #include <QRegularExpression>
 
 #include <cmath>
@@ -36,12 +35,6 @@ QStringList Champs(const QString& ligne) {
 
 // A number as the program writes it.
 QString N(double v) { return StrF(float(v)); }
-
-// The number formats "###" and "#.#", with a point whatever the locale: the
-// text is a program.
-QString Format(double v, const QString& format) {
-    return FormatNombre(v, format).replace(QLocale().decimalPoint(), QStringLiteral("."));
-}
 
 // The fields of one line and the reading of its numbers, with the line's
 // rank for the messages.
@@ -86,8 +79,8 @@ QString Entete(const Ligne& l, const QString& chemin, QSizeF page, int langue) {
     t += u'\'' + LoadResString(116 + langue) + Fin + u'\'' + chemin + Fin + Fin;
     t += QStringLiteral("ZoomIni = 1  '") + LoadResString(117 + langue) + Fin + Fin;
     t += QStringLiteral("CentreE = ") + N(std::max(50.0, F1 / 2 + 10)) + QStringLiteral(", 50, bleu") + Fin;
-    t += QStringLiteral("CentreI = ") + Format(page.width() / 2, QStringLiteral("###")) +
-         QStringLiteral(", ") + Format(page.height() / 2 - (F2 - F3) / 2, QStringLiteral("###")) +
+    t += QStringLiteral("CentreI = ") + FormatNombrePoint(page.width() / 2, QStringLiteral("###")) +
+         QStringLiteral(", ") + FormatNombrePoint(page.height() / 2 - (F2 - F3) / 2, QStringLiteral("###")) +
          QStringLiteral(", bleu") + Fin;
     t += QStringLiteral("Cadre = -") + N(F1 / 2) + QStringLiteral(", -") + N(F3) + QStringLiteral(", ") +
          N(F1 / 2) + QStringLiteral(", ") + N(F2 - F3) + QStringLiteral(", cyan") + Fin;
@@ -96,7 +89,7 @@ QString Entete(const Ligne& l, const QString& chemin, QSizeF page, int langue) {
     t += QStringLiteral("Cercle = ") + N(F5 / 2) + QStringLiteral(", ") + N(F4 - F3) +
          QStringLiteral(", 1,,, cyan") + Fin + Fin;
     t += QStringLiteral("'Police = Arial") + Fin;
-    t += QStringLiteral("TailleP = ") + Format(2 * (F11 + F12), QStringLiteral("###")) +
+    t += QStringLiteral("TailleP = ") + FormatNombrePoint(2 * (F11 + F12), QStringLiteral("###")) +
          QStringLiteral("G   'Change taille tous textes") + Fin;
     t += QStringLiteral("Texte = ") + N(F14 - F1 / 2) + QStringLiteral(", ") + N(F13 - F3) +
          QStringLiteral(",, *") + N(F15) + QStringLiteral("GX, ") + l.Reste(22) + Fin + Fin;
@@ -125,7 +118,7 @@ QString LigneEchelle(const Ligne& en, const Ligne& s, int n) {
     QString r;
     r += QStringLiteral("Exposant = ") + N(exposant) + Fin;
     r += QStringLiteral("Arc = ") + N(90 - F6 / 2) + QStringLiteral(", ") + N(90 + F6 / 2) +
-         QStringLiteral(", ") + Format(R, QStringLiteral("#.#")) + QStringLiteral(", ") + c + Fin;
+         QStringLiteral(", ") + FormatNombrePoint(R, QStringLiteral("#.#")) + QStringLiteral(", ") + c + Fin;
     r += QStringLiteral("Grad = ") + N(S1) + QStringLiteral(", ") + N(F10) + QStringLiteral(", , , ") +
          N(F16) + QStringLiteral("mm, noir") + Fin;
     r += QStringLiteral("Grad = ") + N(mineures) + QStringLiteral(", ") + N(F9) + QStringLiteral(", , , ") +
