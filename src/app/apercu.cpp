@@ -3,17 +3,16 @@
 #include "app/core/config.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/hote_fenetre.h"
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
 #include "language/erreur.h"
-#include "language/hote.h"
 #include "language/interprete.h"
 
 #include <algorithm>
 
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTextBlock>
@@ -23,7 +22,6 @@
 
 namespace {
 
-constexpr double DegRad = 0.017453293;
 // A live run that takes longer than this is stopped: the program is one for F4.
 constexpr int DureeMaxDirect = 500;
 
@@ -34,11 +32,13 @@ QString PremiereLigne(const QString& t) {
     return (i < 0 ? s : s.left(i)).trimmed();
 }
 
-// The host of a live run: everything that would wait for the user, or write
-// where the user did not ask, stops the run instead and leaves its reason.
-class HoteApercu : public Hote {
+// The host of a live run: the window's, except that everything that would
+// wait for the user, or write where the user did not ask, stops the run
+// instead and leaves its reason. The run's start and end leave the menus,
+// the pointer and the colouring of the line being typed alone.
+class HoteApercu : public HoteFenetre {
 public:
-    HoteApercu(Form1& f, Hote& fenetre) : f_(f), fenetre_(fenetre) { montre_.start(); }
+    explicit HoteApercu(Form1& f) : HoteFenetre(f), f_(f) { montre_.start(); }
 
     QString raison;   // why the run stopped; empty when it ran to its end
     int ligne = 0;    // the editor line it stopped at
@@ -66,7 +66,6 @@ public:
         Arrete(Mot());
         return std::nullopt;
     }
-    QString TexteEditeur() const override { return fenetre_.TexteEditeur(); }
     void RemplaceTexteEditeur(int, int, const QString&) override { Arrete(Mot()); }
     int MarqueErreur(int debut, int longueur) override {
         Editeur* ed = f_.RTB1;
@@ -86,11 +85,6 @@ public:
         }
         return ed->LigneDe(d0) + 1;
     }
-    int LigneDe(int position) const override { return fenetre_.LigneDe(position); }
-    int FinLigneCaret() const override { return fenetre_.FinLigneCaret(); }
-    void ColoreLigneA(int position) override { fenetre_.ColoreLigneA(position); }
-    QString PressePapier() const override { return fenetre_.PressePapier(); }
-    void EcritPressePapier(const QString& texte) override { fenetre_.EcritPressePapier(texte); }
     bool Lance(const QString&, bool) override {
         Arrete(Mot());
         return false;
@@ -107,16 +101,11 @@ public:
     }
     void DebutExecution() override {
         erreursAvant_ = f_.e.ErreursAffichees;
-        f_.pane->Prepare();
-        AttachePane(f_.e, f_.pane->surface());
-        f_.e.Repere.LargeurEditeur = f_.LargeurEditeurUnites();
+        f_.PreparePane();
     }
     void FinExecution() override {
         // The mouse read-out takes the reference of this run, as after F4.
-        f_.RefCurX = f_.e.Repere.SourisRefX;
-        f_.RefCurY = f_.e.Repere.SourisRefY;
-        f_.RefCurAngle = f_.e.Repere.RefCurAngle.toFloat();
-        f_.RefCurRad = float(f_.RefCurAngle * DegRad);
+        f_.MajLectureSouris();
         f_.pane->update();
     }
 
@@ -126,13 +115,12 @@ private:
     void Arrete(const QString& r) {
         if (raison.isEmpty()) {
             raison = r.isEmpty() ? QStringLiteral("?") : r;
-            ligne = fenetre_.LigneDe(std::max(0, f_.e.PileFic[1].PosDebut - 1));
+            ligne = LigneDe(std::max(0, f_.e.PileFic[1].PosDebut - 1));
         }
         f_.e.ArretDemande = true;
     }
 
     Form1& f_;
-    Hote& fenetre_;
     QElapsedTimer montre_;
     int erreursAvant_ = 0;
     bool arretVolontaire_ = false;
@@ -293,10 +281,10 @@ void Apercu::ExecuteDirect() {
     }
     Etat& e = f_.e;
     Hote* fenetre = e.Host;
-    HoteApercu hote(f_, *fenetre);
+    HoteApercu hote(f_);
     e.Host = &hote;
     ++ExecutionsDirectes;
-    e.FichierPrincipal = f_.NomCourant.isEmpty() ? QString() : QFileInfo(f_.NomCourant).absoluteFilePath();
+    f_.FixeFichierPrincipal();
     FermeFichiers(e);
     e.Repere.PointX = e.Repere.PointY = 0;
     LanceExecution(e);

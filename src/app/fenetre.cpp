@@ -550,9 +550,13 @@ void Form1::LitFic(const TexteLu& lu) {
 bool Form1::PrepareExecution() {
     if (e.ExecutionEnCours) return false;
     ++NombreExecutions;
-    // The main file of %File, %Path and of Open's lookup.
-    e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
+    FixeFichierPrincipal();
     return true;
+}
+
+// The main file of %File, %Path and of Open's lookup.
+void Form1::FixeFichierPrincipal() {
+    e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
 }
 
 void Form1::Visualiser() {
@@ -587,8 +591,19 @@ void Form1::DebutRun() {
     // The pending colouring first, so the run reads the keywords as shown.
     RTB1->VideLigneSale();
     secours->Ecrit();
+    PreparePane();
+}
+
+void Form1::PreparePane() {
     if (pane->Prepare()) AttachePane(e, pane->surface());
     e.Repere.LargeurEditeur = LargeurEditeurUnites();
+}
+
+void Form1::MajLectureSouris() {
+    RefCurX = e.Repere.SourisRefX;
+    RefCurY = e.Repere.SourisRefY;
+    RefCurAngle = e.Repere.RefCurAngle.toFloat();
+    RefCurRad = RefCurAngle * DegRad;
 }
 
 void Form1::FinRun() {
@@ -596,11 +611,7 @@ void Form1::FinRun() {
     Mnu_Zoom->setEnabled(true);
     Mnu_RefCurseur->setEnabled(true);
     Occupe(false);
-    // The state of the mouse read-out.
-    RefCurX = e.Repere.SourisRefX;
-    RefCurY = e.Repere.SourisRefY;
-    RefCurAngle = e.Repere.RefCurAngle.toFloat();
-    RefCurRad = RefCurAngle * DegRad;
+    MajLectureSouris();
     pane->update();
     Dispose();
     if (Mnu_Code->isChecked()) RTB1->setFocus();
