@@ -15,9 +15,6 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QMenuBar>
-#include <QTextBlock>
-#include <QTextCharFormat>
-#include <QTextCursor>
 #include <QTextDocument>
 
 namespace {
@@ -70,19 +67,8 @@ public:
     int MarqueErreur(int debut, int longueur) override {
         Editeur* ed = f_.RTB1;
         const int d0 = ed->VersDocument(debut), d1 = ed->VersDocument(debut + longueur);
-        if (!arretVolontaire_) {
-            // Red as F4 paints it, without moving the caret the user types at.
-            const int max = ed->document()->characterCount() - 1;
-            QTextCursor c(ed->document());
-            c.setPosition(std::clamp(d0, 0, max));
-            c.setPosition(std::clamp(d1, 0, max), QTextCursor::KeepAnchor);
-            QTextCharFormat rouge;
-            rouge.setForeground(QColor(255, 0, 0));
-            const bool active = ed->ColorationActive;
-            ed->ColorationActive = false;
-            c.mergeCharFormat(rouge);
-            ed->ColorationActive = active;
-        }
+        // Red as F4 paints it, without moving the caret the user types at.
+        if (!arretVolontaire_) ed->MarqueRouge(d0, d1 - d0, false);
         return ed->LigneDe(d0) + 1;
     }
     bool Lance(const QString&, bool) override {
