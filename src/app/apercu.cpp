@@ -42,8 +42,9 @@ public:
 
     Reponse Message(const QString&, const QString& texte, Boutons boutons) override {
         if (raison.isEmpty()) {
-            // An error box comes from the level's handler, which counts it.
-            const bool erreur = f_.e.ErreursAffichees > erreursAvant_;
+            // An error box comes from the level's handler, which counts it
+            // (every run starts from none).
+            const bool erreur = f_.e.ErreursAffichees > 0;
             QString r = erreur ? PremiereLigne(texte) : Mot();
             if (erreur && !f_.e.TexteErreur.trimmed().isEmpty())
                 r += QStringLiteral(" : ") + PremiereLigne(f_.e.TexteErreur);
@@ -85,10 +86,7 @@ public:
         }
         if (montre_.elapsed() > DureeMaxDirect) Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
     }
-    void DebutExecution() override {
-        erreursAvant_ = f_.e.ErreursAffichees;
-        f_.PreparePane();
-    }
+    void DebutExecution() override { f_.PreparePane(); }
     void FinExecution() override {
         // The mouse read-out takes the reference of this run, as after F4.
         f_.MajLectureSouris();
@@ -108,7 +106,6 @@ private:
 
     Form1& f_;
     QElapsedTimer montre_;
-    int erreursAvant_ = 0;
     bool arretVolontaire_ = false;
 };
 
