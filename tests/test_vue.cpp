@@ -131,6 +131,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"Cercle = 50, 50, 10\r\nInput = Valeur ?, %A\r\n", "INPUT", 2},
         {"ListeVar\r\n", "LISTEVAR", 1},
         {"Cercle = 50, 50, 10\r\nOpenA = sortie.txt\r\nPrintA = x\r\n", "OPENA", 2},
+        {"OpenA = sortie.txt,,Kill\r\n", "OPENA", 1},
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
     };

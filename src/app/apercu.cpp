@@ -7,7 +7,6 @@
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
-#include "language/erreur.h"
 #include "language/interprete.h"
 
 #include <algorithm>
@@ -69,22 +68,22 @@ public:
         Editeur* ed = f_.RTB1;
         const int d0 = ed->VersDocument(debut), d1 = ed->VersDocument(debut + longueur);
         // Red as F4 paints it, without moving the caret the user types at.
-        if (!arretVolontaire_) ed->MarqueRouge(d0, d1 - d0, false);
+        ed->MarqueRouge(d0, d1 - d0, false);
         return ed->LigneDe(d0) + 1;
     }
     bool Lance(const QString&, bool) override {
         Arrete(Mot());
         return false;
     }
-    // No events: keys typed during the run wait for its end. A command that
-    // would open a file for writing stops here, before it does.
+    // A file to open for writing or to delete: the run stops before it.
+    bool EcriturePermise() override {
+        Arrete(Mot());
+        return false;
+    }
+    // No events: keys typed during the run wait for its end.
     void PompeEvenements() override {
-        if (f_.e.ExecutionEnCours && f_.e.NiveauCourant > 0 && f_.e.Ctx().Mot == QLatin1String("OPENA")) {
-            Arrete(f_.e.Ctx().Mot);
-            arretVolontaire_ = true;
-            throw ErreurProvoquee("ApercuDirect");
-        }
-        if (montre_.elapsed() > DureeMaxDirect) Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
+        if (raison.isEmpty() && montre_.elapsed() > DureeMaxDirect)
+            Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
     }
     void DebutExecution() override { f_.PreparePane(); }
     void FinExecution() override {
@@ -106,7 +105,6 @@ private:
 
     Form1& f_;
     QElapsedTimer montre_;
-    bool arretVolontaire_ = false;
 };
 
 } // namespace

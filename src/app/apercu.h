@@ -5,7 +5,8 @@
 // The live preview runs the text about 300 ms after typing pauses. A live
 // run is a run that never stops the user: it opens no box and no prompt and
 // writes no file. At the first line that would (`Input`, `ListeVar`,
-// `Shell#$`, `OpenA`, a rewrite of the editor's text, an error box) it stops;
+// `Shell#$`, an `OpenA` that opens or deletes a file, a rewrite of the
+// editor's text, an error box) it stops;
 // the reason stands in a line at the bottom of the pane and an error line is
 // painted red as F4 paints it, the caret left where the user types. F4 still
 // runs everything. A live run lets no events through: keys typed meanwhile
