@@ -168,11 +168,6 @@ void Apercu::Legendes() {
     Mnu_Vue->setTitle(t.Menu);
     Mnu_Ajuster->setText(t.Ajuster);
     Mnu_ApercuDirect->setText(t.Direct);
-    if (f_.Demarre && !reglagesLus_) {
-        // Start-up, behind the reading of the settings file.
-        reglagesLus_ = true;
-        Mnu_ApercuDirect->setChecked(f_.Config.ApercuDirect);
-    }
 }
 
 bool Apercu::DirectActif() const { return Mnu_ApercuDirect->isChecked(); }

@@ -42,8 +42,7 @@ class Apercu : public QObject {
 public:
     explicit Apercu(Form1& f);
 
-    // Captions in the menus' language; the first call after start-up also
-    // takes the settings ("ApercuDirect =").
+    // Captions in the menus' language.
     void Legendes();
     // A file was loaded: the end of its first run is followed by a fit when
     // the drawing does not show whole.
@@ -78,6 +77,5 @@ private:
     void FinDeRun();
 
     Form1& f_;
-    bool reglagesLus_ = false;
     bool ajusterApresRun_ = false;
 };

@@ -479,6 +479,7 @@ void Form1::Debut(const QString& ligneCommande) {
     regl.Zmm = Config.Zmm == 0 ? 1.0f : Config.Zmm;
     regl.Patchs = Config.Patchs;
     Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
+    if (auto* a = findChild<Apercu*>()) a->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
     if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
