@@ -259,7 +259,6 @@ void Apercu::ExecuteDirect() {
     Hote* fenetre = e.Host;
     HoteApercu hote(f_);
     e.Host = &hote;
-    ++ExecutionsDirectes;
     f_.FixeFichierPrincipal();
     FermeFichiers(e);
     e.Repere.PointX = e.Repere.PointY = 0;

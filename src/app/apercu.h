@@ -55,7 +55,6 @@ public:
 
     // One live run now (the timer's end).
     void ExecuteDirect();
-    int ExecutionsDirectes = 0;
     // The live run's delay after the last key, ms.
     static constexpr int DelaiDirect = 300;
 
