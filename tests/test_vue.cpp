@@ -53,6 +53,11 @@ void Tape(Form1& f, const QString& texte) {
     }
 }
 
+// Every live run rewrites the pane's status line (empty when it ran to its
+// end): a mark left there tells whether one came since.
+void Marque(Form1& f) { f.pane->EcritEtat("*", 0); }
+bool RunDirect(Form1& f) { return f.pane->TexteEtat() != "*"; }
+
 } // namespace
 
 // Every example opens whole in the default window, off its true size only as
@@ -131,6 +136,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"Cercle = 50, 50, 10\r\nInput = Valeur ?, %A\r\n", "INPUT", 2},
         {"ListeVar\r\n", "LISTEVAR", 1},
         {"Cercle = 50, 50, 10\r\nOpenA = sortie.txt\r\nPrintA = x\r\n", "OPENA", 2},
+        {"OpenA = sortie.txt,,Kill\r\n", "OPENA", 1},
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
     };
@@ -140,11 +146,11 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         ApercuDe(f).Mnu_ApercuDirect->trigger();
         Tape(f, c.programme);
         const int caret = f.RTB1->textCursor().position();
-        const int runs = ApercuDe(f).ExecutionsDirectes;
         QTest::qWait(Apercu::DelaiDirect + 150);
         const QString etat = f.pane->TexteEtat();
         EXPECT_TRUE(etat.contains(QString("ligne %1 (").arg(c.ligne)) && etat.contains(c.raison)) << etat.toStdString();
-        EXPECT_TRUE(ApercuDe(f).ExecutionsDirectes == runs + 1 && b.boites.vues.empty() &&
+        // One run: its own marks in the text start no other.
+        EXPECT_TRUE(!ApercuDe(f).Minuterie.isActive() && b.boites.vues.empty() &&
                     f.RTB1->textCursor().position() == caret && f.RTB1->TexteCrLf() == c.programme &&
                     !QFileInfo::exists(b.travail.filePath("sortie.txt")))
             << etat.toStdString();
@@ -159,18 +165,21 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     Banc b;
     Form1& f = b.Demarre("Cercle = 50, 50, 10\r\n");
     Apercu& a = ApercuDe(f);
+    Marque(f);
     Tape(f, "Cercle = 50, 50, 20\r\n");
     QTest::qWait(Apercu::DelaiDirect + 100);
-    EXPECT_EQ(a.ExecutionsDirectes, 0);
+    EXPECT_FALSE(RunDirect(f));
     a.Mnu_ApercuDirect->trigger();
     EXPECT_TRUE(b.config.Ecritures.contains("ApercuDirect = Oui"));
+    Marque(f);
     for (const char c : std::string("Cercle = 50, 50, 30")) QTest::keyClick(f.RTB1, c, {}, 50); // 20 a second
-    EXPECT_EQ(a.ExecutionsDirectes, 0);
+    EXPECT_FALSE(RunDirect(f));
     QTest::qWait(Apercu::DelaiDirect + 100);
-    EXPECT_TRUE(a.ExecutionsDirectes == 1 && f.pane->TexteEtat().isEmpty()) << f.pane->TexteEtat().toStdString();
+    EXPECT_TRUE(f.pane->TexteEtat().isEmpty() && !a.Minuterie.isActive()) << f.pane->TexteEtat().toStdString();
+    Marque(f);
     f.RTB1->Cmd_Ctrl_K();
     QTest::qWait(Apercu::DelaiDirect + 100);
-    EXPECT_EQ(a.ExecutionsDirectes, 1);
+    EXPECT_FALSE(RunDirect(f));
     a.Mnu_ApercuDirect->trigger();
     EXPECT_TRUE(b.config.Ecritures.contains("ApercuDirect = Non"));
     const Config c = LitConfigTexte("'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");

@@ -3,27 +3,21 @@
 #include "app/core/config.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/hote_fenetre.h"
 #include "drawing/repere.h"
 #include "drawing/surface.h"
 #include "language/chaines.h"
-#include "language/erreur.h"
-#include "language/hote.h"
 #include "language/interprete.h"
 
 #include <algorithm>
 
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QTextBlock>
-#include <QTextCharFormat>
-#include <QTextCursor>
 #include <QTextDocument>
 
 namespace {
 
-constexpr double DegRad = 0.017453293;
 // A live run that takes longer than this is stopped: the program is one for F4.
 constexpr int DureeMaxDirect = 500;
 
@@ -34,19 +28,22 @@ QString PremiereLigne(const QString& t) {
     return (i < 0 ? s : s.left(i)).trimmed();
 }
 
-// The host of a live run: everything that would wait for the user, or write
-// where the user did not ask, stops the run instead and leaves its reason.
-class HoteApercu : public Hote {
+// The host of a live run: the window's, except that everything that would
+// wait for the user, or write where the user did not ask, stops the run
+// instead and leaves its reason. The run's start and end leave the menus,
+// the pointer and the colouring of the line being typed alone.
+class HoteApercu : public HoteFenetre {
 public:
-    HoteApercu(Form1& f, Hote& fenetre) : f_(f), fenetre_(fenetre) { montre_.start(); }
+    explicit HoteApercu(Form1& f) : HoteFenetre(f), f_(f) { montre_.start(); }
 
     QString raison;   // why the run stopped; empty when it ran to its end
     int ligne = 0;    // the editor line it stopped at
 
     Reponse Message(const QString&, const QString& texte, Boutons boutons) override {
         if (raison.isEmpty()) {
-            // An error box comes from the level's handler, which counts it.
-            const bool erreur = f_.e.ErreursAffichees > erreursAvant_;
+            // An error box comes from the level's handler, which counts it
+            // (every run starts from none).
+            const bool erreur = f_.e.ErreursAffichees > 0;
             QString r = erreur ? PremiereLigne(texte) : Mot();
             if (erreur && !f_.e.TexteErreur.trimmed().isEmpty())
                 r += QStringLiteral(" : ") + PremiereLigne(f_.e.TexteErreur);
@@ -66,57 +63,31 @@ public:
         Arrete(Mot());
         return std::nullopt;
     }
-    QString TexteEditeur() const override { return fenetre_.TexteEditeur(); }
     void RemplaceTexteEditeur(int, int, const QString&) override { Arrete(Mot()); }
     int MarqueErreur(int debut, int longueur) override {
         Editeur* ed = f_.RTB1;
         const int d0 = ed->VersDocument(debut), d1 = ed->VersDocument(debut + longueur);
-        if (!arretVolontaire_) {
-            // Red as F4 paints it, without moving the caret the user types at.
-            const int max = ed->document()->characterCount() - 1;
-            QTextCursor c(ed->document());
-            c.setPosition(std::clamp(d0, 0, max));
-            c.setPosition(std::clamp(d1, 0, max), QTextCursor::KeepAnchor);
-            QTextCharFormat rouge;
-            rouge.setForeground(QColor(255, 0, 0));
-            const bool active = ed->ColorationActive;
-            ed->ColorationActive = false;
-            c.mergeCharFormat(rouge);
-            ed->ColorationActive = active;
-        }
+        // Red as F4 paints it, without moving the caret the user types at.
+        ed->MarqueRouge(d0, d1 - d0, false);
         return ed->LigneDe(d0) + 1;
     }
-    int LigneDe(int position) const override { return fenetre_.LigneDe(position); }
-    int FinLigneCaret() const override { return fenetre_.FinLigneCaret(); }
-    void ColoreLigneA(int position) override { fenetre_.ColoreLigneA(position); }
-    QString PressePapier() const override { return fenetre_.PressePapier(); }
-    void EcritPressePapier(const QString& texte) override { fenetre_.EcritPressePapier(texte); }
     bool Lance(const QString&, bool) override {
         Arrete(Mot());
         return false;
     }
-    // No events: keys typed during the run wait for its end. A command that
-    // would open a file for writing stops here, before it does.
+    // A file to open for writing or to delete: the run stops before it.
+    bool EcriturePermise() override {
+        Arrete(Mot());
+        return false;
+    }
+    // No events: keys typed during the run wait for its end.
     void PompeEvenements() override {
-        if (f_.e.ExecutionEnCours && f_.e.NiveauCourant > 0 && f_.e.Ctx().Mot == QLatin1String("OPENA")) {
-            Arrete(f_.e.Ctx().Mot);
-            arretVolontaire_ = true;
-            throw ErreurProvoquee("ApercuDirect");
-        }
-        if (montre_.elapsed() > DureeMaxDirect) Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
+        if (raison.isEmpty() && montre_.elapsed() > DureeMaxDirect)
+            Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
     }
-    void DebutExecution() override {
-        erreursAvant_ = f_.e.ErreursAffichees;
-        f_.pane->Prepare();
-        AttachePane(f_.e, f_.pane->surface());
-        f_.e.Repere.LargeurEditeur = f_.LargeurEditeurUnites();
-    }
+    void DebutExecution() override { f_.PreparePane(); }
     void FinExecution() override {
-        // The mouse read-out takes the reference of this run, as after F4.
-        f_.RefCurX = f_.e.Repere.SourisRefX;
-        f_.RefCurY = f_.e.Repere.SourisRefY;
-        f_.RefCurAngle = f_.e.Repere.RefCurAngle.toFloat();
-        f_.RefCurRad = float(f_.RefCurAngle * DegRad);
+        f_.FinRunPane(); // as after F4
         f_.pane->update();
     }
 
@@ -126,16 +97,13 @@ private:
     void Arrete(const QString& r) {
         if (raison.isEmpty()) {
             raison = r.isEmpty() ? QStringLiteral("?") : r;
-            ligne = fenetre_.LigneDe(std::max(0, f_.e.PileFic[1].PosDebut - 1));
+            ligne = LigneDe(std::max(0, f_.e.PileFic[1].PosDebut - 1));
         }
         f_.e.ArretDemande = true;
     }
 
     Form1& f_;
-    Hote& fenetre_;
     QElapsedTimer montre_;
-    int erreursAvant_ = 0;
-    bool arretVolontaire_ = false;
 };
 
 } // namespace
@@ -199,11 +167,6 @@ void Apercu::Legendes() {
     Mnu_Vue->setTitle(t.Menu);
     Mnu_Ajuster->setText(t.Ajuster);
     Mnu_ApercuDirect->setText(t.Direct);
-    if (f_.Demarre && !reglagesLus_) {
-        // Start-up, behind the reading of the settings file.
-        reglagesLus_ = true;
-        Mnu_ApercuDirect->setChecked(f_.Config.ApercuDirect);
-    }
 }
 
 bool Apercu::DirectActif() const { return Mnu_ApercuDirect->isChecked(); }
@@ -293,10 +256,9 @@ void Apercu::ExecuteDirect() {
     }
     Etat& e = f_.e;
     Hote* fenetre = e.Host;
-    HoteApercu hote(f_, *fenetre);
+    HoteApercu hote(f_);
     e.Host = &hote;
-    ++ExecutionsDirectes;
-    e.FichierPrincipal = f_.NomCourant.isEmpty() ? QString() : QFileInfo(f_.NomCourant).absoluteFilePath();
+    f_.FixeFichierPrincipal();
     FermeFichiers(e);
     e.Repere.PointX = e.Repere.PointY = 0;
     LanceExecution(e);

@@ -5,7 +5,8 @@
 // The live preview runs the text about 300 ms after typing pauses. A live
 // run is a run that never stops the user: it opens no box and no prompt and
 // writes no file. At the first line that would (`Input`, `ListeVar`,
-// `Shell#$`, `OpenA`, a rewrite of the editor's text, an error box) it stops;
+// `Shell#$`, an `OpenA` that opens or deletes a file, a rewrite of the
+// editor's text, an error box) it stops;
 // the reason stands in a line at the bottom of the pane and an error line is
 // painted red as F4 paints it, the caret left where the user types. F4 still
 // runs everything. A live run lets no events through: keys typed meanwhile
@@ -41,8 +42,7 @@ class Apercu : public QObject {
 public:
     explicit Apercu(Form1& f);
 
-    // Captions in the menus' language; the first call after start-up also
-    // takes the settings ("ApercuDirect =").
+    // Captions in the menus' language.
     void Legendes();
     // A file was loaded: the end of its first run is followed by a fit when
     // the drawing does not show whole.
@@ -55,7 +55,6 @@ public:
 
     // One live run now (the timer's end).
     void ExecuteDirect();
-    int ExecutionsDirectes = 0;
     // The live run's delay after the last key, ms.
     static constexpr int DelaiDirect = 300;
 
@@ -77,6 +76,5 @@ private:
     void FinDeRun();
 
     Form1& f_;
-    bool reglagesLus_ = false;
     bool ajusterApresRun_ = false;
 };

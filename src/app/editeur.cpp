@@ -313,10 +313,11 @@ void Editeur::Cmd_Ctrl_K() {
     ColoreTexte(0, document()->characterCount());
 }
 
-void Editeur::MarqueRouge(int debut, int longueur) {
+void Editeur::MarqueRouge(int debut, int longueur, bool caret) {
     const int max = document()->characterCount() - 1;
     debut = std::clamp(debut, 0, max);
     Peint(debut, std::min(longueur, max - debut), Rouge);
+    if (!caret) return;
     ColorationActive = false;
     QTextCursor c(document());
     c.setPosition(debut);

@@ -53,9 +53,9 @@ public:
     void MajLigne();
     // Ctrl-V: the clipboard's plain text, coloured; nothing without text.
     void Colle();
-    // The red marking of the line where a run failed; the caret
-    // is left at `debut` with no selection.
-    void MarqueRouge(int debut, int longueur);
+    // The red marking of the line where a run failed; with `caret`, the
+    // caret is left at `debut` with no selection.
+    void MarqueRouge(int debut, int longueur, bool caret = true);
     // A programmatic rewrite (`?`, `EpaisT`...): the change event stays out.
     void Remplace(int debut, int longueur, const QString& texte);
     // The insertion of text at the caret as selected text (coordinates, colour).

@@ -476,6 +476,7 @@ void Form1::Debut(const QString& ligneCommande) {
     regl.Zmm = Config.Zmm == 0 ? 1.0f : Config.Zmm;
     regl.Patchs = Config.Patchs;
     Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
+    if (auto* a = findChild<Apercu*>()) a->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
     if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
@@ -546,9 +547,13 @@ void Form1::LitFic(const TexteLu& lu) {
 bool Form1::PrepareExecution() {
     if (e.ExecutionEnCours) return false;
     ++NombreExecutions;
-    // The main file of %File, %Path and of Open's lookup.
-    e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
+    FixeFichierPrincipal();
     return true;
+}
+
+// The main file of %File, %Path and of Open's lookup.
+void Form1::FixeFichierPrincipal() {
+    e.FichierPrincipal = NomCourant.isEmpty() ? QString() : QFileInfo(NomCourant).absoluteFilePath();
 }
 
 void Form1::Visualiser() {
@@ -583,8 +588,21 @@ void Form1::DebutRun() {
     // The pending colouring first, so the run reads the keywords as shown.
     RTB1->VideLigneSale();
     secours->Ecrit();
+    PreparePane();
+}
+
+void Form1::PreparePane() {
     if (pane->Prepare()) AttachePane(e, pane->surface());
     e.Repere.LargeurEditeur = LargeurEditeurUnites();
+}
+
+void Form1::FinRunPane() {
+    RefCurX = e.Repere.SourisRefX;
+    RefCurY = e.Repere.SourisRefY;
+    RefCurAngle = e.Repere.RefCurAngle.toFloat();
+    RefCurRad = RefCurAngle * DegRad;
+    // A run clears the pane: the freehand drawing under way goes back on it.
+    if (DessinOuvert && dessin) dessin->ApresRun();
 }
 
 void Form1::FinRun() {
@@ -592,13 +610,7 @@ void Form1::FinRun() {
     Mnu_Zoom->setEnabled(true);
     Mnu_RefCurseur->setEnabled(true);
     Occupe(false);
-    // The state of the mouse read-out.
-    RefCurX = e.Repere.SourisRefX;
-    RefCurY = e.Repere.SourisRefY;
-    RefCurAngle = e.Repere.RefCurAngle.toFloat();
-    RefCurRad = RefCurAngle * DegRad;
-    // A run clears the pane: the freehand drawing under way goes back on it.
-    if (DessinOuvert && dessin) dessin->ApresRun();
+    FinRunPane();
     pane->update();
     Dispose();
     if (Mnu_Code->isChecked()) RTB1->setFocus();

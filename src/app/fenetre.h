@@ -145,6 +145,15 @@ public:
     QPointF VersPixel(double x, double y) const;
     // The editor's width in Surface units when it stands beside the drawing.
     double LargeurEditeurUnites() const;
+    // The start of every run on the pane: a new image attached to the run,
+    // the editor's width in it.
+    void PreparePane();
+    // The end of every run on the pane: the mouse read-out takes the
+    // reference point and angle the run left, and the freehand drawing under
+    // way goes back on the cleared pane.
+    void FinRunPane();
+    // The current file becomes the run's main file (%File, %Path, Open's lookup).
+    void FixeFichierPrincipal();
     bool Modifie() const;
     void SetModifie(bool m);
     bool EnExecution() const { return e.ExecutionEnCours; }

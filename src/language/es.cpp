@@ -181,6 +181,7 @@ void CmdOpenA(Etat& e) {
     const QString kill = Trim(ParaN(e, e.LigneCourante, 3));
     if (kill != QLatin1String("Kill")) {
         if (!e.FicPrintA) {
+            if (e.Host && !e.Host->EcriturePermise()) return;
             auto f = std::make_shared<QFile>(nom);
             if (!f->open(QIODevice::WriteOnly | QIODevice::Append)) Echec("OpenA");
             e.FicPrintA = f;
@@ -191,6 +192,7 @@ void CmdOpenA(Etat& e) {
     // Kill: a bare name is deleted (failures ignored) and no file stays open;
     // a name with a folder is left alone.
     if (AUnDossier(brut)) return;
+    if (e.Host && !e.Host->EcriturePermise()) return;
     if (e.FicPrintA) e.FicPrintA->close();
     e.FicPrintA.reset();
     e.NumFicPrintA = 0;

@@ -51,6 +51,10 @@ public:
     virtual void DebutExecution() {}
     virtual void FinExecution() {}
 
+    // Asked by `OpenA` before it opens a file for writing or deletes one;
+    // false: it does neither and the command ends there.
+    virtual bool EcriturePermise() { return true; }
+
     // `Shell#$`: starts a command line; with attendre, waits for it.
     virtual bool Lance(const QString& commande, bool attendre) = 0;
 };
