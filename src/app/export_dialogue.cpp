@@ -3,6 +3,7 @@
 #include "app/boites.h"
 #include "app/core/config.h"
 #include "app/core/rendu.h"
+#include "app/core/session.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
 #include "language/chaines.h"
@@ -13,7 +14,6 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QPageSize>
 #include <QSpinBox>
 
 namespace {
@@ -28,28 +28,9 @@ TextesExport TextesDExport(int langue) {
     return {l.value(0), l.value(1), l.value(2), l.value(3), l.value(4), l.value(5), l.value(6)};
 }
 
-const struct {
-    const char* nom;
-    QPageSize::PageSizeId id;
-} Pages[] = {{"A4", QPageSize::A4}, {"A3", QPageSize::A3}, {"A5", QPageSize::A5},
-             {"Letter", QPageSize::Letter}, {"Legal", QPageSize::Legal}};
-
 constexpr int DpiMin = 10, DpiMax = 2400;
 
 } // namespace
-
-QStringList PagesExport() {
-    QStringList r;
-    for (const auto& p : Pages) r << QString::fromLatin1(p.nom);
-    return r;
-}
-
-QSizeF TaillePageExport(const QString& page) {
-    for (const auto& p : Pages)
-        if (page.compare(QLatin1String(p.nom), Qt::CaseInsensitive) == 0)
-            return QPageSize(p.id).size(QPageSize::Millimeter);
-    return QPageSize(QPageSize::A4).size(QPageSize::Millimeter);
-}
 
 QString TexteChoixExport(const ChoixExport& c) {
     return QStringLiteral("%1;%2;%3;%4")
@@ -62,7 +43,7 @@ ChoixExport ChoixExportDe(const QString& texte) {
     ChoixExport c;
     const QStringList p = texte.split(u';');
     const QString page = p.value(0).trimmed();
-    for (const QString& n : PagesExport())
+    for (const QString& n : NomsPages())
         if (page.compare(n, Qt::CaseInsensitive) == 0) c.page = n;
     c.paysage = p.value(1).trimmed().compare(QLatin1String("Paysage"), Qt::CaseInsensitive) == 0;
     bool ok = false;
@@ -79,7 +60,7 @@ DialogueExport::DialogueExport(QWidget* parent, int langue, const QString& forma
     setWindowTitle(QStringLiteral("Mirel   ") + t.Titre + u' ' + format.toUpper());
     auto* forme = new QFormLayout(this);
     Page = new QComboBox(this);
-    Page->addItems(PagesExport());
+    Page->addItems(NomsPages());
     Page->setCurrentText(choix.page);
     forme->addRow(t.Page, Page);
     Orientation = new QComboBox(this);
@@ -131,7 +112,7 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (nom.isEmpty()) return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     OptionsRendu o;
-    o.page = TaillePageExport(c.page);
+    o.page = TaillePage(c.page); // a name of the list: never invalid
     o.paysage = c.paysage;
     o.dpi = c.dpi;
     o.texteEnContours = c.contours && format == QLatin1String("svg");

@@ -14,16 +14,12 @@ class QComboBox;
 class QSpinBox;
 
 struct ChoixExport {
-    QString page = QStringLiteral("A4"); // one of PagesExport()
+    QString page = QStringLiteral("A4"); // one of NomsPages()
     bool paysage = false;
     int dpi = 300;                       // PNG only
     bool contours = false;               // SVG only
 };
 
-// The pages offered, by name.
-QStringList PagesExport();
-// A page's size in millimetres, portrait; A4 for an unknown name.
-QSizeF TaillePageExport(const QString& page);
 // The value of "Export =": "A4;Portrait;300;Texte" ("Contours" for outlines).
 QString TexteChoixExport(const ChoixExport& c);
 // Read back; what is missing or wrong keeps its default.

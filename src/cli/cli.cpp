@@ -43,7 +43,7 @@ const char* const Aide =
     "  mirel --screenshot OUT.png [FILE.dat]\n"
     "                                   open the window, run FILE, save the window as\n"
     "                                   OUT.png and quit\n"
-    "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|Letter|WxH]\n"
+    "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|A5|Letter|Legal|WxH]\n"
     "                                   [--landscape] [--text-as-paths] [common options]\n"
     "                                   --text-as-paths: SVG text as outlines (laser engravers)\n"
     "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"

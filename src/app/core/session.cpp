@@ -15,11 +15,26 @@ std::unique_ptr<Surface> SurfaceDe(GenreSurface genre, QSizeF mm, double dpi) {
 
 } // namespace
 
+namespace {
+
+const struct {
+    const char* nom;
+    double largeur, hauteur;
+} PagesNommees[] = {{"A4", 210, 297}, {"A3", 297, 420}, {"A5", 148, 210},
+                    {"Letter", 215.9, 279.4}, {"Legal", 215.9, 355.6}};
+
+} // namespace
+
+QStringList NomsPages() {
+    QStringList r;
+    for (const auto& p : PagesNommees) r << QString::fromLatin1(p.nom);
+    return r;
+}
+
 QSizeF TaillePage(const QString& nom) {
     const QString n = nom.trimmed().toUpper();
-    if (n == QLatin1String("A4")) return {210, 297};
-    if (n == QLatin1String("A3")) return {297, 420};
-    if (n == QLatin1String("LETTER")) return {215.9, 279.4};
+    for (const auto& p : PagesNommees)
+        if (n == QString::fromLatin1(p.nom).toUpper()) return {p.largeur, p.hauteur};
     const QStringList wh = n.split(u'X');
     if (wh.size() == 2) {
         bool a = false, b = false;

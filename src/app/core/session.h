@@ -16,7 +16,10 @@
 constexpr double DpiImprimante = 600.0;
 constexpr double DpiEcran = 96.0;
 
-// A page size in millimetres from "A4", "A3", "Letter" or "WxH"; invalid when unknown.
+// The pages known by name: "A4", "A3", "A5", "Letter", "Legal".
+QStringList NomsPages();
+// A page size in millimetres, portrait, from one of those names (any case) or
+// "WxH"; invalid when unknown.
 QSizeF TaillePage(const QString& nom);
 
 // A page given wider than high is a landscape page: the paper becomes
