@@ -1,6 +1,7 @@
 // The settings file "Mirel.cfg" and the language choices.
 #include "app/core/config.h"
 
+#include "app/core/installation.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 #include "language/vb.h"
@@ -137,8 +138,7 @@ bool DossierContientProgramme(const QString& dossier, const QString& nomExecutab
 
 bool ProgrammeEnPlace(const QString& dossierExecutable) {
     const QString d = AvecBarre(dossierExecutable);
-    return QFileInfo(d + QStringLiteral("CMakeCache.txt")).isFile() ||
-           QFileInfo(d + QStringLiteral("../share/mirel")).isDir();
+    return QFileInfo(d + QStringLiteral("CMakeCache.txt")).isFile() || ProgrammeInstalle(dossierExecutable);
 }
 
 EmplacementConfig LocaliseConfig(const QString& dossierProgramme, const QString& dossierTravail,

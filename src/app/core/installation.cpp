@@ -8,9 +8,20 @@
 #include <QProcess>
 #include <QSaveFile>
 
+namespace {
+QString DossierPartage(const QString& dossierExecutable) {
+    return dossierExecutable + QStringLiteral("/../share/mirel");
+}
+} // namespace
+
+bool ProgrammeInstalle(const QString& dossierExecutable) {
+    return QFileInfo(DossierPartage(dossierExecutable)).isDir();
+}
+
 QString DossierDonnees(const QString& dossierExecutable) {
-    const QFileInfo partage(dossierExecutable + QStringLiteral("/../share/mirel"));
-    const QString dossier = partage.isDir() ? partage.canonicalFilePath() : QDir(dossierExecutable).absolutePath();
+    const QString dossier = ProgrammeInstalle(dossierExecutable)
+                                ? QFileInfo(DossierPartage(dossierExecutable)).canonicalFilePath()
+                                : QDir(dossierExecutable).absolutePath();
     return dossier.endsWith(u'/') ? dossier : dossier + u'/';
 }
 

@@ -10,9 +10,11 @@
 // <prefix>/share/mirel beside <prefix>/bin; a program run where it was built
 // keeps it in its own folder.
 QString DossierDonnees(const QString& dossierExecutable);
+// Whether the program is an installed one: <prefix>/share/mirel stands beside
+// its folder.
+bool ProgrammeInstalle(const QString& dossierExecutable);
 
-// The texts of the setup, in the menus' language ("fr", "en", "de", "es";
-// English for any other).
+// The texts of the setup.
 struct TextesSetup {
     QString Titre, Dossier, Copie, Lanceur, Association, Fait, Echec;
 };
