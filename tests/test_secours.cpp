@@ -129,6 +129,26 @@ TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
     }
 }
 
+// The disk comes back: a save made when Open asks puts the text on disk, and
+// the quit no longer asks about it although the Open was then cancelled.
+TEST(Secours, SaveMadeWhenOpenAsksEndsTheFailedSavesQuestion) {
+    QTemporaryDir etat;
+    Banc b;
+    QDir(b.travail.path()).mkdir("disque");
+    Form1& f = Fenetre(b, etat.path(), "disque/essai.dat", "' a\r\n");
+    QTest::keyClicks(f.RTB1, "CT = 3, 3");
+    QDir(b.travail.path() + "/disque").removeRecursively();
+    f.Mnu_EnregistrerS_Click();
+    QDir(b.travail.path()).mkdir("disque");
+    b.boites.reponses = {int(Reponse::Oui), QString()};
+    f.Mnu_Ouvrir_Click();
+    EXPECT_EQ(Contenu(b.travail.path() + "/disque/essai.dat"), "CT = 3, 3' a\r\n");
+    const int avant = b.boites.Messages().size();
+    EXPECT_TRUE(f.close());
+    EXPECT_EQ(b.boites.Messages().size(), avant);
+    EXPECT_EQ(Copies(etat.path()), 0);
+}
+
 // The window's process is killed while keys are coming in; the next start
 // offers back every key typed before the kill. Also run under Xvfb.
 TEST(Secours, KilledWhileTypingOffersEveryTypedKeyBack) {

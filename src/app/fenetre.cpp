@@ -169,7 +169,8 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     Text3->setObjectName(QStringLiteral("Text3"));
     Text4->setObjectName(QStringLiteral("Text4"));
     form2 = new Form2(this);
-    secours = std::make_unique<Secours>(RTB1, s_.dossierSecours, FichierCourant, NomCourant);
+    secours = std::make_unique<Secours>(RTB1, s_.dossierSecours, FichierCourant, NomCourant,
+                                        fichiers_.HorsDisque);
     ConstruitMenus();
     Usage = new UsageFenetre(*this);
 
@@ -1022,7 +1023,6 @@ public:
     void Visualiser() override { f.Visualiser(); }
     void DebutAnnulation() override {
         f.recherche->Annulation.Initialise();
-        f.secours->HorsDisque = false;
         f.MajText4();
     }
 
@@ -1034,18 +1034,16 @@ bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichi
     fichiers_.NomCourant = NomCourant;
     fichiers_.FichierCourant = FichierCourant;
     fichiers_.DossierFichier = DossierFichier;
-    // A text that a failed Save left off the disk is asked about before Open
-    // or New replaces it, as a modified one; its flag stays as the Save left it.
-    const bool horsDisque = !Modifie() && secours->HorsDisque;
-    fichiers_.Modifie = Modifie() || horsDisque;
+    fichiers_.Modifie = Modifie();
     PontFichiers pont(*this);
     const bool r = commande(fichiers_, pont);
     NomCourant = fichiers_.NomCourant;
     FichierCourant = fichiers_.FichierCourant;
     DossierFichier = fichiers_.DossierFichier;
-    SetModifie(fichiers_.Modifie && !horsDisque);
+    SetModifie(fichiers_.Modifie);
     Usage->ApresCommandeFichier();
     EcritCaption();
+    secours->Ecrit(); // a text put on disk needs its copy no more
     return r;
 }
 
@@ -1061,22 +1059,15 @@ void Form1::Mnu_OuvrirMeter_Click() {
 
 void Form1::Mnu_Nouveau_Click() {
     if (e.ExecutionEnCours) return;
-    if (CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Nouveau(ef, regl, p); }))
-        secours->HorsDisque = false;
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Nouveau(ef, regl, p); });
 }
 
 void Form1::Mnu_EnregistrerS_Click() {
-    const bool avant = Modifie();
-    secours->ApresEnregistrement(CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
-        return ::Mnu_EnregistrerS(ef, regl, p);
-    }), avant);
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_EnregistrerS(ef, regl, p); });
 }
 
 void Form1::Mnu_Enregistrer_Click() {
-    const bool avant = Modifie();
-    secours->ApresEnregistrement(CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) {
-        return ::Mnu_Enregistrer(ef, regl, p);
-    }), avant);
+    CommandeFichier([this](EtatFichiers& ef, FenetreFichiers& p) { return ::Mnu_Enregistrer(ef, regl, p); });
 }
 
 // Alt-L: the names chosen go in at the caret as selected text; nothing runs.

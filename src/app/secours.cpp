@@ -33,8 +33,9 @@ QString DossierSecoursStandard() {
     return base + QStringLiteral("/mirel");
 }
 
-Secours::Secours(Editeur* ed, QString dossier, const QString& fichier, const QString& nom)
-    : ed_(ed), dossier_(std::move(dossier)), fichier_(fichier), nom_(nom) {
+Secours::Secours(Editeur* ed, QString dossier, const QString& fichier, const QString& nom,
+                 const bool& horsDisque)
+    : ed_(ed), dossier_(std::move(dossier)), fichier_(fichier), nom_(nom), horsDisque_(horsDisque) {
     if (dossier_.isEmpty()) return;
     base_ = dossier_ + QStringLiteral("/secours-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     // Each key is written as it is released, so that a process killed in
@@ -52,7 +53,7 @@ Secours::Secours(Editeur* ed, QString dossier, const QString& fichier, const QSt
 Secours::~Secours() = default;
 
 bool Secours::ARisque() const {
-    return (ed_->Modifie || HorsDisque) && !ed_->document()->isEmpty();
+    return (ed_->Modifie || horsDisque_) && !ed_->document()->isEmpty();
 }
 
 void Secours::Ecrit() {
@@ -80,12 +81,6 @@ void Secours::Supprime() {
     QFile::remove(Chemin());
     ecrit_.clear();
     verrou_.reset(); // unlocks, and removes the lock file
-}
-
-void Secours::ApresEnregistrement(bool ecrit, bool modifieAvant) {
-    if (ecrit && !ed_->Modifie) HorsDisque = false;
-    else if (!ecrit && modifieAvant && !ed_->Modifie) HorsDisque = true;
-    Ecrit();
 }
 
 QList<CopieSecours> Secours::Abandonnees() const {
@@ -166,7 +161,7 @@ void Form1::ReprendSecours() {
 bool Form1::AccepteFermeture() {
     if (!secours->ARisque()) return true;
     // After a failed save the question says so, and Yes offers another name.
-    const bool horsDisque = secours->HorsDisque && !Modifie();
+    const bool horsDisque = fichiers_.HorsDisque && !Modifie();
     const QString question = horsDisque ? Chaine(384) + u'\n' + Chaine(118) : Chaine(118);
     switch (s_.boites->Message(this, TitreBoite, question, Boutons::OuiNonAnnuler, Icone::Question)) {
     case Reponse::Annuler: return false;

@@ -34,23 +34,19 @@ struct CopieSecours {
 
 class Secours {
 public:
-    // `dossier` empty: no copy is kept (HorsDisque still counts). `fichier`
-    // and `nom` are the window's current names, read at each write.
-    Secours(Editeur* ed, QString dossier, const QString& fichier, const QString& nom);
+    // `dossier` empty: no copy is kept (a text off the disk still counts).
+    // `fichier` and `nom` are the window's current names, read at each write;
+    // `horsDisque` its flag of a text that a failed save left off the disk.
+    Secours(Editeur* ed, QString dossier, const QString& fichier, const QString& nom,
+            const bool& horsDisque);
     ~Secours();
 
-    // A Save failed: the text is not on disk although `Modifie` was cleared.
-    bool HorsDisque = false;
     // There is text, and it is modified or not on disk.
     bool ARisque() const;
     // Writes the copy when there is something to keep, removes it otherwise.
     void Ecrit();
     // Removes this window's copy and its lock.
     void Supprime();
-    // After Save or Save as: `ecrit` is the command's result, `modifieAvant`
-    // the flag before it. A write that failed clears `Modifie`: the text is
-    // then off the disk until a save succeeds.
-    void ApresEnregistrement(bool ecrit, bool modifieAvant);
     // This window's copy.
     QString Chemin() const { return base_ + QStringLiteral(".txt"); }
 
@@ -66,6 +62,7 @@ private:
     QString dossier_, base_;
     const QString& fichier_;
     const QString& nom_;
+    const bool& horsDisque_;
     QByteArray ecrit_; // what the copy holds
     std::unique_ptr<QLockFile> verrou_;
     QTimer minuteur_;

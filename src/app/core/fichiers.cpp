@@ -161,8 +161,21 @@ void FenetreFichiers::ChangeDossier(const QString& dossier) {
     if (!dossier.isEmpty()) QDir::setCurrent(dossier);
 }
 
+namespace {
+
+// After a save wrote the text or failed: the caption and Modifie are updated
+// even after a failure, and a text at risk that failed to go on disk is then
+// off the disk.
+bool ApresEcriture(EtatFichiers& e, bool ok) {
+    e.HorsDisque = !ok && (e.Modifie || e.HorsDisque);
+    e.Modifie = false;
+    return ok;
+}
+
+} // namespace
+
 bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
-    if (f.TexteEditeur().isEmpty() || !e.Modifie) return true;
+    if (f.TexteEditeur().isEmpty() || !(e.Modifie || e.HorsDisque)) return true;
     switch (f.Message(LoadResString(118 + r.LangueMessages), Boutons::OuiNonAnnuler)) {
     case Reponse::Annuler: return false;
     case Reponse::Oui: Mnu_EnregistrerS(e, r, f); return true;
@@ -197,6 +210,7 @@ void DonneTexte(EtatFichiers& e, FenetreFichiers& f, const QString& chemin, cons
     if (visualiser) f.Visualiser();
     e.FichierCourant = chemin;
     e.Modifie = false;
+    e.HorsDisque = false;
     f.DebutAnnulation();
     f.Occupe(false);
 }
@@ -233,6 +247,7 @@ bool Mnu_Nouveau(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, bool de
     e.FichierCourant.clear();
     e.Enc = Encodage::Utf8; // new files are saved in UTF-8
     e.Modifie = false;
+    e.HorsDisque = false;
     f.Occupe(false);
     return true;
 }
@@ -243,10 +258,8 @@ bool Mnu_EnregistrerS(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     QString erreur;
     const bool ok = EcritTexteCommande(e.FichierCourant, f.TexteEditeur(), e.Enc, &erreur);
     if (!ok) f.Message(erreur, Boutons::Ok);
-    // Caption and Modifie are updated even after an error (Failure handling).
     f.EcritLegende(e.NomCourant);
-    e.Modifie = false;
-    return ok;
+    return ApresEcriture(e, ok);
 }
 
 bool Mnu_Enregistrer(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
@@ -262,8 +275,7 @@ bool Mnu_Enregistrer(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     // one opened, and a new or imported text keeps going through Save as.
     e.NomCourant = nom;
     f.EcritLegende(e.NomCourant);
-    e.Modifie = false;
-    return ok;
+    return ApresEcriture(e, ok);
 }
 
 bool ExportCode(EtatFichiers& e, FenetreFichiers& f, const QString& nom) {

@@ -107,6 +107,9 @@ struct EtatFichiers {
     QString FichierCourant;  // what Save writes; empty for a new text
     QString DossierFichier;  // folder of the last opened file, "/" at the end
     bool Modifie = false;
+    // The last save of the text failed: `Modifie` was cleared, yet the text is
+    // on no disk until a save succeeds or another text replaces it.
+    bool HorsDisque = false;
     Encodage Enc = Encodage::Utf8; // encoding of the current file; new texts UTF-8
     bool ExportPermis = ExportDmkDisponible();
     std::mt19937 Ale{std::random_device{}()}; // the random bytes of the coded export
