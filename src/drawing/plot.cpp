@@ -331,6 +331,7 @@ void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int 
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw ErreurExecution("Path/File access error");
     f.write(sortie.join(QStringLiteral("\r\n")).toUtf8());
     f.write("\r\n");
+    e.DisqueTouche();
 }
 
 void Plot(Etat& e, Genre genre) {

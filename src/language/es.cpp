@@ -168,6 +168,7 @@ void CmdOpenA(Etat& e) {
     if (e.Host) e.Host->PompeEvenements(); // OpenA lets the window respond (Esc)
     // The common part with Open: the level's data name, comment
     // character and number are set, even though the data file stays open.
+    e.DisqueTouche(); // a file opened, closed or deleted
     const bool vide = Trim(e.LigneCourante).isEmpty();
     const QString nom = vide ? QString() : NomFichierDonnees(e, false);
     PartieCommune(e, nom);
@@ -220,6 +221,7 @@ void CmdPrintA(Etat& e) {
     }
     e.FicPrintA->write(sortie);
     e.FicPrintA->flush();
+    e.DisqueTouche();
 }
 
 void CmdInput(Etat& e) {
@@ -321,4 +323,5 @@ void CmdShell(Etat& e) {
     const bool attendre = Trim(ParaN(e, l, 3)) == QLatin1String("1");
     const QString arguments = ParaN(e, l, 4);
     if (e.Host) e.Host->Lance(commande + arguments, attendre);
+    e.DisqueTouche(); // the program may write files
 }

@@ -166,6 +166,15 @@ struct Etat {
     // The label tables of the texts last scanned without fault: the same
     // texts are entered at every run, an included one at every call.
     QHash<QString, QVector<Etiquette>> EtiquettesConnues;
+    // The included files found and read in this run, by the name of their
+    // call: forgotten when a run starts and whenever the run writes a file or
+    // starts a program, which may change them.
+    struct FichierVu {
+        QString nom, texte;
+        bool boite = false; // the lookup's "not found" box, shown at each call
+    };
+    QHash<QString, FichierVu> FichiersVus;
+    void DisqueTouche() { FichiersVus.clear(); }
 
     // --- variables
     bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run

@@ -390,6 +390,7 @@ void LanceExecution(Etat& e, Surface* cible) {
     e.Surf = cible ? cible : e.Pane;
     e.ArretDemande = false;
     e.StopArgVu = false;
+    e.DisqueTouche(); // files changed on disk since the last run are seen
     e.Repere.StyloInitialise = false;
     int niveau = 1;
     Interprete(e, niveau);

@@ -201,6 +201,44 @@ void CopieCommentaires(Etat& e, const QString& texte, const QString& nom) {
     }
 }
 
+// The file of a call, found and read: `nom` receives its name as the records
+// keep it (the candidate the lookup found). With the window's file cache, a
+// run looks for and at each included file once, by the name of its call, and
+// again only after the run writes a file or starts a program.
+std::optional<QString> TexteAppele(Etat& e, int indexExterne, const QString& ligne, QString& nom,
+                                   LectureCommande& lu) {
+    QString cle;
+    if (indexExterne > 0) {
+        if (e.Regl && indexExterne <= e.Regl->FichiersExternes.size())
+            nom = e.Regl->FichiersExternes[indexExterne - 1];
+        else
+            nom = (e.Regl ? e.Regl->DossierProgramme : QString()) + Trim(ParaN(e, ligne, 1)) +
+                  QStringLiteral(".dmk");
+        cle = nom;
+    } else {
+        cle = u'\n' + Trim(ParaN(e, ligne, 1)); // a name to look for, never a path found
+    }
+    CacheFichiers* cache = e.Regl ? e.Regl->Fichiers.get() : nullptr;
+    if (cache) {
+        if (const auto vu = e.FichiersVus.constFind(cle); vu != e.FichiersVus.cend()) {
+            nom = vu->nom;
+            if (vu->boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
+            return vu->texte;
+        }
+    }
+    QString chemin; // the existing file of the name, when there is one
+    bool boite = false;
+    if (indexExterne > 0) {
+        chemin = Existe(e, nom);
+    } else {
+        nom = ChercheFichier(e, cle.mid(1), &boite, &chemin);
+        if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
+    }
+    std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu, cache);
+    if (t && cache) e.FichiersVus.insert(cle, Etat::FichierVu{nom, *t, boite});
+    return t;
+}
+
 // The nesting limit: no sixth level. Returns the result of AppelFichier.
 int RefuseImbrication(Etat& e, const QString& ligne) {
     const bool lui = e.PileFic[5].Nom == e.PileFic[4].Nom;
@@ -254,28 +292,13 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
 
     // The file, and the text of the level.
     QString nom, texte;
-    QString chemin;        // the existing file of the name, when the lookup found one
-    bool cherche = false;  // the name came from the lookup
     if (indexExterne < 0) {
         nom = NomSymbole;
         texte = e.Inclusion.TexteSymbole;
     } else {
-        if (indexExterne > 0 && e.Regl && indexExterne <= e.Regl->FichiersExternes.size()) {
-            nom = e.Regl->FichiersExternes[indexExterne - 1];
-        } else if (indexExterne > 0) {
-            nom = (e.Regl ? e.Regl->DossierProgramme : QString()) + Trim(ParaN(e, ligne, 1)) +
-                  QStringLiteral(".dmk");
-        } else {
-            bool boite = false;
-            nom = ChercheFichier(e, Trim(ParaN(e, ligne, 1)), &boite, &chemin);
-            if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
-            cherche = true;
-        }
-        e.Inclusion.Drapeau = QStringLiteral("F");
         LectureCommande lu = LectureCommande::Ok;
-        if (!cherche) chemin = Existe(e, nom);
-        const std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu,
-                                                             e.Regl ? e.Regl->Fichiers.get() : nullptr);
+        const std::optional<QString> t = TexteAppele(e, indexExterne, ligne, nom, lu);
+        e.Inclusion.Drapeau = QStringLiteral("F");
         if (!t) {
             if (lu == LectureCommande::LongueurFausse) {
                 // A coded file of wrong length has been damaged or altered:
