@@ -67,10 +67,10 @@ TEST(Variables, SelfReferenceAndTooManyVariablesFailTheLine) {
 TEST_F(Vars, ChercheVarCutsTheNameAtItsTerminators) {
     Pose("%A", "3");
     Pose("%Long", "4");
-    EXPECT_EQ(ChercheVar(e, "%a+1", 1), 1);
-    EXPECT_EQ(ChercheVar(e, " %LONG)", 1), 2);
-    EXPECT_EQ(ChercheVar(e, "%AB", 1), 0);
-    EXPECT_EQ(ChercheVar(e, "%A§2", 1), 1);
+    EXPECT_EQ(ChercheVar(e, u"%a+1", 1), 1);
+    EXPECT_EQ(ChercheVar(e, u" %LONG)", 1), 2);
+    EXPECT_EQ(ChercheVar(e, u"%AB", 1), 0);
+    EXPECT_EQ(ChercheVar(e, u"%A§2", 1), 1);
     EXPECT_EQ(NomVar(" %Abc = 3"), QStringLiteral("%ABC"));
 }
 

@@ -69,7 +69,7 @@ void Stocke(Etat& e, int niveau, int slot, const QString& valeur) {
     CtxFic& c = e.PileFic[niveau];
     c.ValVar[slot] = valeur;
     // `%CLIPBOARD` and the value CLIPBOARD reach the clipboard.
-    if (c.NomVar[slot].toUpper() == QLatin1String("%CLIPBOARD") && e.Host)
+    if (e.Host && MemeTexteMaj(c.NomVar[slot], u"%CLIPBOARD"))
         e.Host->EcritPressePapier(valeur);
     if (valeur == QLatin1String("CLIPBOARD") && e.Host) c.ValVar[slot] = e.Host->PressePapier();
 }
@@ -202,12 +202,12 @@ namespace {
 // The characters at which a variable's name ends, besides the separators.
 constexpr std::u16string_view FinsDeNom = u"= \u00B0+-*/^)<>\"";
 
-// The upper-case name at the start of a text: trimmed, and cut at the first
-// character that ends a name (operators, blanks, the separators). The quick
-// scan covers names of plain ASCII letters and single-character separators;
-// anything else takes the general path, where upper-casing the whole text
-// first may change its length.
-QString NomEnTete(const Etat& e, const QString& texte) {
+// The name at the start of a text: trimmed, and cut at the first character
+// that ends a name (operators, blanks, the separators). Names of plain ASCII
+// letters with single-character separators are found in place, as written;
+// anything else takes the general path, which upper-cases the whole text
+// first, as that may change its length, and keeps it in `tampon`.
+QStringView NomEnTete(const Etat& e, QStringView texte, QString& tampon) {
     const QString& s1 = e.Separateur1;
     const QString& s2 = e.Separateur2;
     // Separators of one Latin-1 character other than "ß" upper-case alone to one.
@@ -227,24 +227,26 @@ QString NomEnTete(const Etat& e, const QString& texte) {
                 break;
             }
         }
-        if (ascii) return texte.mid(debut, fin - debut).toUpper();
+        if (ascii) return texte.mid(debut, fin - debut);
     }
-    QString t = Trim(texte.toUpper());
+    QString t = Trim(texte.toString().toUpper());
     QStringList coupures = {s1.toUpper(), s2.toUpper()};
     for (char16_t c : FinsDeNom) coupures << QString(QChar(c));
     for (const QString& cp : coupures) {
         const int i = InStr(t, cp);
         if (i > 0) t = Left(t, i - 1);
     }
-    return t;
+    tampon = t;
+    return tampon;
 }
 
 } // namespace
 
-int ChercheVar(Etat& e, const QString& texte, int niveau) {
+int ChercheVar(Etat& e, QStringView texte, int niveau) {
     const CtxFic& c = e.PileFic[niveau];
     if (c.NbVar == 0) return 0;
-    const QString t = NomEnTete(e, texte);
+    QString tampon;
+    const QStringView t = NomEnTete(e, texte, tampon);
     for (int i = 1; i <= c.NbVar; ++i)
         if (!c.NomVar[i].isEmpty() && MemeTexteMaj(c.NomVar[i], t)) return i;
     return 0;
@@ -309,8 +311,10 @@ void EcritVarNum(Etat& e, int niveau, const QString& nom, double valeur) {
     EcritVarTxt(e, niveau, nom, StrF(float(valeur)).replace(u',', u'.'));
 }
 
-bool VarPredefinie(Etat& e, const QString& texte, QString& valeur, int& longueur) {
-    const QString h = texte.toUpper();
+bool VarPredefinie(Etat& e, QStringView texte, QString& valeur, int& longueur) {
+    // The longest name has five characters: the upper case of the first five
+    // starts the upper case of the whole text.
+    const QString h = texte.left(5).toString().toUpper();
     const CtxFic& c = e.Ctx();
     Surface* s = e.Surf;
     const bool imprimante = s && s->EstImprimante();
@@ -387,8 +391,7 @@ int RemplaceVar(Etat& e, QString& texte) {
             continue;
         }
         // b. The name at this level.
-        const QString reste = Mid(texte, p);
-        const int slot = ChercheVar(e, reste, e.NiveauCourant);
+        const int slot = ChercheVar(e, QStringView(texte).mid(p - 1), e.NiveauCourant);
         if (slot > 0) {
             const CtxFic& c = e.Ctx();
             const QString nom = c.NomVar[slot];
@@ -423,7 +426,7 @@ int RemplaceVar(Etat& e, QString& texte) {
         // f. The predefined variables.
         QString valeur;
         int longueur = 0;
-        if (VarPredefinie(e, reste, valeur, longueur)) {
+        if (VarPredefinie(e, QStringView(texte).mid(p - 1), valeur, longueur)) {
             texte = Left(texte, p - 1) + valeur + Mid(texte, p + longueur);
             p = InStr(p + Len(valeur), texte, QStringLiteral("%"));
             continue;
@@ -511,7 +514,7 @@ QString ListeVars(Etat& e, int niveau) {
     auto entree = [&](const char* nom) {
         QString v;
         int l = 0;
-        VarPredefinie(e, QLatin1String(nom), v, l);
+        VarPredefinie(e, QString::fromLatin1(nom), v, l);
         // The predefined names are listed in their own spelling (%iRec, %TaP).
         return QLatin1String(nom) + QStringLiteral("\t= ") + v;
     };

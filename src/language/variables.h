@@ -6,7 +6,7 @@
 struct Etat;
 
 // 1-based slot of the variable named at the start of texte at that level, or 0.
-int ChercheVar(Etat& e, const QString& texte, int niveau);
+int ChercheVar(Etat& e, QStringView texte, int niveau);
 // Reduces a left-hand side to a name: upper case, trim, cut at "=" then " ".
 QString NomVar(const QString& texte);
 // Creates or fills a variable at `NiveauCourant`; the slot goes to index.
@@ -21,7 +21,7 @@ bool LitVar(Etat& e, int niveau, const QString& nom, QString& valeur);
 int RemplaceVar(Etat& e, QString& texte);
 // The value of a predefined variable whose name starts texte (at the "%"),
 // with the length of the name; false when none matches.
-bool VarPredefinie(Etat& e, const QString& texte, QString& valeur, int& longueur);
+bool VarPredefinie(Etat& e, QStringView texte, QString& valeur, int& longueur);
 void RazCtxFic(Etat& e, int niveau);
 void RazVars(Etat& e, int niveau);
 // An assignment line (keyword beginning with "%").

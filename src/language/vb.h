@@ -58,10 +58,22 @@ inline bool EstAscii(QStringView s) {
     return true;
 }
 
-// UCase(a) == UCase(b), without copies when both are plain ASCII.
+// UCase(a) == UCase(b), in one pass without copies while both are plain
+// ASCII (upper-casing other characters may change a text's length).
 inline bool MemeTexteMaj(QStringView a, QStringView b) {
-    if (!EstAscii(a) || !EstAscii(b)) return a.toString().toUpper() == b.toString().toUpper();
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+    auto haut = [](char16_t c) { return c >= u'a' && c <= u'z' ? char16_t(c - 32) : c; };
+    if (a.size() == b.size()) {
+        qsizetype i = 0;
+        for (; i < a.size(); ++i) {
+            const char16_t x = a[i].unicode(), y = b[i].unicode();
+            if (x >= 0x80 || y >= 0x80) break;
+            if (haut(x) != haut(y)) return false; // the same ASCII text up to here
+        }
+        if (i == a.size()) return true;
+    } else if (EstAscii(a) && EstAscii(b)) {
+        return false;
+    }
+    return a.toString().toUpper() == b.toString().toUpper();
 }
 
 // Whether UCase(s) starts with an upper-case ASCII word (other characters
