@@ -291,7 +291,9 @@ TEST(Vue, ExportChoicesReachTheFiles) {
         QFile svg(b.travail.filePath("e.svg"));
         const QByteArray t = svg.open(QIODevice::ReadOnly) ? svg.readAll() : QByteArray();
         EXPECT_TRUE(t.contains("width=\"210mm\" height=\"148mm\"")) << t.left(300).toStdString();
+        // The word "Mirel" as text, or as the path of its outlines.
         EXPECT_EQ(t.contains("<text"), !contours);
+        EXPECT_EQ(t.count("<path"), contours ? 1 : 0);
         EXPECT_EQ(QImage(b.travail.filePath("e.png")).size(), QSize(827, 583)); // 210 x 148 mm at 100 dpi
     }
     EXPECT_TRUE(b.config.Ecritures.contains("Export = A5;Paysage;100;Contours"));

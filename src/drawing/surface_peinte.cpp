@@ -233,7 +233,13 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
     t.rotate(-angle);
     t.scale(k, k);
     Etend(t.mapRect(QFontMetricsF(fd).boundingRect(texte)), c);
-    painter_->drawText(QPointF(0, 0), texte);
+    if (contours_) {
+        QPainterPath chemin;
+        chemin.addText(QPointF(0, 0), fd, texte);
+        painter_->fillPath(chemin, c);
+    } else {
+        painter_->drawText(QPointF(0, 0), texte);
+    }
     painter_->restore();
 }
 

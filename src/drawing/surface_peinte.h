@@ -23,6 +23,9 @@ public:
 
     void EndDoc() override;
     int Pages() const { return page_; }
+    // Text drawn as the filled outlines of its glyphs: an SVG whose letters
+    // need no font where it is cut or engraved.
+    void TexteEnContours(bool oui) { contours_ = oui; }
     // The extent of what was drawn, in device pixels of the Surface, over all
     // pages (points left out: the off-page PSet readies the pen on purpose;
     // white marks left out: no ink).
@@ -49,6 +52,7 @@ public:
 
 private:
     bool pageRefusee_ = false;
+    bool contours_ = false;
     void Ouvre();
     // The pen of a colour and width, made again only when they change: a
     // curve of many thousand segments draws them all with one pen.

@@ -13,9 +13,6 @@
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
-#include <QPaintEngine>
-#include <QPainterPath>
-#include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
@@ -103,80 +100,6 @@ bool EcritFichier(const QString& nom, const QByteArray& octets, QString& erreur)
     return false;
 }
 
-// A device that passes all painting on to another one, except text, which
-// reaches it as the filled outlines of its glyphs: an SVG whose letters need
-// no font where it is cut or engraved. The engine's own drawing of text
-// (QPaintEngine::drawTextItem) turns glyphs into a path and fills it through
-// the painter, which comes back here as a path.
-class MoteurContours : public QPaintEngine {
-public:
-    explicit MoteurContours(QPaintDevice* cible) : QPaintEngine(AllFeatures), cible_(cible) {}
-    bool begin(QPaintDevice*) override { return p_.begin(cible_); }
-    bool end() override { return p_.end(); }
-    Type type() const override { return User; }
-    void updateState(const QPaintEngineState& s) override {
-        const DirtyFlags f = s.state();
-        if (f & DirtyPen) p_.setPen(s.pen());
-        if (f & DirtyBrush) p_.setBrush(s.brush());
-        if (f & DirtyBrushOrigin) p_.setBrushOrigin(s.brushOrigin());
-        if (f & DirtyBackground) p_.setBackground(s.backgroundBrush());
-        if (f & DirtyBackgroundMode) p_.setBackgroundMode(s.backgroundMode());
-        if (f & DirtyTransform) p_.setTransform(s.transform());
-        if (f & DirtyClipEnabled) p_.setClipping(s.isClipEnabled());
-        if (f & DirtyClipRegion) p_.setClipRegion(s.clipRegion(), s.clipOperation());
-        if (f & DirtyClipPath) p_.setClipPath(s.clipPath(), s.clipOperation());
-        if (f & DirtyHints) p_.setRenderHints(s.renderHints());
-        if (f & DirtyCompositionMode) p_.setCompositionMode(s.compositionMode());
-        if (f & DirtyOpacity) p_.setOpacity(s.opacity());
-    }
-    void drawPath(const QPainterPath& chemin) override { p_.drawPath(chemin); }
-    void drawPolygon(const QPointF* pts, int n, PolygonDrawMode mode) override {
-        if (mode == PolylineMode) p_.drawPolyline(pts, n);
-        else p_.drawPolygon(pts, n, mode == WindingMode ? Qt::WindingFill : Qt::OddEvenFill);
-    }
-    void drawLines(const QLineF* lignes, int n) override { p_.drawLines(lignes, n); }
-    void drawRects(const QRectF* r, int n) override { p_.drawRects(r, n); }
-    void drawEllipse(const QRectF& r) override { p_.drawEllipse(r); }
-    void drawPoints(const QPointF* pts, int n) override { p_.drawPoints(pts, n); }
-    void drawPixmap(const QRectF& r, const QPixmap& pm, const QRectF& sr) override { p_.drawPixmap(r, pm, sr); }
-    void drawImage(const QRectF& r, const QImage& im, const QRectF& sr, Qt::ImageConversionFlags f) override {
-        p_.drawImage(r, im, sr, f);
-    }
-
-private:
-    QPaintDevice* cible_;
-    QPainter p_;
-};
-
-class DeviceContours : public QPaintDevice {
-public:
-    explicit DeviceContours(QPaintDevice* cible) : cible_(cible), moteur_(cible) {}
-    QPaintEngine* paintEngine() const override { return &moteur_; }
-
-protected:
-    int metric(PaintDeviceMetric m) const override {
-        switch (m) {
-        case PdmWidth: return cible_->width();
-        case PdmHeight: return cible_->height();
-        case PdmWidthMM: return cible_->widthMM();
-        case PdmHeightMM: return cible_->heightMM();
-        case PdmNumColors: return cible_->colorCount();
-        case PdmDepth: return cible_->depth();
-        case PdmDpiX: return cible_->logicalDpiX();
-        case PdmDpiY: return cible_->logicalDpiY();
-        case PdmPhysicalDpiX: return cible_->physicalDpiX();
-        case PdmPhysicalDpiY: return cible_->physicalDpiY();
-        case PdmDevicePixelRatio: return int(cible_->devicePixelRatio());
-        case PdmDevicePixelRatioScaled: return int(cible_->devicePixelRatioF() * devicePixelRatioFScale());
-        default: return 0;
-        }
-    }
-
-private:
-    QPaintDevice* cible_;
-    mutable MoteurContours moteur_;
-};
-
 // The devices of the pages of one output, drawn in memory and written to
 // their files at the end.
 struct Pages {
@@ -184,13 +107,11 @@ struct Pages {
     QString sortie;
     QSizeF mm;      // page size in millimetres, final orientation
     double dpi = 0; // PNG resolution
-    bool contours = false; // SVG text as outlines
     QString titre;  // the PDF's title
     QBuffer pdfOctets;
     std::unique_ptr<QPdfWriter> pdf;
     std::vector<std::unique_ptr<QBuffer>> svgOctets;
     std::vector<std::unique_ptr<QSvgGenerator>> svg;
-    std::vector<std::unique_ptr<DeviceContours>> svgContours;
     std::vector<std::unique_ptr<QImage>> png;
     QStringList fichiers;
 
@@ -221,10 +142,6 @@ struct Pages {
             g->setTitle(QFileInfo(nom).completeBaseName());
             svg.push_back(std::move(g));
             fichiers << nom;
-            if (contours) {
-                svgContours.push_back(std::make_unique<DeviceContours>(svg.back().get()));
-                return svgContours.back().get();
-            }
             return svg.back().get();
         }
         case Format::Png: {
@@ -322,7 +239,6 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     pages.sortie = sortie;
     pages.mm = paysage ? papier.transposed() : papier;
     pages.dpi = options.dpi;
-    pages.contours = options.texteEnContours;
     pages.titre = chemin.isEmpty() ? QStringLiteral("Mirel") : QFileInfo(chemin).completeBaseName();
     Reglages regl = reglages;
     HoteMemoire hote(texte);
@@ -339,6 +255,7 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     SurfacePeinte imprimante(GenreSurface::Imprimante, papier.width() / 25.4 * DpiImprimante,
                              papier.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
                              [&pages](int n) { return pages.Page(n); }, echelle, true);
+    imprimante.TexteEnContours(options.texteEnContours && format == Format::Svg);
     SurfaceEnregistree pane(GenreSurface::Ecran, 297 / 25.4 * DpiEcran, 210 / 25.4 * DpiEcran, 25.4 / DpiEcran);
     for (Surface* s : {static_cast<Surface*>(&imprimante), static_cast<Surface*>(&pane)})
         s->LimiteOperations(MaxOperationsRun, [&e] { e.ArretDemande = true; });
@@ -348,7 +265,6 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     LanceExecution(e, &imprimante);
     imprimante.EndDoc();
     pages.pdf.reset();
-    pages.svgContours.clear();
     pages.svg.clear();
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     if (!pages.Ecrit(res.erreur)) {
