@@ -32,7 +32,7 @@ struct Fenetre {
     std::unique_ptr<Form1> f;
     Apercu* apercu = nullptr;
     explicit Fenetre(const QString& nom) {
-        config.Valeurs.FichierDat.clear();
+        config.Pose(CleCfg::FichierDat, QString());
         ServicesFenetre s;
         s.config = &config;
         s.boites = &boites;

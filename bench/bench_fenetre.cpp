@@ -61,7 +61,7 @@ struct Fenetre {
     struct SurFichier {};
     Fenetre(SurFichier, const QString& chemin) : f(Services()) { f.Demarrer(chemin); }
     ServicesFenetre Services() {
-        config.Valeurs.FichierDat.clear();
+        config.Pose(CleCfg::FichierDat, QString());
         ServicesFenetre s;
         s.config = &config;
         s.boites = &boites;

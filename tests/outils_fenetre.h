@@ -93,9 +93,9 @@ struct Banc {
     QString secours; // the folder of the recovery copy; empty: none kept
 
     Banc() {
-        ValeursConfig& v = config.Valeurs;
-        v.Langue = v.LangueMenu = v.LangueAide = v.LangueMasq = "Français";
-        v.FichierDat.clear();
+        for (const QString& cle : {CleCfg::Langue, CleCfg::LangueMenu, CleCfg::LangueAide, CleCfg::LangueMasq})
+            config.Pose(cle, "Français");
+        config.Pose(CleCfg::FichierDat, QString());
     }
     ~Banc() {
         if (f) f->Demarre = false; // no unload questions when the test ends

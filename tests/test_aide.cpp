@@ -50,7 +50,7 @@ TEST(Aide, WordAtTheCaretOpensItsTopic) {
 // Menus in another language than the mask: the first help entry is the mask's, a second the menus'.
 TEST(Aide, MenusInEnglishWithAFrenchMask) {
     Banc b;
-    b.config.Valeurs.LangueMenu = "English";
+    b.config.Pose(CleCfg::LangueMenu, "English");
     Form1& f = b.Demarre("CT = 1, 1\r\n");
     EXPECT_EQ(f.Mnu_Fichier->title(), "&File");
     EXPECT_EQ(f.Mnu_Visualiser->text(), LoadResString(437) + " (F4)");

@@ -76,7 +76,7 @@ TEST(Fenetre, StartUpFile) {
         Banc b;
         const QString chemin = b.Fichier("mon cadran.dat", "CT = 2, 2\r\n");
         b.Fichier("Mirel.daN", "' modèle\r\n");
-        b.config.Valeurs.FichierDat = QString(dernier).replace("@", b.travail.path() + "/");
+        b.config.Pose(CleCfg::FichierDat, QString(dernier).replace("@", b.travail.path() + "/"));
         Form1& f = b.Fenetre();
         f.Demarrer(QString(ligne).replace("@", b.travail.path() + "/"));
         EXPECT_EQ(b.boites.Nombre("ouvrir"), charge ? 0 : 1) << ligne;
@@ -105,15 +105,15 @@ TEST(Fenetre, LanguageDialog) {
     const QString entete = "'Fichier de configuration du Programme Mirel V";
     for (auto [version, ouvre] : {std::pair{QString("2.05"), 1}, {TexteVersionProgramme() + " (copie)", 0}}) {
         Banc b;
-        b.config.Valeurs.PremiereLigne = entete + version;
+        b.config.Lignes[0] = entete + version;
         b.Demarre("CT = 1, 1\r\n");
         EXPECT_EQ(b.boites.Nombre("langues"), ouvre) << version.toStdString();
         EXPECT_EQ(b.config.Ecritures.contains("Langue = Français"), ouvre == 1); // closed: the file's choice
     }
     Banc b;
-    ValeursConfig& c = b.config.Valeurs;
-    c.Langue.clear(), c.LangueAide = "Castellano";
-    c.LangueMenu = c.LangueMasq = "English";
+    b.config.Pose(CleCfg::Langue, QString());
+    b.config.Pose(CleCfg::LangueAide, "Castellano");
+    for (const QString& cle : {CleCfg::LangueMenu, CleCfg::LangueMasq}) b.config.Pose(cle, "English");
     ValeursConfig vu;
     b.boites.langues = [&vu](ValeursConfig& v) { vu = v, v.Langue = "English"; };
     Form1& f = b.Demarre("CT = 1, 1\r\n");
@@ -410,8 +410,8 @@ TEST(Fenetre, ReferenceDialogOnF8) {
 // window's width; the patch box lists the active patches and asks again on 16 and 0.
 TEST(Fenetre, OptionsCodeSizeWidthAndPatches) {
     Banc b;
-    b.config.Valeurs.TailleCarCode = 3;
-    b.config.Valeurs.Patchs = 3;
+    b.config.Pose(CleCfg::TailleCarCode, "3");
+    b.config.Pose(CleCfg::Patchs, "3");
     Form1& f = b.Demarre(Croix);
     EXPECT_EQ(f.RTB1->font().pointSizeF(), 6);
     for (auto [saisie, taille, ecrit] : {std::tuple{QVariant("30"), 24, "TailleCarCode = 24"},

@@ -63,7 +63,7 @@ TEST(FenetreUsage, QtButtonsSpeakTheMessagesLanguage) {
     const QString anglais = oui();
     for (auto [langue, attendu] : {std::pair{"Français", "&Oui"}, {"Deutsch", "&Ja"}, {"Castellano", "&Sí"}, {"English", "&Yes"}}) {
         Banc b;
-        b.config.Valeurs.Langue = langue;
+        b.config.Pose(CleCfg::Langue, langue);
         b.Demarre("CT = 1, 1\r\n");
         EXPECT_EQ(oui(), attendu) << langue;
     }

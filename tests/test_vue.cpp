@@ -185,7 +185,7 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     const Config c = LitConfigTexte("'x\r\nApercuDirect = Oui\r\nExport = A3;Paysage;150;Contours\r\n");
     EXPECT_TRUE(c.ApercuDirect && c.Export == "A3;Paysage;150;Contours");
     Banc b2; // the settings read at start-up turn it on
-    b2.config.Valeurs.ApercuDirect = true;
+    b2.config.Pose(CleCfg::ApercuDirect, "Oui");
     EXPECT_TRUE(ApercuDe(b2.Demarre("CT = 1, 1\r\n")).Mnu_ApercuDirect->isChecked());
 }
 

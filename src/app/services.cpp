@@ -24,42 +24,53 @@ int DecalageDeLangue(const QString& nom) {
 
 QString NomDeLangue(int decalage) { return LoadResString(5 + decalage); }
 
+namespace {
+
+// The values a window starts from, as the settings file gives them.
+ValeursConfig ValeursDe(const Config& c) {
+    ValeursConfig v;
+    v.PremiereLigne = c.PremiereLigne;
+    v.Langue = c.Langue;
+    v.LangueMenu = c.LangueMenu;
+    v.LangueAide = c.LangueAide;
+    v.LangueMasq = c.LangueMasq;
+    v.FichierDat = c.FichierDat;
+    v.DoubleClic = c.DoubleClic ? QStringLiteral("Oui") : QStringLiteral("Non");
+    v.Zmm = c.Zmm;
+    if (c.TailleCarCode) v.TailleCarCode = *c.TailleCarCode;
+    v.Patchs = c.Patchs;
+    v.Recents = c.Recents;
+    v.ApercuDirect = c.ApercuDirect;
+    v.Export = c.Export;
+    return v;
+}
+
+} // namespace
+
 // --- ConfigMemoire
 
-ConfigMemoire::ConfigMemoire() {
+ConfigMemoire::ConfigMemoire() : Lignes(LignesConfigDefaut(TexteVersionProgramme())) {
     const QString l = QLocale::system().name().left(2);
     int d = 400;
     if (l == QLatin1String("fr")) d = 0;
     else if (l == QLatin1String("de")) d = 800;
     else if (l == QLatin1String("es")) d = 1200;
-    Valeurs.Langue = Valeurs.LangueMenu = Valeurs.LangueAide = Valeurs.LangueMasq = NomDeLangue(d);
-    Valeurs.PremiereLigne =
-        QStringLiteral("'Fichier de configuration du Programme Mirel V") + TexteVersionProgramme();
+    for (const QString& cle : {CleCfg::Langue, CleCfg::LangueMenu, CleCfg::LangueAide, CleCfg::LangueMasq})
+        Pose(cle, NomDeLangue(d));
+}
+
+void ConfigMemoire::Pose(const QString& cle, const QString& valeur) {
+    Lignes = RemplaceCle(Lignes, cle, valeur, TexteVersionProgramme());
 }
 
 ValeursConfig ConfigMemoire::Lit(Reglages& r) {
     if (r.DossierCfg.isEmpty()) r.DossierCfg = r.DossierTravail;
-    return Valeurs;
+    return ValeursDe(LitConfigTexte(Lignes.join(CrLf())));
 }
 
 void ConfigMemoire::EcritConfig(const QString& cle, const QString& valeur) {
     Ecritures << cle + valeur;
-    const QString c = cle.toUpper();
-    const QString v = Trim(valeur);
-    if (c == QLatin1String("LANGUE =")) Valeurs.Langue = v;
-    else if (c == QLatin1String("LANGUEMENU =")) Valeurs.LangueMenu = v;
-    else if (c == QLatin1String("LANGUEAIDE =")) Valeurs.LangueAide = v;
-    else if (c == QLatin1String("LANGUEMASQ =")) Valeurs.LangueMasq = v;
-    else if (c == QLatin1String("FICHIERDAT =")) Valeurs.FichierDat = v;
-    else if (c == QLatin1String("DOUBLECLIC =")) Valeurs.DoubleClic = v;
-    else if (c == QLatin1String("ZMM =")) Valeurs.Zmm = v.toFloat();
-    else if (c == QLatin1String("TAILLECARCODE =")) Valeurs.TailleCarCode = v.toDouble();
-    else if (c == QLatin1String("PATCHS =")) Valeurs.Patchs = v.toInt();
-    else if (c == QLatin1String("RECENTS =")) Valeurs.Recents = v.split(u'|', Qt::SkipEmptyParts);
-    else if (c == QLatin1String("APERCUDIRECT =")) Valeurs.ApercuDirect = UCase(v) == u"OUI";
-    else if (c == QLatin1String("EXPORT =")) Valeurs.Export = v;
-    Valeurs.PremiereLigne =
-        QStringLiteral("'Fichier de configuration du Programme Mirel V") + TexteVersionProgramme();
+    Pose(cle, valeur);
 }
 
 // --- ConfigFichier
@@ -70,21 +81,7 @@ ValeursConfig ConfigFichier::Lit(Reglages& r) {
                            QStringLiteral("mirel"), *EnPlace);
     config_ = ChargeConfig(lieu_, TexteVersionProgramme());
     AppliqueEmplacement(lieu_, r);
-    ValeursConfig v;
-    v.PremiereLigne = config_.PremiereLigne;
-    v.Langue = config_.Langue;
-    v.LangueMenu = config_.LangueMenu;
-    v.LangueAide = config_.LangueAide;
-    v.LangueMasq = config_.LangueMasq;
-    v.FichierDat = config_.FichierDat;
-    v.DoubleClic = config_.DoubleClic ? QStringLiteral("Oui") : QStringLiteral("Non");
-    v.Zmm = config_.Zmm;
-    if (config_.TailleCarCode) v.TailleCarCode = *config_.TailleCarCode;
-    v.Patchs = config_.Patchs;
-    v.Recents = config_.Recents;
-    v.ApercuDirect = config_.ApercuDirect;
-    v.Export = config_.Export;
-    return v;
+    return ValeursDe(config_);
 }
 
 void ConfigFichier::EcritConfig(const QString& cle, const QString& valeur) {

@@ -46,15 +46,18 @@ public:
 };
 
 
-// In-memory configuration: nothing is read from or written to disk. The
-// languages start from the system locale (French, German, Spanish, else English).
+// In-memory configuration: the lines of a settings file that is never read
+// from or written to disk. The languages start from the system locale
+// (French, German, Spanish, else English).
 class ConfigMemoire : public ServiceConfig {
 public:
     ConfigMemoire();
     ValeursConfig Lit(Reglages& r) override;
     void EcritConfig(const QString& cle, const QString& valeur) override;
+    // Rewrites one key, as EcritConfig does, without recording it.
+    void Pose(const QString& cle, const QString& valeur);
 
-    ValeursConfig Valeurs;
+    QStringList Lignes;
     // Every EcritConfig call, "key" + "value", in order (the tests read it).
     QStringList Ecritures;
 };
