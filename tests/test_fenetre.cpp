@@ -2,6 +2,7 @@
 #include "outils_fenetre.h"
 
 #include "app/core/externes.h"
+#include "app/impression.h"
 #include "drawing/surface.h"
 #include "language/etat.h"
 #include "language/hote.h"
@@ -378,6 +379,12 @@ TEST(Fenetre, ZoomDialogOnF7) {
     EXPECT_EQ(b.boites.Messages(), QStringList{"Valeur non numérique\r\nNo numeric value"});
     d.Text1->setText("0"), d.Text2->setText("0"); // zero values are 1, unchanged
     EXPECT_TRUE(d.Valide() && d.ZoomE == 1.0f && !d.ZmmChange && d.Text1->text() == "1");
+    d.Text1->setText(" 2,5 ");
+    EXPECT_TRUE(d.Valide() && d.ZoomE == 2.5f);
+    // The printing zoom's box: a decimal comma, no zoom beyond a float's range.
+    for (auto [tape, zoom] : {std::pair<const char*, std::optional<float>>{"1,5", 1.5f}, {" 3 ", 3.0f},
+                              {"-2", 1.0f}, {"1e50", std::nullopt}, {"1e-50", std::nullopt}, {"x", std::nullopt}})
+        EXPECT_EQ(ZoomSaisi(tape), zoom) << tape;
 }
 
 // F8's reference about the frame origin ("z": the pane's corner); Ctrl-F8 clears it.

@@ -62,6 +62,10 @@ public:
     bool Langues(QWidget* parent, ValeursConfig& v) override;
 };
 
+// A number typed in a box: blanks around it, a decimal point or comma. None
+// when the text is no number.
+std::optional<double> NombreTape(const QString& texte);
+
 // The boxes of a window that nobody watches (`--screenshot`): answered as
 // `mirel dump` answers them. Message boxes get OK (Yes), input boxes their
 // default, file and colour dialogs are cancelled, the language dialog is

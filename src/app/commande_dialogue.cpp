@@ -75,12 +75,6 @@ void FormeListe(ModeleMasque& m, const Reglages& r, int decalage, const QString&
 
 QString Nombre1(double v) { return QString::number(v, 'f', 1); }
 
-bool LitNombre(const QString& t, double& v) {
-    bool ok = false;
-    v = QString(t).replace(u',', u'.').trimmed().toDouble(&ok);
-    return ok;
-}
-
 } // namespace
 
 // --- the line under the caret
@@ -174,11 +168,10 @@ void RepAVLV(QList<RangMasque>& rangs, int n) {
     if (rangs[n - 2].Valeur.contains(u'R', Qt::CaseInsensitive) ||
         rangs[n - 3].Valeur.contains(u'R', Qt::CaseInsensitive))
         return;
-    double px, py, qx, qy;
-    if (!LitNombre(rangs[n - 3].Valeur, px) || !LitNombre(rangs[n - 2].Valeur, py) || !LitNombre(angle, qx) ||
-        !LitNombre(longueur, qy))
-        return;
-    const double dx = qx - px, dy = qy - py, d = std::hypot(dx, dy);
+    const auto px = NombreTape(rangs[n - 3].Valeur), py = NombreTape(rangs[n - 2].Valeur);
+    const auto qx = NombreTape(angle), qy = NombreTape(longueur);
+    if (!px || !py || !qx || !qy) return;
+    const double dx = *qx - *px, dy = *qy - *py, d = std::hypot(dx, dy);
     double a = d == 0 ? 0 : std::asin(dy / d);
     if (dx < 0) a = Pi - a;
     angle = Nombre1(a / DegRad) + u'°';
@@ -304,7 +297,11 @@ ModeleMasque ConstruitMasque(const QString& ligne, const Reglages& r, int decala
         const QStringList v = d.Image.split(u',');
         bool ok = v.size() == 5;
         double x5[5] = {};
-        for (int i = 0; ok && i < 5; ++i) ok = LitNombre(v[i], x5[i]);
+        for (int i = 0; ok && i < 5; ++i) {
+            const std::optional<double> lu = NombreTape(v[i]);
+            ok = lu.has_value();
+            x5[i] = lu.value_or(0);
+        }
         if (ok && x5[0] >= 1) {
             m.Image = int(x5[0]);
             m.PlaceImage = QRectF(x5[1], x5[2], x5[3], x5[4]);

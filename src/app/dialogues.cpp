@@ -25,12 +25,6 @@ namespace {
 
 QString SansEt(QString t) { return t.remove(u'&'); }
 
-bool Numerique(const QString& t, double& v) {
-    bool ok = false;
-    v = QLocale::c().toDouble(t.trimmed(), &ok);
-    return ok;
-}
-
 } // namespace
 
 // --- Form2
@@ -96,17 +90,15 @@ Form4::Form4(QWidget* parent, int lm, float zoomE, float zmm, Boites* boites)
 }
 
 bool Form4::Valide() {
-    double v1 = 0, v2 = 0;
-    const QString t1 = Text1->text().replace(u',', u'.');
-    const QString t2 = Text2->text().replace(u',', u'.');
-    if (!Numerique(t1, v1) || !Numerique(t2, v2)) {
+    const std::optional<double> n1 = NombreTape(Text1->text()), n2 = NombreTape(Text2->text());
+    if (!n1 || !n2) {
         if (boites_)
             boites_->Message(this, QStringLiteral("Mirel"),
                              QStringLiteral("Valeur non numérique\r\nNo numeric value"), Boutons::Ok,
                              Icone::Exclamation);
         return false;
     }
-    v2 = std::abs(v2);
+    const double v1 = std::abs(*n1), v2 = std::abs(*n2);
     if (float(v2) != Zmm) {
         if (v2 == 0) {
             Text2->setText(QLocale::c().toString(Zmm));
@@ -115,7 +107,6 @@ bool Form4::Valide() {
             ZmmChange = true;
         }
     }
-    v1 = std::abs(v1);
     if (float(v1) != ZoomE) {
         if (v1 == 0) Text1->setText(QLocale::c().toString(ZoomE));
         else ZoomE = float(v1);

@@ -910,10 +910,9 @@ void Form1::Mnu_TaillCar_Click() {
     const QString actuel = QLocale::c().toString(RTB1->font().pointSizeF());
     const std::optional<QString> r = s_.boites->Saisie(this, titre, titre, actuel, Chaine(172));
     if (!r) return;
-    bool ok = false;
-    double v = QLocale::c().toDouble(r->trimmed().replace(u',', u'.'), &ok);
-    if (!ok || !(v > 0)) return;
-    v = std::clamp(v, 6.0, 24.0);
+    const std::optional<double> tape = NombreTape(*r);
+    if (!tape || !(*tape > 0)) return;
+    const double v = std::clamp(*tape, 6.0, 24.0);
     TailleCarCode(v);
     s_.config->EcritConfig(QStringLiteral("TailleCarCode ="), u' ' + QLocale::c().toString(v));
 }

@@ -139,9 +139,11 @@ ResultatImpression ImprimeListingProgramme(const QString& texte, const QString& 
 }
 
 std::optional<float> ZoomSaisi(const QString& reponse) {
-    bool ok = false;
-    const float z = QLocale::c().toFloat(reponse.trimmed().replace(u',', u'.'), &ok);
-    if (!ok) return std::nullopt;
+    const std::optional<double> tape = NombreTape(reponse);
+    if (!tape) return std::nullopt;
+    // A zoom is a 32-bit float: a value beyond its range is no zoom.
+    const float z = float(*tape);
+    if (!std::isfinite(z) || (z == 0 && *tape != 0)) return std::nullopt;
     return z > 0 ? z : 1.0f;
 }
 
