@@ -40,7 +40,7 @@ struct Fenetre {
         f = std::make_unique<Form1>(s);
         f->Demarrer(Dossier + nom);
         QApplication::processEvents();
-        apercu = f->findChild<Apercu*>();
+        apercu = f->VueApercu;
         apercu->Mnu_ApercuDirect->setChecked(true);
     }
     ~Fenetre() { f->Demarre = false; }

@@ -16,7 +16,7 @@
 
 namespace {
 
-Apercu& ApercuDe(Form1& f) { return *f.findChild<Apercu*>(); }
+Apercu& ApercuDe(Form1& f) { return *f.VueApercu; }
 
 // The visible part of the pane: left of the editor.
 QRectF Visible(Form1& f) {

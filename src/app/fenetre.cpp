@@ -195,7 +195,7 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
         if (form2->isVisible()) form2->hide();
     });
 
-    new Apercu(*this);
+    VueApercu = new Apercu(*this);
     DialogueExport::Raccourcis(*this);
 
     resize(1100, 720);
@@ -389,7 +389,7 @@ void Form1::AfficheMenus() {
     Text3->setToolTip(ChaineMenu(132));
     AfficheEntreesImpression();
     if (Usage) Usage->Legendes();
-    if (auto* a = findChild<Apercu*>()) a->Legendes();
+    if (VueApercu) VueApercu->Legendes();
 }
 
 QString Form1::TexteCaption() const {
@@ -445,8 +445,8 @@ bool Form1::Demarrer(const QString& ligneCommande) {
         NomImprimante = QStringLiteral("PDF");
         ImprimantePdf = true;
     }
-    // Without a printer the print entries are off; the exports remain.
-    AfficheEntreesImpression();
+    // Without a printer the print entries are off (the menus' texts, step 9);
+    // the exports remain.
     // 2. Measures: the virtual 600 dpi printer and the screen.
     SurfaceEnregistree imprimante(GenreSurface::Imprimante, 210 / 25.4 * 600, 297 / 25.4 * 600,
                                   25.4 / 600);
@@ -477,7 +477,7 @@ void Form1::Debut(const QString& ligneCommande) {
     regl.Zmm = Config.Zmm == 0 ? 1.0f : Config.Zmm;
     regl.Patchs = Config.Patchs;
     Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
-    if (auto* a = findChild<Apercu*>()) a->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
+    VueApercu->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
     if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
@@ -539,7 +539,7 @@ void Form1::LitFic(const TexteLu& lu) {
     e.Repere.ZoomDepart = lu.ZoomDepart;
     e.Repere.ZoomE = e.Repere.ZoomDepart;
     RTB1->MajLigne();
-    if (auto* a = findChild<Apercu*>()) a->ApresChargement();
+    if (VueApercu) VueApercu->ApresChargement();
 }
 
 // --- runs

@@ -31,6 +31,7 @@ class QPrinter;
 class Recherche;
 class Secours;
 class UsageFenetre;
+class Apercu;
 
 // What the window is built on: the configuration service, the boxes, the
 // printer lookup and the two folders. A null configuration gets the in-memory
@@ -89,6 +90,7 @@ public:
     int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
     ValeursConfig Config;
     UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
+    Apercu* VueApercu = nullptr;     // the view menu and the live preview
 
     Reglages regl;
     Etat e;
@@ -192,7 +194,8 @@ public slots:
     void Mnu_Polices_Click();
     // The listing of the code, or of the selection. False when cancelled or refused.
     bool Imprime_Code();
-    // The print entries on, or off and saying that no printer is installed.
+    // The print entries on, or off and saying that no printer is installed,
+    // after their texts are set.
     void AfficheEntreesImpression();
 
 public:

@@ -218,7 +218,7 @@ void Form1::AfficheEntreesImpression() {
     const QString sans = TexteSansImprimante(regl.LangueMenus);
     for (QAction* a : {Mnu_Imprimante, Mnu_Imprimer, Mnu_ImprimerZoom, Mnu_ImprimerCode}) {
         a->setEnabled(!ImprimantePdf);
-        if (!ImprimantePdf || a->text().contains(sans)) continue;
+        if (!ImprimantePdf) continue;
         // The words go ahead of the shortcut's column.
         QString t = a->text();
         const qsizetype tab = t.indexOf(u'\t');
