@@ -7,11 +7,9 @@
 //     key: under 50 ms, typing at 20 characters a second never waits.
 // Its main: a QApplication on the offscreen platform (principal.h).
 #include "app/apercu.h"
-#include "app/boites.h"
 #include "app/editeur.h"
-#include "app/fenetre.h"
-#include "app/services.h"
 
+#include "fenetre_banc.h"
 #include "principal.h"
 
 #include <QApplication>
@@ -26,24 +24,14 @@ namespace {
 const QString Dossier = QStringLiteral(MIREL_SOURCE_DIR "/examples/");
 
 // A window started on an example, as `mirel FILE` is, with the live preview on.
-struct Fenetre {
-    ConfigMemoire config;
-    BoitesSansPersonne boites;
-    std::unique_ptr<Form1> f;
+struct Fenetre : FenetreBanc {
     Apercu* apercu = nullptr;
     explicit Fenetre(const QString& nom) {
-        config.Pose(CleCfg::FichierDat, QString());
-        ServicesFenetre s;
-        s.config = &config;
-        s.boites = &boites;
-        s.nomImprimante = [] { return QStringLiteral("bench"); };
-        f = std::make_unique<Form1>(s);
         f->Demarrer(Dossier + nom);
         QApplication::processEvents();
         apercu = f->VueApercu;
         apercu->Mnu_ApercuDirect->setChecked(true);
     }
-    ~Fenetre() { f->Demarre = false; }
 };
 
 void Direct(benchmark::State& state, QString nom) {

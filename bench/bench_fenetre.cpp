@@ -2,10 +2,9 @@
 // 1,000 lines (colouring is per block), loading and recolouring it whole.
 // Its main: a QApplication on the offscreen platform (principal.h).
 #include "app/editeur.h"
-#include "app/fenetre.h"
 #include "app/pane.h"
-#include "app/services.h"
 
+#include "fenetre_banc.h"
 #include "principal.h"
 
 #include <QApplication>
@@ -36,49 +35,29 @@ QString Programme(int n) {
     return l.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n");
 }
 
-// Boxes that answer at once (the Open dialog at start-up is cancelled).
-struct Muettes : BoitesQt {
-    int nombre = 0; // boxes shown: an example's run shows none
-    Reponse Message(QWidget*, const QString&, const QString&, Boutons, Icone) override {
-        ++nombre;
-        return Reponse::Ok;
+// Started on a program's text, with no file; or on a file, as `mirel FILE`
+// is: its folder is the working folder, where the examples' library of
+// external commands is found.
+struct Fenetre : FenetreBanc {
+    explicit Fenetre(const QString& texte) {
+        f->show();
+        f->Demarrer(QString());
+        f->RTB1->ChargeTexte(texte);
+        f->SetModifie(false);
     }
-    QString FichierOuvrir(QWidget*, const QString&, const QString&) override { return {}; }
-};
-
-struct Fenetre {
-    ConfigMemoire config;
-    Muettes boites;
-    Form1 f;
-    explicit Fenetre(const QString& texte) : f(Services()) {
-        f.show();
-        f.Demarrer(QString()); // no file: the Open dialog is the stand-in's, cancelled below
-        f.RTB1->ChargeTexte(texte);
-        f.SetModifie(false);
-    }
-    // Started on a file, as `mirel FILE` is: its folder is the working folder,
-    // where the examples' library of external commands is found.
     struct SurFichier {};
-    Fenetre(SurFichier, const QString& chemin) : f(Services()) { f.Demarrer(chemin); }
-    ServicesFenetre Services() {
-        config.Pose(CleCfg::FichierDat, QString());
-        ServicesFenetre s;
-        s.config = &config;
-        s.boites = &boites;
-        s.nomImprimante = [] { return QStringLiteral("bench"); };
-        return s;
-    }
+    Fenetre(SurFichier, const QString& chemin) { f->Demarrer(chemin); }
 };
 
 // F4 on an example: the whole run on the pane and its repaint.
 void F4(benchmark::State& state, const QString& chemin) {
     Fenetre w(Fenetre::SurFichier{}, chemin);
     for (auto _ : state) {
-        w.f.Visualiser();
-        w.f.pane->repaint();
+        w.f->Visualiser();
+        w.f->pane->repaint();
     }
-    state.counters["runs"] = w.f.NombreExecutions;
-    if (w.boites.nombre > 0) state.SkipWithError("the run showed a message box");
+    state.counters["runs"] = w.f->NombreExecutions;
+    if (!w.boites.Vues.isEmpty()) state.SkipWithError("the run showed a message box");
 }
 
 // One benchmark "F4/<name>" for each examples/*.dat.
@@ -98,7 +77,7 @@ void EnregistreF4() {
 // black, the recolouring of the block when the caret leaves it.
 void BM_Frappe_1000Lignes(benchmark::State& state) {
     Fenetre w(Programme(1000));
-    Editeur* ed = w.f.RTB1;
+    Editeur* ed = w.f->RTB1;
     QTextCursor c(ed->document()->findBlockByNumber(500));
     c.movePosition(QTextCursor::EndOfBlock);
     ed->setTextCursor(c);
@@ -115,13 +94,13 @@ BENCHMARK(BM_Frappe_1000Lignes)->Unit(benchmark::kMillisecond);
 void BM_Chargement_1000Lignes(benchmark::State& state) {
     Fenetre w{QString()};
     const QString texte = Programme(1000);
-    for (auto _ : state) w.f.RTB1->ChargeTexte(texte);
+    for (auto _ : state) w.f->RTB1->ChargeTexte(texte);
 }
 BENCHMARK(BM_Chargement_1000Lignes)->Unit(benchmark::kMillisecond);
 
 void BM_CtrlK_1000Lignes(benchmark::State& state) {
     Fenetre w(Programme(1000));
-    for (auto _ : state) w.f.RTB1->Cmd_Ctrl_K();
+    for (auto _ : state) w.f->RTB1->Cmd_Ctrl_K();
 }
 BENCHMARK(BM_CtrlK_1000Lignes)->Unit(benchmark::kMillisecond);
 
