@@ -139,6 +139,10 @@ TEST(EvalExpr, AleDrawsAFractionAndANegativeArgumentSeeds) {
     EvalExpr(e, c);
     EXPECT_EQ(a, b);
     EXPECT_EQ(a, c);
+    // The same text draws again each time, however it is spelt.
+    QString d1 = "ALE(1)", d2 = "ALE(1)", d3 = "a le (1)";
+    const double x1 = EvalExpr(e, d1).value(), x2 = EvalExpr(e, d2).value(), x3 = EvalExpr(e, d3).value();
+    EXPECT_TRUE(x1 != x2 && x2 != x3) << x1 << " " << x2 << " " << x3;
     const float r = Rnd(e, -7), r2 = Rnd(e);
     EXPECT_EQ(Rnd(e2, -7), r);
     EXPECT_EQ(Rnd(e2), r2);

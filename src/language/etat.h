@@ -183,6 +183,13 @@ struct Etat {
 
     // --- expressions
     std::mt19937 Ale{12345u};        // generator behind ALE and the draws
+    // Expressions evaluated, by their text without blanks in upper case: the
+    // number and the rewritten text (a few thousand at most).
+    struct ExpressionConnue {
+        double valeur = 0;
+        QString texte;
+    };
+    QHash<QString, ExpressionConnue> ExpressionsConnues;
 
     // --- control flow
     int EntreeSi = 0;

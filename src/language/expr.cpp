@@ -463,12 +463,26 @@ std::optional<double> EvalExpr(Etat& e, QString& texte) {
     if (texte.isEmpty()) texte = QStringLiteral("0");
     const QString nu = Majuscules(SansBlancs(texte));
     if (nu.isEmpty()) return std::nullopt; // a text of blanks
+    // The same text gives the same number, a draw apart: a run that comes
+    // again (the live preview at each pause) finds its expressions evaluated.
+    const bool tirage = nu.contains(QLatin1String("ALE"));
+    if (!tirage) {
+        if (const auto connue = e.ExpressionsConnues.constFind(nu); connue != e.ExpressionsConnues.cend()) {
+            texte = connue->texte;
+            return connue->valeur;
+        }
+    }
     QString t = Garni(nu);
     Entier16(t.size());
     RemplaceArg(e, t);
     ReecritGroupe(e, t, 4, 0);
     texte = t;
-    return ValNombre(t);
+    const double valeur = ValNombre(t);
+    if (!tirage) {
+        if (e.ExpressionsConnues.size() >= 4096) e.ExpressionsConnues.clear();
+        e.ExpressionsConnues.insert(nu, Etat::ExpressionConnue{valeur, t});
+    }
+    return valeur;
 }
 
 bool Vrai(Etat& e, const QString& texte) {
