@@ -1,5 +1,6 @@
 // Seeded random programs through the whole interpreter: only boxes may come out
-// of a run; no crash, no exception, no hang (the host stops endless loops).
+// of a run; no crash, no exception, no hang (the host stops endless loops); a
+// second run draws what the first drew.
 #include "outils.h"
 
 #include <random>
@@ -33,5 +34,16 @@ TEST(FuzzProgrammes, OnlyBoxesComeOutOfARun) {
         s.etat.Host = &h;
         EXPECT_NO_THROW(s.Execute()) << p.toStdString();
         EXPECT_FALSE(s.etat.ExecutionEnCours) << p.toStdString();
+        // The same run again, with the lines and expressions it has met known,
+        // draws the same and shows the same boxes.
+        const QByteArray dessin = QJsonDocument(DumpJson(s)).toJson();
+        const QVector<MessageEnregistre> boites = h.Messages();
+        s.journal.clear();
+        h.pompes = 0;
+        s.Execute();
+        EXPECT_EQ(QJsonDocument(DumpJson(s)).toJson(), dessin) << p.toStdString();
+        EXPECT_EQ(h.Messages().size(), 2 * boites.size()) << p.toStdString();
+        for (qsizetype i = 0; i < boites.size() && i + boites.size() < h.Messages().size(); ++i)
+            EXPECT_EQ(h.Messages()[i + boites.size()].texte, boites[i].texte) << p.toStdString();
     }
 }

@@ -159,6 +159,28 @@ struct Etat {
     bool FichierNonTrouve = false;  // the flag Open leaves for the error box
     QString NomFichierNonTrouve;
 
+    // What the fetch of a logical line found from a position of a text: the
+    // positions after it, whether it found a line (or the end), the raw
+    // physical line when one was read, the logical line.
+    struct LigneLue {
+        int Pos = 0, FinLigne = 0, PosDebut = 0;
+        bool Trouvee = false, Brute = false;
+        QString LigneBruteThen, Ligne;
+    };
+    // The lines read of a text, by their starting position; the entry keeps
+    // the text.
+    struct LignesDuTexte {
+        QString Texte;
+        QHash<int, LigneLue> Lignes;
+    };
+    QHash<const QChar*, LignesDuTexte> TextesLus;
+    // The classification of the lines met, by their text: the keyword as
+    // found, the name and operator of an assignment, the rest of the line.
+    struct LigneClassee {
+        QString Mot, NomAffecte, OperAffect, Reste;
+    };
+    QHash<QString, LigneClassee> LignesClassees;
+
     // --- parameters and labels
     QString Separateur1 = QStringLiteral(",");
     QString Separateur2 = QStringLiteral("§");

@@ -35,11 +35,12 @@ bool CommentaireOuVide(const QString& texte, int debut, int fin) {
 
 // Fetches the next logical line. Returns false when the text is finished.
 // On return LigneCourante holds the logical line, PosDebut and FinLigne frame it.
-bool LitLigne(Etat& e, CtxFic& c) {
+// `stable` is cleared when the line came from a variable (a stored command),
+// `brute` set when a physical line was read.
+bool LitLigneTexte(Etat& e, CtxFic& c, bool& stable, bool& brute) {
     const QString& texte = c.Texte;
     const int longueur = Len(texte);
     for (;;) {
-        if (e.ArretDemande) return true; // the caller tests it and ends the level
         // A Goto to an unknown label left Pos at 0: the fetch fails.
         if (c.Pos < 1) throw ErreurExecution("Invalid procedure call or argument");
         int fin = InStr(c.Pos, texte, CrLf());
@@ -55,6 +56,7 @@ bool LitLigne(Etat& e, CtxFic& c) {
         }
         QString physique = Mid(texte, c.Pos, c.FinLigne - c.Pos);
         c.LigneBruteThen = physique; // the raw line, for a one-line Then
+        brute = true;
         QString ligne = LTrim(QString(physique).replace(u'\t', u' '));
         // A lone "_" continues like " _" (and Pos moves back by one).
         if (ligne == QLatin1String("_")) {
@@ -83,6 +85,7 @@ bool LitLigne(Etat& e, CtxFic& c) {
         // A "%name" line without "=" is a stored command.
         QString net = Trim(ligne);
         if (net.startsWith(u'%') && !net.contains(u'=')) {
+            stable = false;
             QString valeur;
             if (!LitVar(e, e.NiveauCourant, net, valeur)) {
                 c.Ligne = ligne;
@@ -96,6 +99,35 @@ bool LitLigne(Etat& e, CtxFic& c) {
         e.LigneCourante = ligne;
         return true;
     }
+}
+
+// The fetch from a position of a text always finds the same line, unless
+// the line is a stored command: the lines of a text that a run enters again
+// are found read. A text is known by its characters' storage, which the
+// entry keeps, so that no other text can take its place.
+bool LitLigne(Etat& e, CtxFic& c) {
+    if (e.ArretDemande) return true; // the caller tests it and ends the level
+    auto texte = e.TextesLus.find(c.Texte.constData());
+    if (texte == e.TextesLus.end()) {
+        if (e.TextesLus.size() >= 16) e.TextesLus.clear(); // a few texts are enough
+        texte = e.TextesLus.insert(c.Texte.constData(), Etat::LignesDuTexte{c.Texte, {}});
+    }
+    const int depart = c.Pos;
+    if (const auto lue = texte->Lignes.constFind(depart); lue != texte->Lignes.cend()) {
+        c.Pos = lue->Pos;
+        c.FinLigne = lue->FinLigne;
+        c.PosDebut = lue->PosDebut;
+        if (lue->Brute) c.LigneBruteThen = lue->LigneBruteThen;
+        if (lue->Trouvee) e.LigneCourante = lue->Ligne;
+        return lue->Trouvee;
+    }
+    bool stable = true, brute = false;
+    const bool trouvee = LitLigneTexte(e, c, stable, brute);
+    if (stable)
+        texte->Lignes.insert(depart, Etat::LigneLue{c.Pos, c.FinLigne, c.PosDebut, trouvee, brute,
+                                                    brute ? c.LigneBruteThen : QString(),
+                                                    trouvee ? e.LigneCourante : QString()});
+    return trouvee;
 }
 
 // Removes the comment of the line, except for the commands whose text may hold "'".
@@ -120,7 +152,8 @@ void OteCommentaire(Etat& e, const QString& mot) {
 }
 
 // Classification of a fetched line: Mot, OperAffect, LigneCourante.
-void Classe(Etat& e, CtxFic& c) {
+// `calcule` is cleared when the keyword came from variables.
+void ClasseLigne(Etat& e, CtxFic& c, bool& calcule) {
     c.Ligne = e.LigneCourante;
     c.PosFin = c.FinLigne;
     const QString ligne = e.LigneCourante;
@@ -145,7 +178,8 @@ void Classe(Etat& e, CtxFic& c) {
     }
     OteCommentaire(e, mot);
     // A keyword may be computed from variables.
-    if (mot.size() >= 2 && InStr(2, mot, QStringLiteral("%")) > 0) {
+    calcule = mot.size() >= 2 && InStr(2, mot, QStringLiteral("%")) > 0;
+    if (calcule) {
         QString m = e.NomAffecte;
         RemplaceVar(e, m);
         m.remove(u' ');
@@ -154,6 +188,27 @@ void Classe(Etat& e, CtxFic& c) {
     }
     if (mot.startsWith(u'!')) mot = QStringLiteral("!");
     c.Mot = mot;
+}
+
+// The classification depends on the line's text alone, unless its keyword
+// comes from variables: the lines of a run that comes again are found
+// classified.
+void Classe(Etat& e, CtxFic& c) {
+    if (const auto connue = e.LignesClassees.constFind(e.LigneCourante); connue != e.LignesClassees.cend()) {
+        c.Ligne = e.LigneCourante;
+        c.PosFin = c.FinLigne;
+        c.Mot = connue->Mot;
+        e.NomAffecte = connue->NomAffecte;
+        e.OperAffect = connue->OperAffect;
+        e.LigneCourante = connue->Reste;
+        return;
+    }
+    const QString ligne = e.LigneCourante;
+    bool calcule = false;
+    ClasseLigne(e, c, calcule);
+    if (calcule) return;
+    if (e.LignesClassees.size() >= 4096) e.LignesClassees.clear();
+    e.LignesClassees.insert(ligne, Etat::LigneClassee{c.Mot, e.NomAffecte, e.OperAffect, e.LigneCourante});
 }
 
 // The routine of a keyword; false when the keyword is none of the table.
