@@ -43,12 +43,6 @@ QString SansBlancs(const QString& t) {
     return r;
 }
 
-// Replaces the characters debut..fin (inclusive) by par. Positions are 16-bit.
-void Remplace(QString& t, int debut, int fin, const QString& par) {
-    t.replace(debut - 1, fin - debut + 1, par);
-    Entier16(t.size());
-}
-
 QString TexteResultat(double v) { return StrF(Float32(v)); }
 
 // The number text debut..fin read as a 32-bit float.

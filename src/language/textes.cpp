@@ -31,12 +31,6 @@ QChar Car(const QString& t, int pos) {
 }
 bool EstChiffre(QChar c) { return c >= u'0' && c <= u'9'; }
 
-// Replaces debut..fin (inclusive, 1-based); positions are 16-bit.
-void Remplace(QString& t, int debut, int fin, const QString& par) {
-    t.replace(debut - 1, fin - debut + 1, par);
-    Entier16(t.size());
-}
-
 // ---- FonctionsTexte
 
 // The count of LEFn / RIGn: a digit (0 means 10), or the letter that names
@@ -192,6 +186,11 @@ QString Majuscules(const QString& texte) {
         if (c != QChar(0x00B5)) c = c.toUpper();
     }
     return r;
+}
+
+void Remplace(QString& t, int debut, int fin, const QString& par) {
+    t.replace(debut - 1, fin - debut + 1, par);
+    Entier16(t.size());
 }
 
 int ParentheseFermante(const QString& texte, int pos) {

@@ -25,6 +25,10 @@ QVector<int> TirageSansRepetition(Etat& e, int n, int a, int b, float graine);
 // accents are upper-cased ("é" -> "É").
 QString Majuscules(const QString& texte);
 
+// Replaces the characters debut..fin (1-based, inclusive) by par, in place;
+// a text beyond 16-bit positions is an overflow.
+void Remplace(QString& t, int debut, int fin, const QString& par);
+
 // The 1-based position of the ")" that matches the "(" at pos, inner
 // parentheses being counted; 0 when it stays open.
 int ParentheseFermante(const QString& texte, int pos);

@@ -56,7 +56,7 @@ QString TraiteValeur(Etat& e, const QString& brut) {
 // The value text of an assignment line: ParaN(ligne, -1), with the `VAR(`
 // forms kept from a premature substitution when the variable is new.
 QString ValeurLigne(Etat& e, bool protegeVar) {
-    if (!protegeVar || !e.LigneCourante.toUpper().contains(QLatin1String("VAR(")))
+    if (!protegeVar || !ContientMaj(e.LigneCourante, {"VAR("}))
         return ParaN(e, e.LigneCourante, -1);
     const QString ligne = e.LigneCourante;
     e.LigneCourante.replace(u'%', PourcentCache);
@@ -132,6 +132,12 @@ bool EstNombre(const QString& t) {
     bool ok = false;
     t.toDouble(&ok);
     return ok;
+}
+
+// Characters p up to fin (1-based, fin excluded, p <= fin) replaced by a
+// value, in place.
+void RemplacePar(QString& texte, int p, int fin, const QString& valeur) {
+    texte.replace(p - 1, std::min(fin, Len(texte) + 1) - p, valeur);
 }
 
 // The list index forms of RemplaceVar, at `p` (the "%"); true when one
@@ -379,7 +385,7 @@ int RemplaceVar(Etat& e, QString& texte) {
             int fin = p + 7;
             if (slot > 0) {
                 fin += Len(e.PileFic[niveau].NomVar[slot]) - 1;
-                texte = Left(texte, p - 1) + e.PileFic[niveau].ValVar[slot] + Mid(texte, fin);
+                RemplacePar(texte, p, fin, e.PileFic[niveau].ValVar[slot]);
             } else {
                 static const QString lettres = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_");
                 while (fin <= Len(texte) && lettres.contains(texte[fin - 1].toUpper())) ++fin;
@@ -411,7 +417,7 @@ int RemplaceVar(Etat& e, QString& texte) {
                 const QString s = Mid(texte, fin, 4).toUpper();
                 if (s != QLatin1String(" AND") && s != QLatin1String(" OR ")) ++apres;
             }
-            texte = Left(texte, p - 1) + valeur + Mid(texte, apres);
+            RemplacePar(texte, p, apres, valeur);
             if (Len(texte) > LongueurMaxSubstitution) Echec(e, QString());
             // Values that name each other through "=<" would never end.
             if (++substitutions > MaxSubstitutions) Echec(e, QString());
@@ -427,7 +433,7 @@ int RemplaceVar(Etat& e, QString& texte) {
         QString valeur;
         int longueur = 0;
         if (VarPredefinie(e, QStringView(texte).mid(p - 1), valeur, longueur)) {
-            texte = Left(texte, p - 1) + valeur + Mid(texte, p + longueur);
+            RemplacePar(texte, p, p + longueur, valeur);
             p = InStr(p + Len(valeur), texte, QStringLiteral("%"));
             continue;
         }
