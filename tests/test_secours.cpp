@@ -92,15 +92,25 @@ TEST(Secours, CopyOfALivingWindowIsNotOffered) {
     EXPECT_TRUE(QFile::exists(a.f->secours->Chemin()));
 }
 
+namespace {
+
+// A window on a file whose text is then typed in, and whose folder is then
+// gone (a removed disk): no permission can overcome that.
+Form1& DisqueRetire(Banc& b, const QString& etat) {
+    QDir(b.travail.path()).mkdir("disque");
+    Form1& f = Fenetre(b, etat, "disque/essai.dat", "' a\r\n");
+    QTest::keyClicks(f.RTB1, "CT = 3, 3");
+    QDir(b.travail.path() + "/disque").removeRecursively();
+    return f;
+}
+
+} // namespace
+
 TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
-    // The file's folder is gone (a removed disk): no permission can overcome that.
     for (const bool parLeMenu : {true, false}) {
         QTemporaryDir etat;
         Banc b;
-        QDir(b.travail.path()).mkdir("disque");
-        Form1& f = Fenetre(b, etat.path(), "disque/essai.dat", "' a\r\n");
-        QTest::keyClicks(f.RTB1, "CT = 3, 3");
-        QDir(b.travail.path() + "/disque").removeRecursively();
+        Form1& f = DisqueRetire(b, etat.path());
         if (parLeMenu) {
             f.Mnu_EnregistrerS_Click();
             EXPECT_FALSE(f.Modifie()); // as any Save leaves it
@@ -134,10 +144,7 @@ TEST(Secours, SaveThatFailsKeepsTheWindowUntilASecondAnswer) {
 TEST(Secours, SaveMadeWhenOpenAsksEndsTheFailedSavesQuestion) {
     QTemporaryDir etat;
     Banc b;
-    QDir(b.travail.path()).mkdir("disque");
-    Form1& f = Fenetre(b, etat.path(), "disque/essai.dat", "' a\r\n");
-    QTest::keyClicks(f.RTB1, "CT = 3, 3");
-    QDir(b.travail.path() + "/disque").removeRecursively();
+    Form1& f = DisqueRetire(b, etat.path());
     f.Mnu_EnregistrerS_Click();
     QDir(b.travail.path()).mkdir("disque");
     b.boites.reponses = {int(Reponse::Oui), QString()};
