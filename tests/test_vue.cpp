@@ -222,11 +222,34 @@ TEST(Vue, IncludedFilesAreReadOnceWhileUnchanged) {
     // A run that writes the file between two calls includes what it wrote.
     EXPECT_EQ(rayons(appel + "\r\nOpenA = " + inclus + "\r\nPrintA = Cercle = 0, 0, 9\r\nOpenA =\r\n" + appel + "\r\n"),
               (QVector<double>{5, 5, 9}));
+    // A program started without waiting writes it while the run goes on.
+    {
+        struct PlusTard : HoteMemoire {
+            std::function<void()> ecrit;
+            bool lance = false;
+            int pompes = 0;
+            using HoteMemoire::HoteMemoire;
+            bool Lance(const QString&, bool) override { return lance = true; }
+            void PompeEvenements() override {
+                if (lance && ++pompes == 2) ecrit(); // each call lets events through first
+            }
+        };
+        const QString p = "Shell#$ = prog, JPG#, 0\r\n" + deuxAppels;
+        Session s(p);
+        PlusTard h(p);
+        h.ecrit = [&] { ecrit("Cercle = 0, 0, 8\r\n"); };
+        s.etat.Host = &h;
+        s.regl.Fichiers = cache;
+        s.Execute();
+        QVector<double> r;
+        for (const OpSurface& op : Ops(s, OpSurface::Cercle)) r << op.r;
+        EXPECT_EQ(r, (QVector<double>{5, 9, 8}));
+    }
     ecrit("Cercle = 0, 0, 17\r\n");
     EXPECT_EQ(rayons(deuxAppels), (QVector<double>{17, 17}));
     ecrit("Cercle = 0, 0, 18\r\n", 5); // the same size: the time tells
     EXPECT_EQ(rayons(deuxAppels), (QVector<double>{18, 18}));
-    EXPECT_EQ(cache->Lectures(), 4);
+    EXPECT_EQ(cache->Lectures(), 5);
     QFile::remove(inclus);
     EXPECT_TRUE(Messages(*lance(deuxAppels)).value(0).contains("fichier non trouvé"));
 }

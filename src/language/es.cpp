@@ -324,4 +324,5 @@ void CmdShell(Etat& e) {
     const QString arguments = ParaN(e, l, 4);
     if (e.Host) e.Host->Lance(commande + arguments, attendre);
     e.DisqueTouche(); // the program may write files
+    if (!attendre) e.ProgrammeEnCours = true;
 }

@@ -159,6 +159,9 @@ struct Etat {
     bool FichierNonTrouve = false;  // the flag Open leaves for the error box
     QString NomFichierNonTrouve;
 
+    // The longest line or expression whose reading is kept: the few thousand
+    // kept stay within a few megabytes.
+    static constexpr int LongueurMaxConnue = 256;
     // What the fetch of a logical line found from a position of a text: the
     // positions after it, whether it found a line (or the end), the raw
     // physical line when one was read, the logical line.
@@ -196,6 +199,9 @@ struct Etat {
         bool boite = false; // the lookup's "not found" box, shown at each call
     };
     QHash<QString, FichierVu> FichiersVus;
+    // A program started without waiting may write files at any time: the run
+    // then keeps no included file.
+    bool ProgrammeEnCours = false;
     void DisqueTouche() { FichiersVus.clear(); }
 
     // --- variables

@@ -459,8 +459,8 @@ std::optional<double> EvalExpr(Etat& e, QString& texte) {
     if (nu.isEmpty()) return std::nullopt; // a text of blanks
     // The same text gives the same number, a draw apart: a run that comes
     // again (the live preview at each pause) finds its expressions evaluated.
-    const bool tirage = nu.contains(QLatin1String("ALE"));
-    if (!tirage) {
+    const bool garde = !nu.contains(QLatin1String("ALE")) && nu.size() <= Etat::LongueurMaxConnue;
+    if (garde) {
         if (const auto connue = e.ExpressionsConnues.constFind(nu); connue != e.ExpressionsConnues.cend()) {
             texte = connue->texte;
             return connue->valeur;
@@ -472,7 +472,7 @@ std::optional<double> EvalExpr(Etat& e, QString& texte) {
     ReecritGroupe(e, t, 4, 0);
     texte = t;
     const double valeur = ValNombre(t);
-    if (!tirage) {
+    if (garde) {
         if (e.ExpressionsConnues.size() >= 4096) e.ExpressionsConnues.clear();
         e.ExpressionsConnues.insert(nu, Etat::ExpressionConnue{valeur, t});
     }

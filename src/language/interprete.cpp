@@ -107,6 +107,11 @@ bool LitLigneTexte(Etat& e, CtxFic& c, bool& stable, bool& brute) {
 // entry keeps, so that no other text can take its place.
 bool LitLigne(Etat& e, CtxFic& c) {
     if (e.ArretDemande) return true; // the caller tests it and ends the level
+    bool stable = true, brute = false;
+    // A position beyond the text reads nothing and leaves the line's frame as
+    // it was; a plot symbol's text is made again at each point.
+    if (c.Pos > Len(c.Texte) || c.Texte.constData() == e.Inclusion.TexteSymbole.constData())
+        return LitLigneTexte(e, c, stable, brute);
     auto texte = e.TextesLus.find(c.Texte.constData());
     if (texte == e.TextesLus.end()) {
         if (e.TextesLus.size() >= 16) e.TextesLus.clear(); // a few texts are enough
@@ -121,7 +126,6 @@ bool LitLigne(Etat& e, CtxFic& c) {
         if (lue->Trouvee) e.LigneCourante = lue->Ligne;
         return lue->Trouvee;
     }
-    bool stable = true, brute = false;
     const bool trouvee = LitLigneTexte(e, c, stable, brute);
     if (stable)
         texte->Lignes.insert(depart, Etat::LigneLue{c.Pos, c.FinLigne, c.PosDebut, trouvee, brute,
@@ -206,7 +210,7 @@ void Classe(Etat& e, CtxFic& c) {
     const QString ligne = e.LigneCourante;
     bool calcule = false;
     ClasseLigne(e, c, calcule);
-    if (calcule) return;
+    if (calcule || ligne.size() > Etat::LongueurMaxConnue) return;
     if (e.LignesClassees.size() >= 4096) e.LignesClassees.clear();
     e.LignesClassees.insert(ligne, Etat::LigneClassee{c.Mot, e.NomAffecte, e.OperAffect, e.LigneCourante});
 }
@@ -446,6 +450,7 @@ void LanceExecution(Etat& e, Surface* cible) {
     e.ArretDemande = false;
     e.StopArgVu = false;
     e.DisqueTouche(); // files changed on disk since the last run are seen
+    e.ProgrammeEnCours = false;
     e.Repere.StyloInitialise = false;
     int niveau = 1;
     Interprete(e, niveau);

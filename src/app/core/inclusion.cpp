@@ -219,7 +219,8 @@ std::optional<QString> TexteAppele(Etat& e, int indexExterne, const QString& lig
         cle = u'\n' + Trim(ParaN(e, ligne, 1)); // a name to look for, never a path found
     }
     CacheFichiers* cache = e.Regl ? e.Regl->Fichiers.get() : nullptr;
-    if (cache) {
+    const bool garde = cache && !e.ProgrammeEnCours;
+    if (garde) {
         if (const auto vu = e.FichiersVus.constFind(cle); vu != e.FichiersVus.cend()) {
             nom = vu->nom;
             if (vu->boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
@@ -235,7 +236,7 @@ std::optional<QString> TexteAppele(Etat& e, int indexExterne, const QString& lig
         if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
     }
     std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu, cache);
-    if (t && cache) e.FichiersVus.insert(cle, Etat::FichierVu{nom, *t, boite});
+    if (t && garde) e.FichiersVus.insert(cle, Etat::FichierVu{nom, *t, boite});
     return t;
 }
 
