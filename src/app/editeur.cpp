@@ -60,16 +60,21 @@ Editeur::Editeur(QWidget* parent) : QPlainTextEdit(parent) {
     document()->setUndoRedoEnabled(false);
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setTabChangesFocus(false);
+    // First: the slots that follow may read the text.
+    connect(document(), &QTextDocument::contentsChange, this, [this] { texteCrLf_.reset(); });
     connect(document(), &QTextDocument::contentsChange, this, &Editeur::Changement);
 }
 
 // --- the text and its positions
 
 QString Editeur::TexteCrLf() const {
-    QString t = document()->toRawText();
-    t.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n"));
-    t.replace(QChar::LineSeparator, QStringLiteral("\r\n"));
-    return t;
+    if (!texteCrLf_) {
+        QString t = document()->toRawText();
+        t.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n"));
+        t.replace(QChar::LineSeparator, QStringLiteral("\r\n"));
+        texteCrLf_ = t;
+    }
+    return *texteCrLf_;
 }
 
 void Editeur::ChargeTexte(const QString& texteCrLf) {

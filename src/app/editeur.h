@@ -14,6 +14,8 @@
 #include <QPlainTextEdit>
 #include <QStringList>
 
+#include <optional>
+
 class Editeur : public QPlainTextEdit {
     Q_OBJECT
 public:
@@ -29,6 +31,8 @@ public:
     const QStringList* CommandesExternes = nullptr;
 
     // --- the text as the run sees it
+    // Lines ended by CR LF; the same text, kept, while the document is
+    // unchanged (a run that comes again finds its lines already read).
     QString TexteCrLf() const;
     // LitFic's editor half: the editor emptied, each line appended with CR LF
     // and coloured; caret at 0, block at the first line.
@@ -109,6 +113,7 @@ protected:
     void insertFromMimeData(const QMimeData* source) override;
 
 private:
+    mutable std::optional<QString> texteCrLf_;
     void Changement(int position, int retires, int ajoutes);
     void ColoreSegment(int ligne, int decalage, int profondeur);
     void Peint(int debut, int longueur, const QColor& c);
