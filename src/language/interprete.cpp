@@ -156,7 +156,7 @@ void OteCommentaire(Etat& e, const QString& mot) {
 }
 
 // Classification of a fetched line: Mot, OperAffect, LigneCourante.
-// `calcule` is cleared when the keyword came from variables.
+// `calcule` tells whether the keyword came from variables.
 void ClasseLigne(Etat& e, CtxFic& c, bool& calcule) {
     c.Ligne = e.LigneCourante;
     c.PosFin = c.FinLigne;

@@ -204,7 +204,8 @@ void CopieCommentaires(Etat& e, const QString& texte, const QString& nom) {
 // The file of a call, found and read: `nom` receives its name as the records
 // keep it (the candidate the lookup found). With the window's file cache, a
 // run looks for and at each included file once, by the name of its call, and
-// again only after the run writes a file or starts a program.
+// again after the run writes a file or starts a program; at every call once a
+// program it started without waiting may be writing.
 std::optional<QString> TexteAppele(Etat& e, int indexExterne, const QString& ligne, QString& nom,
                                    LectureCommande& lu) {
     QString cle;
