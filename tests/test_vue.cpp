@@ -139,9 +139,14 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"OpenA = sortie.txt,,Kill\r\n", "OPENA", 1},
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
+        {"Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\r\n", "PLOT", 1},
     };
     for (const auto& c : cas) {
         Banc b;
+        QFile mesure(b.travail.filePath("mesure.txt")); // the data of the Plot line
+        mesure.open(QIODevice::WriteOnly);
+        mesure.write("1;2\r\n");
+        mesure.close();
         Form1& f = b.Demarre("");
         ApercuDe(f).Mnu_ApercuDirect->trigger();
         Tape(f, c.programme);
@@ -152,7 +157,8 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         // One run: its own marks in the text start no other.
         EXPECT_TRUE(!ApercuDe(f).Minuterie.isActive() && b.boites.vues.empty() &&
                     f.RTB1->textCursor().position() == caret && f.RTB1->TexteCrLf() == c.programme &&
-                    !QFileInfo::exists(b.travail.filePath("sortie.txt")))
+                    !QFileInfo::exists(b.travail.filePath("sortie.txt")) &&
+                    !QFileInfo::exists(b.travail.filePath("Plot_Offset.txt")))
             << etat.toStdString();
         // Only an error line is red, as F4 marks it.
         EXPECT_EQ(CouleurLigne(*f.RTB1, c.ligne - 1, 0) == QColor(255, 0, 0), c.raison == "foo = 2") << c.ligne;

@@ -327,6 +327,7 @@ void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int 
         sortie.append(c.join(u';'));
     }
     if (!sortie.isEmpty() && sortie.back().isEmpty()) sortie.removeLast(); // the final line end
+    if (e.Host && !e.Host->EcriturePermise()) return;
     QFile f(DossierCourant(e) + NomPlotOffset);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw ErreurExecution("Path/File access error");
     f.write(sortie.join(QStringLiteral("\r\n")).toUtf8());
