@@ -9,6 +9,7 @@
 #include "language/chaines.h"
 #include "language/commandes.h"
 #include "language/erreur.h"
+#include "language/es.h"
 #include "language/etat.h"
 #include "language/expr.h"
 #include "language/hote.h"
@@ -327,12 +328,11 @@ void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int 
         sortie.append(c.join(u';'));
     }
     if (!sortie.isEmpty() && sortie.back().isEmpty()) sortie.removeLast(); // the final line end
-    if (e.Host && !e.Host->EcriturePermise()) return;
+    if (!EcritureAccordee(e)) return;
     QFile f(DossierCourant(e) + NomPlotOffset);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw ErreurExecution("Path/File access error");
     f.write(sortie.join(QStringLiteral("\r\n")).toUtf8());
     f.write("\r\n");
-    e.DisqueTouche();
 }
 
 void Plot(Etat& e, Genre genre) {

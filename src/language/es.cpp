@@ -164,11 +164,16 @@ void CmdLVar(Etat& e) {
     Stocke(e, nom, c.LigneLue);
 }
 
+bool EcritureAccordee(Etat& e) {
+    if (e.Host && !e.Host->EcriturePermise()) return false;
+    e.DisqueTouche();
+    return true;
+}
+
 void CmdOpenA(Etat& e) {
     if (e.Host) e.Host->PompeEvenements(); // OpenA lets the window respond (Esc)
     // The common part with Open: the level's data name, comment
     // character and number are set, even though the data file stays open.
-    e.DisqueTouche(); // a file opened, closed or deleted
     const bool vide = Trim(e.LigneCourante).isEmpty();
     const QString nom = vide ? QString() : NomFichierDonnees(e, false);
     PartieCommune(e, nom);
@@ -182,7 +187,7 @@ void CmdOpenA(Etat& e) {
     const QString kill = Trim(ParaN(e, e.LigneCourante, 3));
     if (kill != QLatin1String("Kill")) {
         if (!e.FicPrintA) {
-            if (e.Host && !e.Host->EcriturePermise()) return;
+            if (!EcritureAccordee(e)) return;
             auto f = std::make_shared<QFile>(nom);
             if (!f->open(QIODevice::WriteOnly | QIODevice::Append)) Echec("OpenA");
             e.FicPrintA = f;
@@ -193,7 +198,7 @@ void CmdOpenA(Etat& e) {
     // Kill: a bare name is deleted (failures ignored) and no file stays open;
     // a name with a folder is left alone.
     if (AUnDossier(brut)) return;
-    if (e.Host && !e.Host->EcriturePermise()) return;
+    if (!EcritureAccordee(e)) return;
     if (e.FicPrintA) e.FicPrintA->close();
     e.FicPrintA.reset();
     e.NumFicPrintA = 0;
@@ -219,9 +224,9 @@ void CmdPrintA(Etat& e) {
         sortie += m.toUtf8();
         if (i + 1 < morceaux.size()) sortie += "\r\n";
     }
+    if (!EcritureAccordee(e)) return;
     e.FicPrintA->write(sortie);
     e.FicPrintA->flush();
-    e.DisqueTouche();
 }
 
 void CmdInput(Etat& e) {
