@@ -221,23 +221,21 @@ std::optional<QString> TexteAppele(Etat& e, int indexExterne, const QString& lig
     }
     CacheFichiers* cache = e.Regl ? e.Regl->Fichiers.get() : nullptr;
     const bool garde = cache && !e.ProgrammeEnCours;
-    if (garde) {
-        if (const auto vu = e.FichiersVus.constFind(cle); vu != e.FichiersVus.cend()) {
-            nom = vu->nom;
-            if (vu->boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
-            return vu->texte;
-        }
-    }
-    QString chemin; // the existing file of the name, when there is one
-    bool boite = false;
-    if (indexExterne > 0) {
-        chemin = Existe(e, nom);
+    const auto vu = garde ? e.FichiersVus.constFind(cle) : e.FichiersVus.cend();
+    std::optional<QString> t;
+    bool boite = false; // no candidate found: the lookup's box
+    if (vu != e.FichiersVus.cend()) {
+        nom = vu->nom;
+        t = vu->texte;
+        boite = vu->boite;
     } else {
-        nom = ChercheFichier(e, cle.mid(1), &boite, &chemin);
-        if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
+        QString chemin; // the existing file of the name, when there is one
+        if (indexExterne > 0) chemin = Existe(e, nom);
+        else nom = ChercheFichier(e, cle.mid(1), &boite, &chemin);
+        t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu, cache);
+        if (t && garde) e.FichiersVus.insert(cle, Etat::FichierVu{nom, *t, boite});
     }
-    std::optional<QString> t = LitFichierCommande(chemin.isEmpty() ? nom : chemin, &lu, cache);
-    if (t && garde) e.FichiersVus.insert(cle, Etat::FichierVu{nom, *t, boite});
+    if (boite && e.Host) e.Host->Message(QStringLiteral("Mirel"), TexteNonTrouve(nom), Boutons::Ok);
     return t;
 }
 
