@@ -140,6 +140,16 @@ struct Reglages {
 };
 
 // The run-wide state: the level stack, the language's tables and the drawing state.
+// What runs keep of what they met, by key: emptied whole when full, so that
+// it stays small whatever the program (what is still met is kept again).
+template <class Cle, class Valeur, qsizetype Max>
+struct Connus : QHash<Cle, Valeur> {
+    typename QHash<Cle, Valeur>::iterator Garde(const Cle& cle, Valeur valeur) {
+        if (this->size() >= Max) this->clear();
+        return this->insert(cle, std::move(valeur));
+    }
+};
+
 struct Etat {
     // --- the run and its levels
     std::array<CtxFic, NbNiveaux> PileFic;
@@ -176,13 +186,13 @@ struct Etat {
         QString Texte;
         QHash<int, LigneLue> Lignes;
     };
-    QHash<const QChar*, LignesDuTexte> TextesLus;
+    Connus<const QChar*, LignesDuTexte, 16> TextesLus;
     // The classification of the lines met, by their text: the keyword as
     // found, the name and operator of an assignment, the rest of the line.
     struct LigneClassee {
         QString Mot, NomAffecte, OperAffect, Reste;
     };
-    QHash<QString, LigneClassee> LignesClassees;
+    Connus<QString, LigneClassee, 4096> LignesClassees;
 
     // --- parameters and labels
     QString Separateur1 = QStringLiteral(",");
@@ -190,7 +200,7 @@ struct Etat {
     std::array<QVector<Etiquette>, NbNiveaux> Etiquettes; // the label table, per level
     // The label tables of the texts last scanned without fault: the same
     // texts are entered at every run, an included one at every call.
-    QHash<QString, QVector<Etiquette>> EtiquettesConnues;
+    Connus<QString, QVector<Etiquette>, 16> EtiquettesConnues;
     // The included files found and read in this run, by the name of their
     // call: forgotten when a run starts and whenever the run writes a file or
     // starts a program, which may change them.
@@ -217,7 +227,7 @@ struct Etat {
         double valeur = 0;
         QString texte;
     };
-    QHash<QString, ExpressionConnue> ExpressionsConnues;
+    Connus<QString, ExpressionConnue, 4096> ExpressionsConnues;
 
     // --- control flow
     int EntreeSi = 0;

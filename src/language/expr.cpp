@@ -473,8 +473,7 @@ std::optional<double> EvalExpr(Etat& e, QString& texte) {
     texte = t;
     const double valeur = ValNombre(t);
     if (garde) {
-        if (e.ExpressionsConnues.size() >= 4096) e.ExpressionsConnues.clear();
-        e.ExpressionsConnues.insert(nu, Etat::ExpressionConnue{valeur, t});
+        e.ExpressionsConnues.Garde(nu, Etat::ExpressionConnue{valeur, t});
     }
     return valeur;
 }

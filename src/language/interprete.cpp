@@ -113,10 +113,8 @@ bool LitLigne(Etat& e, CtxFic& c) {
     if (c.Pos > Len(c.Texte) || c.Texte.constData() == e.Inclusion.TexteSymbole.constData())
         return LitLigneTexte(e, c, stable, brute);
     auto texte = e.TextesLus.find(c.Texte.constData());
-    if (texte == e.TextesLus.end()) {
-        if (e.TextesLus.size() >= 16) e.TextesLus.clear(); // a few texts are enough
-        texte = e.TextesLus.insert(c.Texte.constData(), Etat::LignesDuTexte{c.Texte, {}});
-    }
+    if (texte == e.TextesLus.end())
+        texte = e.TextesLus.Garde(c.Texte.constData(), Etat::LignesDuTexte{c.Texte, {}});
     const int depart = c.Pos;
     if (const auto lue = texte->Lignes.constFind(depart); lue != texte->Lignes.cend()) {
         c.Pos = lue->Pos;
@@ -211,8 +209,7 @@ void Classe(Etat& e, CtxFic& c) {
     bool calcule = false;
     ClasseLigne(e, c, calcule);
     if (calcule || ligne.size() > Etat::LongueurMaxConnue) return;
-    if (e.LignesClassees.size() >= 4096) e.LignesClassees.clear();
-    e.LignesClassees.insert(ligne, Etat::LigneClassee{c.Mot, e.NomAffecte, e.OperAffect, e.LigneCourante});
+    e.LignesClassees.Garde(ligne, Etat::LigneClassee{c.Mot, e.NomAffecte, e.OperAffect, e.LigneCourante});
 }
 
 // The routine of a keyword; false when the keyword is none of the table.

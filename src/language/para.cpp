@@ -244,8 +244,7 @@ void ScanEtiquettes(Etat& e, int niveau) {
         }
         table.append({nom, premiereLigne + 1, debutLigne});
     }
-    if (e.EtiquettesConnues.size() >= 16) e.EtiquettesConnues.clear(); // a few texts are enough
-    e.EtiquettesConnues.insert(texte, table);
+    e.EtiquettesConnues.Garde(texte, table);
 }
 
 int LigneEtiquette(const Etat& e, const QString& nom, int niveau) {
