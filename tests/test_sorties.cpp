@@ -66,6 +66,19 @@ TEST(Sorties, TimeLimitStopsALoopAndKeepsTheDrawing) {
     EXPECT_EQ(Mirel({"dump", boucle, "--timeout", "x"}).code, 2);
 }
 
+// A single command that draws for long (a chart of 27 million patches) is
+// stopped inside by the time limit, without a box, and the run ends there.
+TEST(Sorties, TimeLimitStopsALongCommand) {
+    Session s(Programme("PalCoul2 = 300\nCercle = 1, 1, 1\n"));
+    s.delai = 0.2;
+    s.Execute();
+    EXPECT_TRUE(s.Arret().contains(QStringLiteral("--timeout")));
+    EXPECT_GT(s.journal.size(), 0);
+    EXPECT_LT(s.journal.size(), MaxOperationsRun);
+    EXPECT_EQ(s.journal.back().genre, OpSurface::Polygone); // the circle after it is not drawn
+    EXPECT_TRUE(s.hote.Messages().isEmpty());
+}
+
 // A drawing loop stops at the limit of operations with the journal bounded;
 // the next run starts with a fresh count.
 TEST(Sorties, DrawingLoopStopsAtTheLimitOfOperations) {

@@ -140,6 +140,8 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
         {"Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\r\n", "PLOT", 1},
+        // A comma forgotten: a chart of 8180 levels, stopped inside by the time limit.
+        {"Cercle = 50, 50, 10\r\nPalCoul3 = 8 180, 80\r\n", "trop long", 2},
     };
     for (const auto& c : cas) {
         Banc b;
@@ -152,6 +154,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         Tape(f, c.programme);
         const int caret = f.RTB1->textCursor().position();
         QTest::qWait(Apercu::DelaiDirect + 150);
+        QTest::qWaitFor([&f] { return !f.pane->TexteEtat().isEmpty(); }, 3000);
         const QString etat = f.pane->TexteEtat();
         EXPECT_TRUE(etat.contains(QString("ligne %1 (").arg(c.ligne)) && etat.contains(c.raison)) << etat.toStdString();
         // One run: its own marks in the text start no other.

@@ -61,6 +61,10 @@ void VerifieFini(const OpSurface& op) {
 
 bool Surface::Enregistre(OpSurface op) {
     VerifieFini(op);
+    if (veille_ && ++depuisVeille_ >= PasVeille) {
+        depuisVeille_ = 0;
+        veille_();
+    }
     if (limite_ > 0 && ++operations_ > limite_) {
         // Past the limit nothing more is drawn or kept: memory stays bounded
         // while the run is being stopped.

@@ -179,6 +179,11 @@ public:
     // calls `surLimite` once; it and all later ones are neither drawn nor kept.
     void LimiteOperations(qsizetype limite, std::function<void()> surLimite);
     bool LimiteAtteinte() const { return limite_ > 0 && operations_ > limite_; }
+    // Called every `PasVeille` operations (none when empty): a command that
+    // draws for long lets the interface run and can be stopped there. It may
+    // throw; the operation under way is then neither drawn nor kept.
+    void Veille(std::function<void()> veille) { veille_ = std::move(veille); }
+    static constexpr int PasVeille = 256;
 
 protected:
     // Device operations, in device pixels. The recording surface leaves them empty.
@@ -220,6 +225,8 @@ private:
     Journal* journal_ = nullptr;
     qsizetype limite_ = 0, operations_ = 0;
     std::function<void()> surLimite_;
+    std::function<void()> veille_;
+    int depuisVeille_ = 0;
     int alignementTexte_ = 24;
     std::optional<PoliceDevice> policeChoisie_;
 };

@@ -32,6 +32,13 @@ struct ErreurCommande : std::runtime_error {
     ErreurCommande() : std::runtime_error("ErreurCommande") {}
 };
 
+// The stop of a run (Esc, the time limit, the limit of operations) reached
+// inside a command that draws for long: the command ends there and its level
+// ends as at its next line, without a box.
+struct ArretExecution : std::runtime_error {
+    ArretExecution() : std::runtime_error("ArretExecution") {}
+};
+
 // The checked 16-bit integers of the language: positions in texts and counters
 // overflow above 32767, and that overflow is a run-time failure.
 inline int Entier16(long long v) {

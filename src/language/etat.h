@@ -155,6 +155,7 @@ struct Etat {
     std::array<CtxFic, NbNiveaux> PileFic;
     int NiveauCourant = 0;
     bool ArretDemande = false;
+    int CommandesEnCours = 0;       // commands under way, nested by Fichier (a stop may end them)
     int EtatOrdre = 0;
     QString TexteErreur;
     QString LigneCourante;

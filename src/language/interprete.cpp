@@ -1,6 +1,7 @@
 // The run driver `Visualiser` and the command loop `Interprete`.
 #include "language/interprete.h"
 
+#include "drawing/surface.h"
 #include "language/chaines.h"
 #include "language/commandes.h"
 #include "language/erreur.h"
@@ -12,6 +13,9 @@
 #include "language/vb.h"
 
 #include <QFile>
+#include <QScopeGuard>
+
+#include <array>
 
 using namespace vb;
 
@@ -400,9 +404,13 @@ void Interprete(Etat& e, int& niveau) {
                 FermeFichiers(e);
                 break;
             }
+            ++e.CommandesEnCours;
+            const auto fin = qScopeGuard([&e] { --e.CommandesEnCours; });
             Execute(e, c);
             if (e.FinNiveauDemandee) break;
         }
+    } catch (const ArretExecution&) {
+        e.NiveauCourant = niveau; // stopped inside a command: the level ends as at its next line
     } catch (const ErreurCommande&) {
         e.NiveauCourant = niveau;
         ErreurDeCommande(e, niveau);
@@ -435,6 +443,34 @@ void RecritLigneEditeur(Etat& e, const QString& nouveau) {
     e.Host->ColoreLigneA(debut);
 }
 
+namespace {
+
+// While a run is under way, a command that draws for long lets the interface
+// run every few hundred operations (so that Esc, the time limit of a live or
+// headless run and the window's repaint come through) and ends there once the
+// run is to stop. Outside a command (the end of the main level) it only yields.
+class VeilleSurfaces {
+public:
+    explicit VeilleSurfaces(Etat& e) : surfaces_{e.Surf, e.Pane} {
+        for (Surface* s : surfaces_)
+            if (s) s->Veille([&e] {
+                if (e.Host) e.Host->PompeEvenements();
+                if (e.ArretDemande && e.CommandesEnCours > 0) throw ArretExecution();
+            });
+    }
+    ~VeilleSurfaces() {
+        for (Surface* s : surfaces_)
+            if (s) s->Veille({});
+    }
+    VeilleSurfaces(const VeilleSurfaces&) = delete;
+    VeilleSurfaces& operator=(const VeilleSurfaces&) = delete;
+
+private:
+    std::array<Surface*, 2> surfaces_;
+};
+
+} // namespace
+
 void LanceExecution(Etat& e, Surface* cible) {
     e.ErreursAffichees = 0;
     if (e.Host) e.Host->DebutExecution();
@@ -449,8 +485,12 @@ void LanceExecution(Etat& e, Surface* cible) {
     e.DisqueTouche(); // files changed on disk since the last run are seen
     e.ProgrammeEnCours = false;
     e.Repere.StyloInitialise = false;
+    e.CommandesEnCours = 0;
     int niveau = 1;
-    Interprete(e, niveau);
+    {
+        const VeilleSurfaces veille(e);
+        Interprete(e, niveau);
+    }
     if (e.Host) e.Host->FinExecution();
     if (e.Host) e.Host->PompeEvenements();
 }
