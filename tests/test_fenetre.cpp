@@ -173,27 +173,31 @@ TEST(Fenetre, F4RunsAfterColouringTheLineUnderEdit) {
     EXPECT_EQ(b.boites.annulerVu, LoadResString(172));
 }
 
-// Esc stops a run; meanwhile the window is busy: wait cursor, menus off, keys swallowed.
+// Esc stops a run, a loop of lines or a single command that draws for long (a
+// comma forgotten: a chart of 8180 levels); meanwhile the window is busy: wait
+// cursor, menus off, keys swallowed.
 TEST(Fenetre, EscStopsARun) {
-    Banc b;
-    const QString chemin = b.Fichier("boucle.dat", "boucle:\r\nCT = 1, 1\r\nGoto boucle\r\n");
-    Form1& f = b.Fenetre();
-    QTimer minuteur; // Esc once the command loop runs: the run's preparation clears an earlier one
-    QObject::connect(&minuteur, &QTimer::timeout, &f, [&] {
-        if (!f.e.ExecutionEnCours || f.e.NiveauCourant != 1) return;
-        minuteur.stop();
-        EXPECT_EQ(QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1, Qt::WaitCursor);
-        EXPECT_FALSE(f.menuBar()->isEnabled() || f.Mnu_Visualiser->isEnabled());
-        QTest::keyClick(f.RTB1, Qt::Key_F4); // swallowed: a run is in progress
-        QTest::keyClick(f.RTB1, Qt::Key_A);  // the disabled window takes no text
-        EXPECT_EQ(f.NombreExecutions, 1);
-        QTest::keyClick(f.RTB1, Qt::Key_Escape);
-    });
-    minuteur.start(50);
-    f.Demarrer(chemin);
-    EXPECT_TRUE(f.e.ArretDemande && f.RTB1->TexteCrLf() == "boucle:\r\nCT = 1, 1\r\nGoto boucle\r\n");
-    EXPECT_TRUE(f.menuBar()->isEnabled() && f.Mnu_Visualiser->isEnabled() && !QApplication::overrideCursor());
-    EXPECT_TRUE(b.boites.Messages().isEmpty());
+    for (const QString programme : {"boucle:\r\nCT = 1, 1\r\nGoto boucle\r\n", "PalCoul3 = 8 180, 80\r\n"}) {
+        Banc b;
+        const QString chemin = b.Fichier("boucle.dat", programme.toUtf8());
+        Form1& f = b.Fenetre();
+        QTimer minuteur; // Esc once the command loop runs: the run's preparation clears an earlier one
+        QObject::connect(&minuteur, &QTimer::timeout, &f, [&] {
+            if (!f.e.ExecutionEnCours || f.e.NiveauCourant != 1) return;
+            minuteur.stop();
+            EXPECT_EQ(QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1, Qt::WaitCursor);
+            EXPECT_FALSE(f.menuBar()->isEnabled() || f.Mnu_Visualiser->isEnabled());
+            QTest::keyClick(f.RTB1, Qt::Key_F4); // swallowed: a run is in progress
+            QTest::keyClick(f.RTB1, Qt::Key_A);  // the disabled window takes no text
+            EXPECT_EQ(f.NombreExecutions, 1);
+            QTest::keyClick(f.RTB1, Qt::Key_Escape);
+        });
+        minuteur.start(50);
+        f.Demarrer(chemin);
+        EXPECT_TRUE(f.e.ArretDemande && f.RTB1->TexteCrLf() == programme);
+        EXPECT_TRUE(f.menuBar()->isEnabled() && f.Mnu_Visualiser->isEnabled() && !QApplication::overrideCursor());
+        EXPECT_TRUE(b.boites.Messages().isEmpty());
+    }
 }
 
 // Closing asks to save (Cancel stays), writes the keys, removes the drawing's file; Alt-F4 closes.
