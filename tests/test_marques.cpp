@@ -67,9 +67,10 @@ TEST(Marques, LinesOfTheMarksAndTheCurrentPoint) {
     }
 }
 
-// A Percer or a Fleche of size 0 only moves the pen.
+// A Percer, a Fleche or a Plus of size 0 (whatever its ratio) only moves the pen.
 TEST(Marques, ZeroSizeMarksDrawNothingButMoveThePen) {
-    for (const char* prog : {"Percer = 10,10,0\nPercerX = 12,12,0", "Fleche = 10,10,45,0\nFlecheP = 12,12,45,0"}) {
+    for (const char* prog : {"Percer = 10,10,0\nPercerX = 12,12,0", "Fleche = 10,10,45,0\nFlecheP = 12,12,45,0",
+                             "Plus = 10,10,0§0\nX = 12,12,0"}) {
         auto s = Lance(prog);
         EXPECT_TRUE(Dessin(*s).isEmpty() && Pointe(*s, 12, 12)) << prog;
     }

@@ -42,13 +42,17 @@ void Signe(Etat& e, bool croix) {
     if (!croix) {
         const QString p3 = ParaN(e, l, 3);
         if (InStr(p3, e.Separateur2) > 0) k = SousValeur(e, p3, 2, 1);
-        if (k == 0) throw ErreurExecution("Division par zéro");
     }
     const int couleur = CouleurParametre(e, ParaN(e, l, 4));
     EpaisLocal(e, ParaN(e, l, 5));
     const double angleSigne = ParaVal0(e, l, 6);
     const double a = DegRad * (e.Repere.RotationCmd + (croix ? 45 : 0) - angleSigne);
-    if (s != 0) DessinePlus(e, p.x(), p.y(), s, a, couleur, k);
+    if (s != 0) {
+        // The second stroke's half length is s / k: a ratio of 0 fails only
+        // for a sign that is drawn.
+        if (k == 0) throw ErreurExecution("Division par zéro");
+        DessinePlus(e, p.x(), p.y(), s, a, couleur, k);
+    }
     Termine(e, p);
 }
 
