@@ -83,7 +83,8 @@ TEST(Formes, PointFile) {
     QTemporaryDir d;
     QFile f(d.filePath("pts.txt"));
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("' the outline\r\n0,5;0\r\n1\r\n10;0R\n5;10\r\n'EOD\r\n99;99\r\n");
+    // "'EOD" at a line's start is a comment; after it, it ends the points.
+    f.write("' the outline\r\n0,5;0\r\n1\r\n'EOD\r\n10;0R\n5;10\r\n 'EOD\r\n99;99\r\n");
     f.close();
     auto s = std::make_unique<Session>(Programme("Poly = FIC§2, pts"));
     s->etat.FichierPrincipal = d.filePath("panneau.dat");

@@ -108,7 +108,8 @@ double ValeurFichier(Etat& e, QString t, double precedent, double facteur) {
 }
 
 // The points of a point file: "x;y" lines, "," read as a decimal point,
-// "'" comments, "'EOD" ends the data.
+// "'" comments; "'EOD" ends the data when it stands after a line's first
+// character (at its start it is one more comment).
 QVector<QPointF> PointsDuFichier(Etat& e, const QString& nom) {
     const QString chemin = FichierDeCommande(e, nom, QStringLiteral(".txt"));
     QStringList lignes;
@@ -121,7 +122,7 @@ QVector<QPointF> PointsDuFichier(Etat& e, const QString& nom) {
     QVector<QPointF> pts;
     QPointF precedent(rp.PointX, rp.PointY);
     for (QString ligne : lignes) {
-        if (ligne.contains(QLatin1String("'EOD"))) break;
+        if (ligne.indexOf(QLatin1String("'EOD")) > 0) break;
         if (ligne.startsWith(u'\'')) continue;
         ligne.replace(u',', u'.');
         if (Len(Trim(ligne)) <= 2) continue;
