@@ -142,8 +142,9 @@ TEST(Formes, BezierChain) {
         EXPECT_EQ(Ordre(*s), "L");
         EXPECT_MM(s->etat.Repere.PointX, l.back().x2);
     }
-    // The end points' marks and the lines to their direction points.
-    auto s = Lance("Bezier = ROUGE, , , 0,0, 0,10, 10,0, 10,10");
+    // The end points' marks and the lines to their direction points; empty
+    // parameters after a curve start no other.
+    auto s = Lance("Bezier = ROUGE, , , 0,0, 0,10, 10,0, 10,10, , , , , ,");
     EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 2);
     EXPECT_EQ(Lignes(*s).back().couleur, RGB(255, 0, 0));
     // A second curve from the last arrival; the fill comes after the outline.

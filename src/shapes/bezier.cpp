@@ -212,7 +212,7 @@ void MarqueControle(Etat& e, const Controle& p, int couleur) {
 
 // The control points of the chain as given, untransformed: the first curve
 // from parameters 4 to 11, each next one from six more parameters, its
-// start being the last arrival.
+// start being the last arrival. A group of six empty parameters ends the chain.
 QVector<Controle> Chaine(Etat& e, const QString& l) {
     QVector<Controle> r;
     const EtatRepere& rp = e.Repere;
@@ -228,7 +228,12 @@ QVector<Controle> Chaine(Etat& e, const QString& l) {
     c[2] = lit(10, c[3]);
     r.append(c);
     const int n = NbPara(e, l);
-    for (int k = 12; k <= n; k += 6) {
+    auto vide = [&](int k) {
+        for (int i = k; i < k + 6; ++i)
+            if (!Trim(ParaBrut(e, l, i)).isEmpty()) return false;
+        return true;
+    };
+    for (int k = 12; k <= n && !vide(k); k += 6) {
         Controle s;
         s[0] = r.back()[3];
         s[1] = lit(k, s[0]);
