@@ -6,7 +6,8 @@
 const double Tg9 = std::tan(0.157079637); // the default slope of the flanks
 
 // One tail of height 10 on a pitch of 100: the base narrower than the top, the
-// last stroke ending on the second point; a count of 0 fails the line.
+// last stroke ending on the second point; a count below 1 has no whole tail
+// and draws nothing; a count of 0 fails the line.
 TEST(Queues, UneQueueParDefaut) {
     auto s = Lance("QA = 0, 0, 100, 0, 1, 10");
     const auto l = Lignes(*s);
@@ -20,6 +21,9 @@ TEST(Queues, UneQueueParDefaut) {
         EXPECT_MM(l[i].x2, x[i][2]);
         EXPECT_MM(l[i].y2, x[i][3]);
     }
+    EXPECT_MM(s->etat.Repere.PointX, 100);
+    s = Lance("QA = 0, 0, 100, 0, 0.5, 10");
+    EXPECT_TRUE(Lignes(*s).isEmpty() && Messages(*s).isEmpty());
     EXPECT_MM(s->etat.Repere.PointX, 100);
     s = Lance("QA = 0, 0, 100, 0, 0, 10");
     EXPECT_EQ(Messages(*s).size(), 1);

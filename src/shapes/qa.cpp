@@ -118,7 +118,6 @@ void QueuesAronde(Etat& e, const QString& mot) {
         va(k == K ? p2 : P + ((1 - r) * p / 2 + h / 2 * tm) * u);
         f = 0;
     }
-    if (K == 0) va(p2);
     // The row's far end has its return lines too.
     bas.append(p2);
     haut.append(p2 + h * n - h * std::tan(i) * u);
