@@ -3,6 +3,7 @@
 
 #include "app/core/rendu.h"
 
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QRegularExpression>
@@ -83,7 +84,7 @@ TEST(Images, SizeInPixelsIntoVariables) {
     EXPECT_EQ(s->etat.EtatOrdre & 64, 0);
 }
 
-// Beside the main file, variables substituted, the built-in icon in any case
+// Beside the main file (else beside an included file), variables substituted, the built-in icon in any case
 // and folder; a missing or damaged file fails with its name and ends the run.
 TEST(Images, FileLookUp) {
     Dossier d;
@@ -92,6 +93,13 @@ TEST(Images, FileLookUp) {
     casse.close();
     for (const QString& l : {QString("%N = logo.png\nImage = %N, 0, 0"), "%D = " + d.d.path() + "\nImage = %D/logo.png, 0, 0"})
         EXPECT_EQ(Ops(*d.Lance(l), OpSurface::Image).value(0).fichier, d.d.filePath("logo.png"));
+    // Inside an included file, a picture missing beside the main file is taken beside the included one.
+    ASSERT_TRUE(QDir(d.d.path()).mkdir("lib") && QFile::copy(d.d.filePath("logo.png"), d.d.filePath("lib/voisin.png")));
+    QFile inclus(d.d.filePath("lib/inclus.dat"));
+    ASSERT_TRUE(inclus.open(QIODevice::WriteOnly) && inclus.write("Image = voisin.png, 0, 0\r\n") > 0);
+    inclus.close();
+    EXPECT_EQ(Ops(*d.Lance("Fichier = " + inclus.fileName() + ", 0, 0"), OpSurface::Image).value(0).fichier,
+              d.d.filePath("lib/voisin.png"));
     for (const char* icone : {"Image = mirel.ico, 0, 0", "Image = C:\\ailleurs\\MiReL.IcO, 0, 0"})
         EXPECT_MM(Ops(*d.Lance(icone), OpSurface::Image).value(0).x2, 32 * Px);
     for (const char* nom : {"absent.png", "casse.png"}) {

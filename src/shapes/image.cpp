@@ -70,15 +70,18 @@ QSizeF TailleDessin(Etat& e, const QString& champ, QSizeF nat, double f) {
     return {pw * f, ph * f};
 }
 
-// A name without a folder is taken beside the main command file; with no
-// main file, inside an included file, beside the included file.
+// A name without a folder is taken beside the main command file; inside an
+// included file, when it is not there, beside the included file, so that a
+// library's pictures can stand with its commands.
 QString CheminImage(const Etat& e, const QString& nom) {
     if (nom.contains(u':') || nom.contains(u'\\') || nom.contains(u'/')) return nom;
-    QString dossier;
-    if (!e.FichierPrincipal.isEmpty()) dossier = QFileInfo(e.FichierPrincipal).absolutePath();
-    else if (e.NiveauCourant >= 2 && !e.PileFic[e.NiveauCourant].Nom.isEmpty())
-        dossier = QFileInfo(e.PileFic[e.NiveauCourant].Nom).absolutePath();
-    return dossier.isEmpty() ? nom : dossier + u'/' + nom;
+    const QString principal =
+        e.FichierPrincipal.isEmpty() ? QString() : QFileInfo(e.FichierPrincipal).absolutePath() + u'/' + nom;
+    const QString& inclus = e.PileFic[e.NiveauCourant].Nom;
+    if (e.NiveauCourant < 2 || inclus.isEmpty()) return principal.isEmpty() ? nom : principal;
+    const QString voisin = QFileInfo(inclus).absolutePath() + u'/' + nom;
+    if (principal.isEmpty()) return voisin;
+    return !QFileInfo::exists(principal) && QFileInfo::exists(voisin) ? voisin : principal;
 }
 
 } // namespace
