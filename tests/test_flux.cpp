@@ -55,7 +55,8 @@ TEST(Flux, MisplacedOrFailingFlowFailsTheLine) {
         {"If 1 = 1 Then\nElse\nElseIf 1 = 1 Then\nEndIf\n", "Erreur dans la ligne : 3: "},
         {"If 1 = 1 CT = 1, 1\n", "Erreur dans la ligne : 1: "},
         {"If %Q > 1 Then\nEndIf\n", "Erreur dans la ligne : 1: If %Q > 1 Then\r\n\r\n%Q > 1 : non initialisée"},
-        {"Goto Nulle\nCT = 1, 1\n", "Erreur dans la ligne : 1: "}}; // at the next fetch
+        {"Goto Nulle\nCT = 1, 1\n", "Erreur dans la ligne : 1: "}, // at the next fetch
+        {"IfT " + QStringList(14, "(a = a)").join(" AND ") + " Then CT = 1, 1\n", "Erreur dans la ligne : 1: "}};
     for (const auto& [programme, debut] : cas) {
         auto s = Lance(programme);
         ASSERT_EQ(s->hote.Messages().size(), 1) << programme.toStdString();

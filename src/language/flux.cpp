@@ -175,10 +175,12 @@ int PositionLigneEditeur(Etat& e, int numero) {
 
 bool RelationTexte(Etat&, const QString& condition) {
     QString t = condition;
-    // Groups from the last "(" on, in a stack of 13 positions.
-    for (int tours = 0; tours < 13; ++tours) {
+    // Groups from the last "(" on, in a stack of 13 positions: a fourteenth
+    // group overflows it, and the line fails.
+    for (int tours = 0;; ++tours) {
         const int o = InStrRev(t, QStringLiteral("("));
         if (o == 0) break;
+        if (tours == 13) throw ErreurExecution("Subscript out of range");
         int f = InStr(o, t, QStringLiteral(")"));
         if (f == 0) f = Len(t) + 1;
         const QString groupe = Mid(t, o + 1, f - o - 1);
