@@ -68,6 +68,7 @@ TEST(Plot, SizesLimitsAndStatistics) {
         {"Plot = mesure§59, 1, 2, 0, 0§40, 0, 0§20\n", 3, std::hypot(10, 5)}, // 40 x 20 mm over the range
         {"Plot = mesure§59, 1, 2, 0, 1, 0, 1§§§0§10\n", 2, std::hypot(1, 5)},  // Y limited to 0..10
         {"Plot = mesure§59, 1, 2§0§2, 0, 1, 0, 1\n", 2, std::hypot(2, 10)},    // step 2, and the last point
+        {"Plot = mesure§59, 1, 2, 0, 10mm, 0, 1mm\n", 3, std::hypot(10, 5)},  // a unit after a factor
     };
     for (const auto& c : cas) {
         SCOPED_TRACE(c.ligne);
@@ -80,9 +81,13 @@ TEST(Plot, SizesLimitsAndStatistics) {
     EXPECT_EQ(Variable(*s, "%X"), "0, 4, 1.75");
     EXPECT_EQ(Variable(*s, "%Y"), "0, 20, 8.75");
     EXPECT_EQ(Variable(*s, "%N"), "4");
+    s = d.Lance("Plot = mesure§59, 1, 2, 0, %U, 0, 1\n");
+    ASSERT_EQ(Messages(*s).size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].contains("%U : non initialisée")) << Messages(*s)[0].toStdString();
 }
 
-// A symbol command other than Plot in %CmdSymb is refused and the default symbol drawn.
+// A symbol command other than Plot in %CmdSymb is refused and the default symbol drawn;
+// a symbol's variables are the caller's.
 TEST(Plot, SymbolsAndRefusedSymbol) {
     Dossier d("0;0\n1;2\n2;4\n");
     auto s = d.Lance("PlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
@@ -92,6 +97,14 @@ TEST(Plot, SymbolsAndRefusedSymbol) {
     ASSERT_EQ(Messages(*s).size(), 1);
     EXPECT_TRUE(Messages(*s)[0].startsWith("Pas de commande Plot dans %CmdSymb"));
     EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
+    // Any symbol takes the caller's variables; one left undefined fails the line once.
+    s = d.Lance("%CmdSymb = Plus=#X,#Y,%T\n%T = 2\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    EXPECT_TRUE(Messages(*s).isEmpty());
+    ASSERT_EQ(Lignes(*s).size(), 6);
+    EXPECT_MM(Longueur(Lignes(*s)[0]), 4);
+    s = d.Lance("%CmdSymb = Plus=#X,#Y,%T\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    ASSERT_EQ(Messages(*s).size(), 1);
+    EXPECT_TRUE(Messages(*s)[0].contains("%T : non initialisée")) << Messages(*s)[0].toStdString();
 }
 
 // A missing or too short file shows the file error and the run goes on.

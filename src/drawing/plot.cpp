@@ -63,23 +63,23 @@ Axe LitAxe(Etat& e, const QString& p, const QString& offset) {
         a.genre = f.front().toUpper();
         f = f.mid(1);
     }
-    a.s = ValeurOuDefaut(e, f, 0);
+    a.s = ValeurChamp(e, f, 0);
     // An exponential axis keeps the decimal logarithm of its number.
     if (a.genre == u'E') a.s = std::log(a.s) / 2.302585;
     const QString taille = Sous(e, p, 2);
-    a.P0 = ValeurOuDefaut(e, Sous(e, p, 3), 0);
+    a.P0 = ValeurChamp(e, Sous(e, p, 3), 0);
     if (!taille.isEmpty()) {
         a.parTaille = true;
-        a.P1 = a.P0 + ValeurOuDefaut(e, taille, 100);
+        a.P1 = a.P0 + ValeurChamp(e, taille, 100);
     } else if (a.genre.isNull() && a.s == 0) {
         a.parTaille = true;
         a.P1 = a.P0 + 100;
     }
     const QString mn = Sous(e, p, 4), mx = Sous(e, p, 5);
-    if (!mn.isEmpty()) a.min = ValeurOuDefaut(e, mn, 0);
+    if (!mn.isEmpty()) a.min = ValeurChamp(e, mn, 0);
     if (mx.toUpper() == QLatin1String("N")) a.sansLimite = true;
-    else if (!mx.isEmpty()) a.max = ValeurOuDefaut(e, mx, 0);
-    a.offset = ValeurOuDefaut(e, offset, 0);
+    else if (!mx.isEmpty()) a.max = ValeurChamp(e, mx, 0);
+    a.offset = ValeurChamp(e, offset, 0);
     return a;
 }
 
@@ -262,17 +262,19 @@ void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringLis
     const int egal = texte.indexOf(u'=');
     const QString mot = Trim(egal < 0 ? texte : texte.left(egal)).toUpper();
     QString p = egal < 0 ? QString() : texte.mid(egal + 1);
+    // The symbol's variables are the caller's, whatever the command.
+    if (RemplaceVar(e, p) != 0) {
+        static const QRegularExpression nom(QStringLiteral("%[^\\s,;=§()+*/-]*"));
+        e.TexteErreur = TexteNonInitialisee(nom.match(p).captured());
+        throw ErreurProvoquee("variable non initialisée");
+    }
     const bool cercle = mot == QLatin1String("CERCLE") || mot == QLatin1String("CERCLEP");
     if (cercle || mot == QLatin1String("IMAGE")) {
-        if (RemplaceVar(e, p) != 0) {
-            static const QRegularExpression nom(QStringLiteral("%[^\\s,;=§()+*/-]*"));
-            e.TexteErreur = TexteNonInitialisee(nom.match(p).captured());
-            throw ErreurProvoquee("variable non initialisée");
-        }
         if (cercle) Cercle(e, mot, p);
         else Image(e, p);
         return;
     }
+    if (egal >= 0) texte = texte.left(egal + 1) + p;
     if (AppelSymbole(e, e.NiveauCourant, texte, QStringLiteral("Symbole, 0, 0")) < 0)
         e.FinNiveauDemandee = true;
 }
@@ -346,22 +348,22 @@ void Plot(Etat& e, Genre genre) {
     const QString p1 = ParaN(e, l, 1), p2 = ParaN(e, l, 2), p3 = ParaN(e, l, 3);
     const QString p4 = ParaN(e, l, 4), p4brut = ParaBrut(e, l, 4);
     const QString nom = Sous(e, p1, 1);
-    const int code = int(ValeurOuDefaut(e, Sous(e, p1, 2), 44));
+    const int code = int(ValeurChamp(e, Sous(e, p1, 2), 44));
     const QChar sep(code > 0 ? code : 44);
     const QString nomRef = Sous(e, p1, 3);
-    const int colRef = int(ValeurOuDefaut(e, Sous(e, p1, 4), 0));
-    const int colX = int(ValeurOuDefaut(e, Sous(e, p2, 1), 0));
+    const int colRef = int(ValeurChamp(e, Sous(e, p1, 4), 0));
+    const int colX = int(ValeurChamp(e, Sous(e, p2, 1), 0));
     const QString nomX = Sous(e, p2, 2);
-    const int colY = int(ValeurOuDefaut(e, Sous(e, p3, 1), 0));
-    const int ma = int(std::abs(ValeurOuDefaut(e, Sous(e, p3, 2), 0)));
-    int pas = int(ValeurOuDefaut(e, Sous(e, p3, 3), 1));
+    const int colY = int(ValeurChamp(e, Sous(e, p3, 1), 0));
+    const int ma = int(std::abs(ValeurChamp(e, Sous(e, p3, 2), 0)));
+    int pas = int(ValeurChamp(e, Sous(e, p3, 3), 1));
     if (pas <= 0) pas = 1;
-    double ca = ValeurOuDefaut(e, Sous(e, p3, 4), 1);
+    double ca = ValeurChamp(e, Sous(e, p3, 4), 1);
     if (ca == 0) ca = 1;
-    const double cb = ValeurOuDefaut(e, Sous(e, p3, 5), 0), cc = ValeurOuDefaut(e, Sous(e, p3, 6), -1);
-    const int nbLignes = int(ValeurOuDefaut(e, Sous(e, p4, 1), 0));
+    const double cb = ValeurChamp(e, Sous(e, p3, 5), 0), cc = ValeurChamp(e, Sous(e, p3, 6), -1);
+    const int nbLignes = int(ValeurChamp(e, Sous(e, p4, 1), 0));
     const QString varLignes = Sous(e, p4brut, 2);
-    const int maxPoints = int(ValeurOuDefaut(e, Sous(e, p4, 3), e.Ctx().MaxPlot));
+    const int maxPoints = int(ValeurChamp(e, Sous(e, p4, 3), e.Ctx().MaxPlot));
     Axe ax = LitAxe(e, ParaN(e, l, 5), ParaN(e, l, 6));
     Axe ay = LitAxe(e, ParaN(e, l, 7), ParaN(e, l, 8));
     const QString varX = Trim(ParaBrut(e, l, 9)), varY = Trim(ParaBrut(e, l, 10));

@@ -149,6 +149,14 @@ double ValeurOuDefaut(Etat& e, const QString& texte, double defaut) {
     return EvalExpr(e, t).value_or(0);
 }
 
+double ValeurChamp(Etat& e, const QString& texte, double defaut) {
+    QString t = Trim(texte);
+    if (t.isEmpty()) return defaut;
+    const QString piece = t;
+    if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, piece);
+    return Valeur(e, t);
+}
+
 double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
     return ValeurOuDefaut(e, SousPara(e, texte, n), defaut);
 }

@@ -22,6 +22,10 @@ double ParaVal0(Etat& e, const QString& texte, int n);
 // A number written in a parameter or sub-field, evaluated; `defaut` when the
 // text is empty or blank.
 double ValeurOuDefaut(Etat& e, const QString& texte, double defaut);
+// A number of a sub-field read as `ParaVal` reads a parameter: a variable
+// left undefined fails with its name, a unit after the number is dropped;
+// `defaut` when the text is empty or blank.
+double ValeurChamp(Etat& e, const QString& texte, double defaut);
 // The same for sub-field n of `texte` (second separator), substituted.
 double SousValeur(Etat& e, const QString& texte, int n, double defaut);
 // `ParaCoord`: the point of the parameters n and n + 1 about (refX, refY).
