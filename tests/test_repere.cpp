@@ -132,14 +132,16 @@ TEST(Repere, FormatI) {
     EXPECT_MM(Lance("FormatI = Landscape")->pane->ScaleWidth, 297);
 }
 
-// ZoomIni is for the next run and must come before any drawing; a zoom shows
-// the same units larger.
+// ZoomIni is for the next run and must come before any drawing (a centre
+// command's cross is none); a zoom shows the same units larger.
 TEST(Repere, Zoom) {
-    auto s = Lance("ZoomIni = 2\nCT = 1, 1");
+    auto s = Lance("CentreE = 10, 10\nZoomIni = 2\nCT = 1, 1");
     EXPECT_TRUE(Messages(*s).isEmpty());
     EXPECT_FLOAT_EQ(s->etat.Repere.ZoomDepart, 2);
     EXPECT_FLOAT_EQ(s->etat.Repere.ZoomE, 1);
-    EXPECT_EQ(Messages(*Lance("CT = 1, 1\nZoomIni = 2")).size(), 1);
+    const auto tard = Messages(*Lance("CT = 1, 1\nZoomIni = 2"));
+    ASSERT_EQ(tard.size(), 1);
+    EXPECT_TRUE(tard[0].startsWith(QStringLiteral("Erreur de commande dans la ligne : 2"))) << tard[0].toStdString();
     Session z(Programme("CentreE = 10, 10"));
     z.Execute(2.0f);
     EXPECT_MM(z.pane->ScaleWidth, 297.0 / 2);

@@ -108,10 +108,8 @@ void Centre(Etat& e, bool ecran, bool imprimante) {
     r.CTx = r.CTy = 0;
     r.CTxNonTourne = r.CTyNonTourne = 0;
     const QString p3 = ParaN(e, l, 3);
-    if (!EstCouleurN(p3)) {
-        DessinePlus(e, r.OrigineX, r.OrigineY, 1, 0, CouleurParametre(e, p3), 1);
-        e.EtatOrdre |= 64;
-    }
+    // The origin's cross is no drawing for the order rules: ZoomIni may follow.
+    if (!EstCouleurN(p3)) DessinePlus(e, r.OrigineX, r.OrigineY, 1, 0, CouleurParametre(e, p3), 1);
     s->CurrentX = r.OrigineX;
     s->CurrentY = r.OrigineY;
     const double ex = s->EstImprimante() ? r.OrigineX : r.OrigineX - r.Dx;
@@ -385,7 +383,8 @@ void CmdFormatI(Etat& e) {
 namespace {
 void ZoomInitial(Etat& e, float& cible) {
     if (e.NiveauCourant != 1) return;
-    if (e.EtatOrdre > 4) ErreurOrdre(e);
+    // After a drawing command the start zoom comes too late: a command error.
+    if (e.EtatOrdre > 4) throw ErreurCommande();
     cible = float(ParaVal0(e, e.LigneCourante, 1));
 }
 } // namespace
