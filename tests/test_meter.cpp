@@ -42,6 +42,8 @@ TEST(Meter, OneScaleLineByLine) {
     auto s = Lance(im.Texte);
     EXPECT_TRUE(Messages(*s).isEmpty());
     EXPECT_GT(Lignes(*s).size(), 20);
+    // 21 fields and a blank: more than 20 blanks, a plate without a title.
+    EXPECT_TRUE(Importe(Mtr().section(' ', 0, 20) + " \r\n" + Echelle1).Texte.contains("Texte = 0, 50,, *1.5GX, \r\n"));
     // "N" in F8 hides the arc line.
     EXPECT_TRUE(Importe(Mtr().replace(" A ", " N ")).Texte.contains("Arc = 45, 135, 25.1, n\r\n"));
 }
@@ -72,6 +74,7 @@ TEST(Meter, ScalesVariantsAndInversion) {
 TEST(Meter, FilesItRefuses) {
     // Too few fields on the first line: an empty text and no message.
     for (auto [texte, erreur] : {std::pair{QString(), ""}, {"100 70 10\r\n" + Echelle1, ""},
+                                 {Mtr().section(' ', 0, 20) + "\r\n" + Echelle1, ""}, // 21 fields, 20 blanks
                                  {QString::fromLatin1("\x01\x7f\xff ELF \x02"), ""},
                                  {Mtr("10 5 0 x 10 1 30 35 V"), "ligne 2 : nombre attendu à la place de \"x\""},
                                  {Mtr("\r\n10 5 0 0"), "ligne 3 : trop peu de champs"},

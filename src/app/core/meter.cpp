@@ -33,6 +33,15 @@ QStringList Champs(const QString& ligne) {
     return ligne.split(QRegularExpression(QStringLiteral("[ \t]+")), Qt::SkipEmptyParts);
 }
 
+// The runs of blanks behind the line's first field.
+int BlancsApresChamps(const QString& ligne) {
+    static const QRegularExpression blancs(QStringLiteral("[ \t]+"));
+    const QString t = ligne.mid(ligne.indexOf(QRegularExpression(QStringLiteral("[^ \t]"))));
+    int n = 0;
+    for (auto i = blancs.globalMatch(t); i.hasNext(); i.next()) ++n;
+    return n;
+}
+
 // A number as the program writes it.
 QString N(double v) { return StrF(float(v)); }
 
@@ -145,10 +154,11 @@ QString LigneEchelle(const Ligne& en, const Ligne& s, int n) {
 ImportMeter ImporteMeter(const QString& contenu, const QString& chemin, QSizeF page, int langue) {
     const QStringList lignes = contenu.split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
     ImportMeter r;
-    // A first line with 20 blanks or fewer between its fields is no meter
-    // description: nothing is imported, silently.
+    // A first line with 20 blanks or fewer between and after its fields (a
+    // run of blanks counting as one) is no meter description: nothing is
+    // imported, silently. 21 fields and a blank make a plate without a title.
     const Ligne entete(lignes.value(0), 1, langue);
-    if (entete.Taille() < 22) return r;
+    if (BlancsApresChamps(lignes.value(0)) <= 20) return r;
     try {
         QString t = Entete(entete, chemin, page, langue);
         int n = 0;
