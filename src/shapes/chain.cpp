@@ -294,6 +294,14 @@ Charge Equilibre(Solveur& sv, double X, double Y, double L1, double L2, double R
         const double r1 = std::sqrt(std::max(0.0, L1 * L1 - r.XL * r.XL));
         const double r2 = std::sqrt(std::max(0.0, L2 * L2 - (X - r.XL) * (X - r.XL)));
         double yb = std::max(-r1, Y - r2) + marge, yh = std::min(r1, Y + r2) - marge;
+        // Near the end of a span's reach its chord, a 32-bit float, may round
+        // up to the span's length: the range keeps both chords shorter.
+        auto tendu = [&](double y) {
+            const double x2 = X - r.XL, y2 = Y - y;
+            return float(std::sqrt(r.XL * r.XL + y * y)) >= L1 || float(std::sqrt(x2 * x2 + y2 * y2)) >= L2;
+        };
+        for (double pas = marge; yb < yh && tendu(yb); pas *= 2) yb += pas;
+        for (double pas = marge; yb < yh && tendu(yh); pas *= 2) yh -= pas;
         if (yb >= yh) Impossible();
         for (int n = 0; n < 400; ++n) {
             sv.Passe();
@@ -358,6 +366,7 @@ void CmdChain(Etat& e) {
     Portee c{X, dY.valeur, eL.valeur, ea.valeur, eAngle.valeur, 0};
     double T1 = 0, T2 = 0, XL = 0, YL = 0;
     double L1 = 0;
+    QString rapportFaux; // the tension ratio of a loaded chain, when it is not 1
     if (charge) {
         if (c.L <= 0) Impossible();
         L1 = pourcent ? LL1 / 100 * c.L : LL1;
@@ -385,14 +394,10 @@ void CmdChain(Etat& e) {
         c.X0 = r.p1.X0;
         T1 = r.p1.a * ch(r.p1.X0 / r.p1.a);
         T2 = r.p2.a * ch((r.p2.X - r.p2.X0) / r.p2.a);
-        // The two spans pull alike horizontally at a balanced load.
-        const double rapport = r.p1.a / r.p2.a;
-        const QString t = QLocale().toString(rapport, 'f', 2);
-        if (t != QLocale().toString(1.0, 'f', 2) && e.Host)
-            e.Host->Message(QStringLiteral("Mirel"),
-                            QStringLiteral("\r\nATTENTION: mauvaise convergence / bad convergence / "
-                                           "schlechte Konvergenz\r\n") + t + QStringLiteral(" <> 1"),
-                            Boutons::Ok);
+        // The two spans pull alike horizontally at a balanced load; the
+        // warning comes once the chain is drawn and its outputs written.
+        const QString t = QLocale().toString(r.p1.a / r.p2.a, 'f', 2);
+        if (t != QLocale().toString(1.0, 'f', 2)) rapportFaux = t;
     }
     for (const QPointF& p : pts)
         if (!Fini(p.x()) || !Fini(p.y())) Impossible();
@@ -441,6 +446,11 @@ void CmdChain(Etat& e) {
     Ecrit(e, sorties[4], ys);
     Ecrit(e, sorties[5], sens * XL);
     Ecrit(e, sorties[6], YL);
+    if (!rapportFaux.isEmpty() && e.Host)
+        e.Host->Message(QStringLiteral("Mirel"),
+                        QStringLiteral("\r\nATTENTION: mauvaise convergence / bad convergence / "
+                                       "schlechte Konvergenz\r\n") + rapportFaux + QStringLiteral(" <> 1"),
+                        Boutons::Ok);
 
     s->CurrentX = avant.x();
     s->CurrentY = avant.y();
