@@ -54,20 +54,6 @@ QString Existe(const Etat& e, const QString& candidat) {
     return TrouveSansCasse(fi.path(), fi.fileName());
 }
 
-// Piece n of a text replaced by another text (the "?" of an included call is
-// read as an omitted x).
-QString RemplacePiece(const QString& texte, int n, const QString& sep, const QString& par) {
-    int debut = 1;
-    for (int i = 1; i < n; ++i) {
-        const int p = InStr(debut, texte, sep);
-        if (p == 0) return texte;
-        debut = p + Len(sep);
-    }
-    int fin = InStr(debut, texte, sep);
-    if (fin == 0) fin = Len(texte) + 1;
-    return Left(texte, debut - 1) + par + Mid(texte, fin);
-}
-
 // A name as a variable stores it: trimmed, cut at "=" then at a blank.
 QString NomStocke(const QString& nom) {
     QString n = Trim(nom);
@@ -268,21 +254,19 @@ int AppelFichier(Etat& e, int niveau, int indexExterne) {
     CtxFic& appelant = e.PileFic[niveau];
     EtatRepere& r = e.Repere;
 
-    // The "?" form: at level 1 the file is not run; from deeper levels the "?"
-    // reads as an omitted x.
+    // The "?" form: at level 1 the file is not run; from deeper levels the
+    // file runs and the "?" is read as any x, a number without digits: 0.
     const bool question = indexExterne >= 0 && Trim(ParaBrut(e, ligne, 2)) == QLatin1String("?");
-    const QString lignePosition = question ? RemplacePiece(ligne, 2, e.Separateur1, QString()) : ligne;
 
     // The position: x, y about the frame, an omitted one is the current point,
     // turned about 0,0 by the rotation of the third parameter (or AngRot).
     double x = 0, y = 0;
     if (!(question && niveau == 1)) {
-        ParaCoord(e, x, y, lignePosition, 2, r.PointX, r.PointY);
+        ParaCoord(e, x, y, ligne, 2, r.PointX, r.PointY);
     }
     const double xLu = x, yLu = y;
-    const QString texteY = ParaN(e, lignePosition, 3);
-    const bool positionDonnee = !Trim(ParaBrut(e, lignePosition, 2)).isEmpty() ||
-                                !Trim(ParaBrut(e, lignePosition, 3)).isEmpty();
+    const QString texteY = ParaN(e, ligne, 3);
+    const bool positionDonnee = !Trim(ParaBrut(e, ligne, 2)).isEmpty() || !Trim(ParaBrut(e, ligne, 3)).isEmpty();
     const float rotationCmdAvant = r.RotationCmd;
     const bool rotationDonneeAvant = r.RotationDonnee;
     if (!(question && niveau == 1)) LitRotation(e, texteY, x, y);
