@@ -141,7 +141,7 @@ TEST(Repere, Zoom) {
     EXPECT_FLOAT_EQ(s->etat.Repere.ZoomE, 1);
     const auto tard = Messages(*Lance("CT = 1, 1\nZoomIni = 2"));
     ASSERT_EQ(tard.size(), 1);
-    EXPECT_TRUE(tard[0].startsWith(QStringLiteral("Erreur de commande dans la ligne : 2"))) << tard[0].toStdString();
+    EXPECT_TRUE(tard[0].startsWith(QStringLiteral("Erreur dans l'ordre des commandes ligne : 2"))) << tard[0].toStdString();
     Session z(Programme("CentreE = 10, 10"));
     z.Execute(2.0f);
     EXPECT_MM(z.pane->ScaleWidth, 297.0 / 2);

@@ -383,8 +383,7 @@ void CmdFormatI(Etat& e) {
 namespace {
 void ZoomInitial(Etat& e, float& cible) {
     if (e.NiveauCourant != 1) return;
-    // After a drawing command the start zoom comes too late: a command error.
-    if (e.EtatOrdre > 4) throw ErreurCommande();
+    if (e.EtatOrdre > 4) ErreurOrdre(e);
     cible = float(ParaVal0(e, e.LigneCourante, 1));
 }
 } // namespace
