@@ -171,8 +171,10 @@ TEST(Recherche, ReplaceAllCountsKeepsTheCaretAndIsOneLevel) {
     FrmFind& d = *f.recherche->Find;
     Selection(f, 7, 7);
     d.Text1->setText("nothing");
+    ASSERT_EQ(f.recherche->Annulation.UndoNb, 1);
     d.RemplacerTout->click();
     EXPECT_EQ(d.Compte->text(), QString());
+    EXPECT_EQ(f.recherche->Annulation.UndoNb, 2); // a level, even with nothing replaced
     d.Text1->setText("abc");
     d.Text2->setText("abcabc"); // holds the found text: each match is replaced once
     d.RemplacerTout->click();

@@ -457,12 +457,11 @@ void FrmFind::RemplacerTout_Click() {
     const int n = BoucleRemplacement();
     ed_->setUpdatesEnabled(true);
     Compte->clear();
-    if (n != 0) {
-        anneau_.NouveauNiveau();
-        anneau_.Snapshot();
-        Compte->setText(QString::number(n) + Remplacements);
-        emit niveauPris();
-    }
+    // One undo level whether or not anything was replaced; the count only when it is not 0.
+    anneau_.NouveauNiveau();
+    anneau_.Snapshot();
+    emit niveauPris();
+    if (n != 0) Compte->setText(QString::number(n) + Remplacements);
 }
 
 void FrmFind::Traduction(const QStringList& paires) {
