@@ -59,6 +59,7 @@ TEST(CommandeDialogue, OkWritesTheLineBack) {
         {"%d==%a*2", {{0, "e"}, {2, "%a*3"}}, "%e==%a*3"},
         {"If %a > 3 Then Stop", {{2, "-3"}}, "If %a >-3 Then Stop"},
         {"IfT \"a=b\" = %t Goto Fin", {{4, "E2"}}, "IfT \"a=b\" = %t Goto E2"},
+        {"ElseIf %a = 2 Then", {{2, "3"}}, "ElseIf %a = 3 Then"}, // no separator left behind Then
         {"Input = Diamètre ?§10, %d", {{2, "12"}}, "Input = Diamètre ?§12, %d"},
         {"Input < Nom, %n", {{0, ""}}, "Input Nom, %n"},
         {"MCE_Trou = 10, 20", {{2, " 3"}}, "MCE_Trou = 10, 20, 3"},

@@ -59,8 +59,11 @@ QStringList PartiesCondition(const QString& reste) {
     const QRegularExpressionMatch m = mot.match(apres);
     QStringList r = {reste.left(c).trimmed(), reste.mid(c, l)};
     if (!m.hasMatch()) return r << apres.trimmed();
-    return r << apres.left(m.capturedStart(2)).trimmed() << m.captured(2)
-             << apres.mid(m.capturedEnd(2)).trimmed();
+    r << apres.left(m.capturedStart(2)).trimmed() << m.captured(2);
+    // Nothing behind the word (ElseIf's form has no row for it): no fifth part.
+    const QString suite = apres.mid(m.capturedEnd(2)).trimmed();
+    if (!suite.isEmpty()) r << suite;
+    return r;
 }
 
 // The list form: every command, then the external ones.
