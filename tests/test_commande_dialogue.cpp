@@ -93,17 +93,22 @@ TEST(CommandeDialogue, UndoCancelAndTheListForm) {
     EXPECT_EQ(f.RTB1->TexteCrLf(), "Arc = 30, 150, 60\r\n' note\r\nFoo = 1\r\n");
 }
 
-// A first separator other than "," that the line uses: the question, and its answer.
+// A first separator other than "," that the line uses: the question, and its
+// answer; a comment or an unknown keyword opens the list form without it.
 TEST(CommandeDialogue, ChangedSeparatorIsAskedFor) {
     for (const bool oui : {false, true}) {
         Banc b;
-        Form1& f = b.Demarre("Arc = 30; 150; 60\r\n");
+        Form1& f = b.Demarre("Arc = 30; 150; 60\r\n' x; y\r\nFoo = 1; 2\r\n");
         f.e.Separateur1 = ";";
         b.boites.vues.clear(); // the run's error box: the line is wrong for ","
         b.boites.reponses = {int(oui ? Reponse::Oui : Reponse::Non)};
         const ModeleMasque m = Edite(f, b.boites, 0, {}, false);
         EXPECT_EQ(b.boites.Messages(), QStringList{"ATTENTION: Remplacer/replace Separateur \";\" par/by \",\" ?"});
         EXPECT_EQ(m.Rangs[0].Valeur, oui ? " 30; 150; 60" : " 30");
+        b.boites.vues.clear();
+        Edite(f, b.boites, 1, {}, false);
+        Edite(f, b.boites, 2, {}, false);
+        EXPECT_TRUE(b.boites.Messages().isEmpty());
     }
 }
 

@@ -572,7 +572,11 @@ bool OuvreMasque(Form1& f, Boites& boites, const std::function<void(FrmCmd&)>& i
     if (avant.isValid() && avant.text().endsWith(QLatin1String(" _"))) texte = QStringLiteral("Suite");
 
     QString sep1 = f.e.Separateur1;
-    if (sep1 != QLatin1String(",") && texte.contains(sep1)) {
+    // A comment, an empty line or an unknown keyword opens the list form,
+    // which has no rows to split: no question about the separator.
+    const bool liste = ConstruitMasque(texte, f.regl, f.regl.LangueMasque, sep1, f.e.Separateur2).Sorte ==
+                       ModeleMasque::Genre::Liste;
+    if (!liste && sep1 != QLatin1String(",") && texte.contains(sep1)) {
         const QString q = QStringLiteral("ATTENTION: Remplacer/replace Separateur \"") + sep1 +
                           QStringLiteral("\" par/by \",\" ?");
         if (boites.Message(&f, QStringLiteral("Mirel"), q, Boutons::OuiNon, Icone::Question) == Reponse::Oui)
