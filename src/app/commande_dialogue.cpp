@@ -571,19 +571,20 @@ bool OuvreMasque(Form1& f, Boites& boites, const std::function<void(FrmCmd&)>& i
     const QTextBlock avant = ed.document()->findBlockByNumber(ligne - 1);
     if (avant.isValid() && avant.text().endsWith(QLatin1String(" _"))) texte = QStringLiteral("Suite");
 
-    QString sep1 = f.e.Separateur1;
+    const QString& sep1 = f.e.Separateur1;
+    auto modele = [&](const QString& sep) {
+        return ConstruitMasque(texte, f.regl, f.regl.LangueMasque, sep, f.e.Separateur2);
+    };
+    ModeleMasque m = modele(sep1);
     // A comment, an empty line or an unknown keyword opens the list form,
     // which has no rows to split: no question about the separator.
-    const bool liste = ConstruitMasque(texte, f.regl, f.regl.LangueMasque, sep1, f.e.Separateur2).Sorte ==
-                       ModeleMasque::Genre::Liste;
-    if (!liste && sep1 != QLatin1String(",") && texte.contains(sep1)) {
+    if (m.Sorte != ModeleMasque::Genre::Liste && sep1 != QLatin1String(",") && texte.contains(sep1)) {
         const QString q = QStringLiteral("ATTENTION: Remplacer/replace Separateur \"") + sep1 +
                           QStringLiteral("\" par/by \",\" ?");
         if (boites.Message(&f, QStringLiteral("Mirel"), q, Boutons::OuiNon, Icone::Question) == Reponse::Oui)
-            sep1 = QStringLiteral(",");
+            m = modele(QStringLiteral(","));
     }
-    FrmCmd d(&f, ConstruitMasque(texte, f.regl, f.regl.LangueMasque, sep1, f.e.Separateur2), boites,
-             f.regl.DossierFichier);
+    FrmCmd d(&f, std::move(m), boites, f.regl.DossierFichier);
     d.Polices = f.DialoguesImp.get();
     d.setWindowTitle(LoadResString(86 + f.regl.LangueMenus) + u' ' + texte);
     f.unsetCursor();
