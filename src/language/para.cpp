@@ -53,6 +53,14 @@ double Valeur(Etat& e, QString t) {
     return v;
 }
 
+// The value of a piece with its variables; one left undefined fails with
+// the piece's text.
+double ValeurSubstituee(Etat& e, QString t) {
+    const QString piece = t;
+    if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, piece);
+    return Valeur(e, t);
+}
+
 } // namespace
 
 QString Piece(const QString& texte, int n, const QString& sep) {
@@ -101,9 +109,7 @@ std::optional<double> ParaVal(Etat& e, const QString& texte, int n) {
     if (double2 > 0) t = Left(t, double2 - 1);
     if (t.startsWith(s2)) return std::nullopt;
     if (t.isEmpty()) return std::nullopt;
-    const QString piece = t;
-    if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, piece);
-    return Valeur(e, t);
+    return ValeurSubstituee(e, t);
 }
 
 double ParaVal0(Etat& e, const QString& texte, int n) { return ParaVal(e, texte, n).value_or(0); }
@@ -150,11 +156,8 @@ double ValeurOuDefaut(Etat& e, const QString& texte, double defaut) {
 }
 
 double ValeurChamp(Etat& e, const QString& texte, double defaut) {
-    QString t = Trim(texte);
-    if (t.isEmpty()) return defaut;
-    const QString piece = t;
-    if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, piece);
-    return Valeur(e, t);
+    const QString t = Trim(texte);
+    return t.isEmpty() ? defaut : ValeurSubstituee(e, t);
 }
 
 double SousValeur(Etat& e, const QString& texte, int n, double defaut) {
