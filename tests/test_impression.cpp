@@ -177,6 +177,27 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     EXPECT_EQ(std::pair(i.pages, i.titre), std::pair(1, QString("boucle")));
 }
 
+// A printer that cannot open the job fails the first line that draws, with its own box and no marked
+// line; the run goes on on the pane, so the caller of a failed file draws on without a second box, and the
+// window shows no refusal box after it but redraws the screen.
+TEST(Impression, PrinterFailureFailsTheLine) {
+    Banc b;
+    Ecrit(b.travail.filePath("inc.dat"), "CT = 0, 0\nCT = 5, 5\n");
+    const QString panne = b.travail.filePath("absent/job.pdf"), boite = "\r\nErreur d'imprimante [Printer error]\r\n";
+    for (const QString& programme : {QString("CT = 10, 10\nCT = 20, 20\n"), "Fichier = " + b.travail.filePath("inc.dat") + "\nCT = 20, 20\n"}) {
+        const ResultatImpression r = ImprimeProgramme(Programme(programme), b.travail.filePath("a.dat"), *PdfImprimante(panne), Reglages());
+        EXPECT_EQ(r.statut, 2) << programme.toStdString();
+        EXPECT_EQ(r.messages, QStringList{"Mirel\n" + boite}) << programme.toStdString();
+    }
+    Form1& f = b.Demarre("CT = 10, 10\nCT = 20, 20\n", "a.dat");
+    const int avant = f.NombreExecutions;
+    b.boites.vues.clear();
+    EXPECT_FALSE(f.Imprimer(PdfImprimante(panne).get()));
+    ASSERT_EQ(b.boites.Nombre("message"), 1);
+    EXPECT_EQ(b.boites.vues[0].texte, boite);
+    EXPECT_EQ(f.NombreExecutions, avant + 2);
+}
+
 // Without a configured printer the print entries are off and say why; the PDF export stays.
 TEST(Impression, NoPrinterLeavesPrintOff) {
     Banc b;
@@ -195,6 +216,7 @@ TEST(Impression, CommandLineExitStatus) {
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
+                         Cas{{bon, "-o", d.filePath("absent/b.pdf")}, 2, "cannot write " + d.filePath("absent/b.pdf")},
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2, "no such printer: file_d_attente_absente"},
                          Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
                          Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"}}) {

@@ -52,7 +52,9 @@ void FeuilleListing(QPrinter& p) {
 ResultatImpression Refus(const QPrinter& p) {
     ResultatImpression r;
     r.statut = 2;
-    r.erreur = QStringLiteral("the printer %1 refused the job").arg(p.printerName());
+    r.erreur = p.outputFormat() == QPrinter::PdfFormat
+                   ? QStringLiteral("cannot write %1").arg(p.outputFileName())
+                   : QStringLiteral("the printer %1 refused the job").arg(p.printerName());
     return r;
 }
 
@@ -82,7 +84,8 @@ void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
     p.setPageOrientation(essai.FiniPaysage(1) ? QPageLayout::Landscape : QPageLayout::Portrait);
 }
 
-bool ExecuteSurImprimante(Etat& e, QPrinter& p) {
+bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
+    if (signalee) *signalee = false;
     if (!p.isValid()) return false;
     // The printer as Surface: the 600 dpi sheet of the virtual printer painted
     // on the QPrinter at its own resolution; one painter lasts the whole job.
@@ -96,6 +99,8 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p) {
     MesureImprimante(e, imprimante);
     e.Repere.OrientationImprimante = p.pageLayout().orientation() == QPageLayout::Landscape ? 2 : 1;
     LanceExecution(e, &imprimante);
+    // A line that met the failure has shown its box and sent the run back to the pane.
+    if (signalee) *signalee = imprimante.PageRefusee() && e.Surf != &imprimante;
     // The run's last page is ended and the job closed, even after Esc or a failure.
     imprimante.EndDoc();
     e.Surf = e.Pane;
@@ -200,7 +205,8 @@ bool Form1::Imprimer(QPrinter* cible) {
     const QString texte = RTB1->TexteCrLf();
     PrepareImprimante(p, texte, FichierCourant, regl);
     FermeFichiers(e);
-    const bool accepte = ExecuteSurImprimante(e, p);
+    bool signalee = false;
+    const bool accepte = ExecuteSurImprimante(e, p, &signalee);
     // 7. A pan that the run set is kept; one it left at zero comes back.
     if (r.DecalageVueX == 0) r.DecalageVueX = panX;
     if (r.DecalageVueY == 0) r.DecalageVueY = panY;
@@ -210,7 +216,7 @@ bool Form1::Imprimer(QPrinter* cible) {
     r.CTx = r.CTy = 0;
     e.ArretDemande = false;
     RelanceSansZoom();
-    if (!accepte) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
+    if (!accepte && !signalee) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
     return accepte;
 }
 

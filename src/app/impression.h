@@ -27,8 +27,9 @@ void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
 // One print run of `e` (host, settings and main file already set) on `p`:
 // the driver runs with the printer as Surface, then the open page is ended
 // and the job is closed. The pane of `e` is left as it is. False when the
-// printer refused the job or failed while printing.
-bool ExecuteSurImprimante(Etat& e, QPrinter& p);
+// printer refused the job or failed while printing; `signalee` tells whether
+// the run's own box already said so (a drawing line that met the failure).
+bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee = nullptr);
 
 struct ResultatImpression {
     int statut = 0;       // 0 the job was accepted, 1 an error box was shown, 2 the job was refused

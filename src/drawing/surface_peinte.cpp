@@ -68,11 +68,24 @@ void SurfacePeinte::Ouvre() {
     device_ = fournisseur_(page_);
     if (!device_) return;
     painter_ = std::make_unique<QPainter>(device_);
+    if (!painter_->isActive()) {
+        painter_.reset();
+        Refuse();
+        return;
+    }
     raster_ = painter_->paintEngine() && painter_->paintEngine()->type() == QPaintEngine::Raster;
     painter_->setRenderHint(QPainter::Antialiasing, antialias_);
     painter_->setRenderHint(QPainter::TextAntialiasing, true);
     painter_->setRenderHint(QPainter::SmoothPixmapTransform, true);
     painter_->scale(echelle_, echelle_);
+}
+
+// A printer that cannot take the drawing fails the next operation, as the
+// line's printer failure. A file that cannot be written is reported by its
+// writer after the run.
+void SurfacePeinte::Refuse() {
+    pageRefusee_ = true;
+    if (EstImprimante()) imprimanteEnPanne_ = true;
 }
 
 void SurfacePeinte::EndDoc() {
@@ -270,7 +283,7 @@ void SurfacePeinte::DevNouvellePage() {
     // A paged device (a PDF writer, a printer) takes the next sheet of the
     // same document; any other starts a new picture.
     if (auto* pages = dynamic_cast<QPagedPaintDevice*>(device_)) {
-        if (!pages->newPage()) pageRefusee_ = true;
+        if (!pages->newPage()) Refuse();
         return;
     }
     EndDoc();

@@ -47,11 +47,12 @@ protected:
     void DevNouvellePage() override;
 
 public:
-    // A paged device refused a new sheet (a print job that failed).
+    // A paged device refused a new sheet, or the printer's job did not open.
     bool PageRefusee() const { return pageRefusee_; }
 
 private:
     bool pageRefusee_ = false;
+    void Refuse();
     bool contours_ = false;
     void Ouvre();
     // The pen of a colour and width, made again only when they change: a

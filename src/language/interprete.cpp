@@ -285,12 +285,22 @@ void EntreeNiveau(Etat& e, int niveau) {
 }
 
 // The failure handler: marks the line and shows the box of the failure.
-void Gestionnaire(Etat& e, int niveau) {
+void Gestionnaire(Etat& e, int niveau, bool imprimante) {
     if (e.ArretDemande) {
         e.TexteErreur.clear();
         return;
     }
     Hote* h = e.Host;
+    if (imprimante) {
+        // The rest of the run draws on the pane; the line is not marked.
+        e.Surf = e.Pane;
+        ++e.ErreursAffichees;
+        if (h)
+            h->Message(QStringLiteral("Mirel"),
+                       CrLf() + QStringLiteral("Erreur d'imprimante [Printer error]") + CrLf(), Boutons::Ok);
+        e.TexteErreur.clear();
+        return;
+    }
     CtxFic& c = e.PileFic[niveau];
     // Mark the line: at level 1 the current line, below it the Fichier line of level 1.
     const CtxFic& m = e.PileFic[1];
@@ -414,9 +424,13 @@ void Interprete(Etat& e, int& niveau) {
     } catch (const ErreurCommande&) {
         e.NiveauCourant = niveau;
         ErreurDeCommande(e, niveau);
+    } catch (const ErreurImprimante&) {
+        e.NiveauCourant = niveau;
+        Gestionnaire(e, niveau, true);
+        echec = true;
     } catch (const std::exception&) {
         e.NiveauCourant = niveau;
-        Gestionnaire(e, niveau);
+        Gestionnaire(e, niveau, false);
         echec = true;
     }
     if (e.ArretDemande) FermeFichiers(e);
