@@ -128,6 +128,34 @@ TEST(Vue, FitTheDrawingAndResizeRedraws) {
     EXPECT_EQ(f.pane->surface()->LargeurPx(), f.pane->width());
 }
 
+// A redraw of the view (wheel, drag, resize) starts from the current point 0, 0 and answers the prompt and
+// the box as the user did at F4, without asking; a question the last run did not ask stops it and says so.
+TEST(Vue, ViewRedrawsAnswerAsTheUserDid) {
+    Banc b;
+    b.boites.reponses = {"4"};
+    Form1& f = b.Demarre("Input = Rayon ?§10, %r\r\nCercle = 30R, 30R, %r\r\nfoo = 2\r\n");
+    const auto verifie = [&](const char* quoi) {
+        const QRectF encre = f.pane->Encre();
+        const QPointF centre = Dessin(f, encre.center()), coin = Dessin(f, encre.topRight()) - Dessin(f, encre.bottomLeft());
+        EXPECT_LT(Ecart(centre, QPointF(30, 30)), 0.3) << quoi << " " << centre.x() << ", " << centre.y();
+        EXPECT_NEAR(coin.x(), 8, 0.6) << quoi;
+        EXPECT_EQ(std::pair(b.boites.Nombre("saisie"), b.boites.Nombre("message")), std::pair(1, 1)) << quoi;
+        EXPECT_EQ(f.pane->TexteEtat(), "") << quoi;
+    };
+    verifie("F4");
+    Molette(f, QPointF(150, 200), 120);
+    verifie("wheel");
+    Glisse(f, QPointF(100, 100), QPointF(130, 120));
+    verifie("drag");
+    f.resize(f.width() - 150, f.height() - 80);
+    QTest::qWait(ApercuDe(f).MinuterieTaille.interval() + 100);
+    verifie("resize");
+    f.RTB1->ChargeTexte("Input = Autre ?§10, %r\r\nCercle = 30R, 30R, %r\r\n");
+    Molette(f, QPointF(150, 200), 120);
+    EXPECT_EQ(b.boites.Nombre("saisie"), 1);
+    EXPECT_TRUE(f.pane->TexteEtat().contains("1")) << f.pane->TexteEtat().toStdString();
+}
+
 // A live run opens no box and no prompt, writes nothing, leaves the text and
 // the caret alone; it stops at such a line and says where and why.
 TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {

@@ -32,14 +32,21 @@ QString PremiereLigne(const QString& t) {
 // wait for the user, or write where the user did not ask, stops the run
 // instead and leaves its reason. The run's start and end leave the menus,
 // the pointer and the colouring of the line being typed alone.
+//
+// A redraw of the view (a resize, the wheel, a drag, a fit) is such a run
+// too, except that the boxes and prompts of the window's last run are
+// answered again as the user answered them, and that it is a run of the
+// window as to its menus, pointer, events and length.
 class HoteApercu : public HoteFenetre {
 public:
-    explicit HoteApercu(Form1& f) : HoteFenetre(f), f_(f) { montre_.start(); }
+    enum class Genre { Direct, Vue };
+    HoteApercu(Form1& f, Genre genre) : HoteFenetre(f), f_(f), vue_(genre == Genre::Vue) { montre_.start(); }
 
     QString raison;   // why the run stopped; empty when it ran to its end
     int ligne = 0;    // the editor line it stopped at
 
-    Reponse Message(const QString&, const QString& texte, Boutons boutons) override {
+    Reponse Message(const QString& titre, const QString& texte, Boutons boutons) override {
+        if (const Form1::ReponseDonnee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
         if (raison.isEmpty()) {
             // An error box comes from the level's handler, which counts it
             // (every run starts from none).
@@ -59,7 +66,8 @@ public:
         }
         return Reponse::Ok;
     }
-    std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
+    std::optional<QString> Saisie(const QString& titre, const QString& invite, const QString& defaut) override {
+        if (const Form1::ReponseDonnee* r = Donnee(QuestionSaisie(titre, invite, defaut))) return r->saisie;
         Arrete(Mot());
         return std::nullopt;
     }
@@ -80,18 +88,33 @@ public:
         Arrete(Mot());
         return false;
     }
-    // No events: keys typed during the run wait for its end.
+    // No events: keys typed during the live run wait for its end.
     void PompeEvenements() override {
+        if (vue_) return HoteFenetre::PompeEvenements();
         if (raison.isEmpty() && montre_.elapsed() > DureeMaxDirect)
             Arrete(TextesDeVue(f_.regl.LangueMenus).Duree);
     }
-    void DebutExecution() override { f_.PreparePane(); }
+    // The answers kept stay those of the window's last run.
+    void DebutExecution() override {
+        if (vue_) return DebutRun();
+        f_.PreparePane();
+    }
     void FinExecution() override {
+        if (vue_) return FinRun();
         f_.FinRunPane(); // as after F4
         f_.pane->update();
     }
 
 private:
+    // In a redraw of the view, the next answer kept, when it answers the same question.
+    const Form1::ReponseDonnee* Donnee(const QString& question) {
+        if (!vue_ || !raison.isEmpty() || suivante_ >= f_.ReponsesDuRun.size()) return nullptr;
+        const Form1::ReponseDonnee& r = f_.ReponsesDuRun[suivante_];
+        if (r.question != question) return nullptr;
+        ++suivante_;
+        return &r;
+    }
+
     // The keyword of the line under way, as the level read it.
     QString Mot() const { return f_.e.ExecutionEnCours && f_.e.NiveauCourant > 0 ? f_.e.Ctx().Mot : QString(); }
     void Arrete(const QString& r) {
@@ -103,6 +126,8 @@ private:
     }
 
     Form1& f_;
+    const bool vue_;
+    size_t suivante_ = 0;
     QElapsedTimer montre_;
 };
 
@@ -205,7 +230,7 @@ void Apercu::Applique(const ReglageVue& r) {
     if (f_.pane->EchelleVue() != avant * r.facteur) return;
     f_.e.Repere.DecalageVueX = r.vueX;
     f_.e.Repere.DecalageVueY = r.vueY;
-    f_.RelanceSansZoom();
+    RelanceVue();
 }
 
 void Apercu::Molette(QPointF pixel, double facteur) {
@@ -223,7 +248,7 @@ void Apercu::AjusteDessin(bool agrandir) {
 void Apercu::Taille() {
     const Surface* s = f_.pane->surface();
     if (!s || EnCours()) return;
-    if (s->LargeurPx() != f_.pane->width() || s->HauteurPx() != f_.pane->height()) f_.RelanceSansZoom();
+    if (s->LargeurPx() != f_.pane->width() || s->HauteurPx() != f_.pane->height()) RelanceVue();
 }
 
 void Apercu::ApresChargement() { ajusterApresRun_ = true; }
@@ -245,7 +270,7 @@ void Apercu::FinDeRun() {
     if (encre.left() < -3 || encre.bottom() > c.hauteurPx + 3) return Applique(Ajuste(c, encre, false));
     if (r.DecalageVueX + r.DecalageVueY != 0) return Applique(ZoomAutour(c, QPointF(0, c.hauteurPx), facteur));
     f_.pane->SetEchelleVue(f_.pane->EchelleVue() * facteur);
-    f_.RelanceSansZoom();
+    RelanceVue();
 }
 
 void Apercu::ExecuteDirect() {
@@ -256,16 +281,31 @@ void Apercu::ExecuteDirect() {
     }
     Etat& e = f_.e;
     Hote* fenetre = e.Host;
-    HoteApercu hote(f_);
+    HoteApercu hote(f_, HoteApercu::Genre::Direct);
     e.Host = &hote;
     f_.FixeFichierPrincipal();
     FermeFichiers(e);
-    e.Repere.PointX = e.Repere.PointY = 0;
     LanceExecution(e);
     FermeFichiers(e);
     e.Host = fenetre;
+    EcritArret(hote.ligne, hote.raison);
+}
+
+// The view drawn again at its new scale, pan or size, without asking anything.
+void Apercu::RelanceVue() {
+    Etat& e = f_.e;
+    Hote* fenetre = e.Host;
+    HoteApercu hote(f_, HoteApercu::Genre::Vue);
+    e.Host = &hote;
+    f_.RelanceSansZoom();
+    FermeFichiers(e);
+    e.Host = fenetre;
+    EcritArret(hote.ligne, hote.raison);
+}
+
+// The status line: where and why the last run of the view stopped, or nothing.
+void Apercu::EcritArret(int ligne, const QString& raison) {
     const CadreVue c = Cadre();
-    f_.pane->EcritEtat(hote.raison.isEmpty() ? QString()
-                                             : TexteArretApercu(f_.regl.LangueMenus, hote.ligne, hote.raison),
+    f_.pane->EcritEtat(raison.isEmpty() ? QString() : TexteArretApercu(f_.regl.LangueMenus, ligne, raison),
                        int(c.largeurPx - c.editeurPx));
 }

@@ -71,6 +71,10 @@ private:
     void Molette(QPointF pixel, double facteur);
     void Glisse(QPointF delta);
     void Taille();
+    // A run at the same zoom that answers the boxes and prompts as the
+    // user did in the window's last run, and stops rather than ask anew.
+    void RelanceVue();
+    void EcritArret(int ligne, const QString& raison);
     bool EnCours() const; // a run is under way
     bool Libre() const;   // no run under way, no tool holding the mouse
     void FinDeRun();

@@ -88,6 +88,15 @@ public:
     bool ImprimantePdf = false;      // no printer configured: Qt's PDF printer stands in
     bool DessinOuvert = false;       // the freehand drawing tool FrmDessin is open (`Mnu_Dessin` disabled)
     int NombreExecutions = 0;        // runs started by the window (tests, benchmarks)
+    // What the user answered to the boxes and prompts of the window's last
+    // run, in order: a redraw of the view gives the same answers again
+    // without asking.
+    struct ReponseDonnee {
+        QString question; // the kind, title, text and buttons or default asked
+        Reponse reponse = Reponse::Ok;
+        std::optional<QString> saisie;
+    };
+    std::vector<ReponseDonnee> ReponsesDuRun;
     ValeursConfig Config;
     UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
     Apercu* VueApercu = nullptr;     // the view menu and the live preview

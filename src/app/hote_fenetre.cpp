@@ -12,14 +12,27 @@
 #include <QTextBlock>
 #include <QElapsedTimer>
 
+QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons) {
+    return QStringLiteral("message\n%1\n%2\n%3").arg(titre, texte).arg(int(boutons));
+}
+
+QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut) {
+    return QStringLiteral("saisie\n%1\n%2\n%3").arg(titre, invite, defaut);
+}
+
 Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons boutons) {
-    return f_.s_.boites->Message(&f_, titre, texte, boutons, Icone::Aucune);
+    const Reponse r = f_.s_.boites->Message(&f_, titre, texte, boutons, Icone::Aucune);
+    f_.ReponsesDuRun.push_back({QuestionMessage(titre, texte, boutons), r, std::nullopt});
+    return r;
 }
 
 std::optional<QString> HoteFenetre::Saisie(const QString& titre, const QString& invite,
                                            const QString& defaut) {
     // The Cancel button of `Input` says string 172, in the messages' language.
-    return f_.s_.boites->Saisie(&f_, titre, invite, defaut, LoadResString(172 + f_.regl.LangueMessages));
+    std::optional<QString> r =
+        f_.s_.boites->Saisie(&f_, titre, invite, defaut, LoadResString(172 + f_.regl.LangueMessages));
+    f_.ReponsesDuRun.push_back({QuestionSaisie(titre, invite, defaut), Reponse::Ok, r});
+    return r;
 }
 
 QString HoteFenetre::TexteEditeur() const { return f_.RTB1->TexteCrLf(); }
@@ -69,9 +82,16 @@ void HoteFenetre::PompeEvenements() {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
 }
 
-void HoteFenetre::DebutExecution() { f_.DebutRun(); }
+void HoteFenetre::DebutExecution() {
+    f_.ReponsesDuRun.clear();
+    DebutRun();
+}
 
-void HoteFenetre::FinExecution() { f_.FinRun(); }
+void HoteFenetre::FinExecution() { FinRun(); }
+
+void HoteFenetre::DebutRun() { f_.DebutRun(); }
+
+void HoteFenetre::FinRun() { f_.FinRun(); }
 
 bool HoteFenetre::Lance(const QString& commande, bool attendre) {
     return LanceCommande(commande, attendre, [this] { PompeEvenements(); });

@@ -9,6 +9,10 @@
 
 class Form1;
 
+// How a box or a prompt is told apart in the answers a run keeps.
+QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons);
+QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut);
+
 class HoteFenetre : public Hote {
 public:
     explicit HoteFenetre(Form1& f) : f_(f) {}
@@ -28,6 +32,11 @@ public:
     void DebutExecution() override;
     void FinExecution() override;
     bool Lance(const QString& commande, bool attendre) override;
+
+protected:
+    // The window's own start and end of a run, without touching the answers kept.
+    void DebutRun();
+    void FinRun();
 
 private:
     Form1& f_;

@@ -518,9 +518,7 @@ void RazEtatDessin(Etat& e) {
     r.LargeurEditeur = garde.LargeurEditeur;
     r.LargeurFenetreMm = garde.LargeurFenetreMm;
     r.HauteurFenetreMm = garde.HauteurFenetreMm;
-    r.PointX = garde.PointX;
     r.OrientationImprimante = garde.OrientationImprimante;
-    r.PointY = garde.PointY;
     e.Styles = EtatStyles();
     e.Ech = Echelle();
     e.Grad = EtatGrad();
