@@ -227,6 +227,19 @@ TEST(Impression, CommandLineExitStatus) {
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
 }
 
+// `mirel print` runs the program once with its side effects (the trial that turns the sheet writes nothing),
+// at the text's own printer zoom, with the answers given on the command line.
+TEST(Impression, CommandLinePrintRunsOnceWithTheTextsZoomAndTheAnswers) {
+    QTemporaryDir d;
+    const QString dat = d.filePath("z.dat"), pdf = d.filePath("z.pdf"), journal = d.filePath("journal.txt");
+    Ecrit(dat, Programme("ZoomIniI = 2\nOpenA = " + journal + "\nPrintA = ab\nInput = Valeur§7, %V\nTexte = 10, 30, , ,v=%V/z=%Zoom\n"));
+    const SortieProcessus s = Execute(MIREL_BINARY, {"print", dat, "-o", pdf, "--input", "42"});
+    ASSERT_EQ(s.code, 0) << s.err.toStdString();
+    EXPECT_TRUE(TextePdf(pdf).contains("v=42/z=2")) << TextePdf(pdf).toStdString();
+    QFile f(journal);
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly) && f.readAll() == "ab");
+}
+
 // Ctrl-Shift-P: the zoom asked for, offered again next time; a text that is no number is refused with its
 // box, an empty answer prints nothing, 0 or less prints at 1.
 TEST(Impression, PrintWithZoomAsksTheZoom) {

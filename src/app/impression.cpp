@@ -69,8 +69,9 @@ QString TitreTravail(const QString& chemin) {
     return chemin.isEmpty() ? QStringLiteral("Mirel") : QFileInfo(chemin).completeBaseName();
 }
 
-void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
-                       const Reglages& reglages) {
+float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
+                        const Reglages& reglages, const QStringList& reponses,
+                        const QStringList& saisies) {
     p.setDocName(TitreTravail(chemin));
     p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
@@ -81,7 +82,10 @@ void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
     essai.regl = reglages;
     essai.etat.FichierPrincipal = chemin;
     essai.delai = 2;
+    essai.hote.Reponses = reponses;
+    essai.hote.Saisies = saisies;
     p.setPageOrientation(essai.FiniPaysage(1) ? QPageLayout::Landscape : QPageLayout::Portrait);
+    return essai.etat.Repere.ZoomDepartI;
 }
 
 bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
@@ -109,22 +113,24 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
 }
 
 ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin, QPrinter& p,
-                                    const Reglages& reglages, double delai, float zoom) {
+                                    const Reglages& reglages, const OptionsImpression& options) {
     ResultatImpression res;
-    PrepareImprimante(p, texte, chemin, reglages);
+    const float zoomTexte = PrepareImprimante(p, texte, chemin, reglages, options.reponses, options.saisies);
     Reglages regl = reglages;
     HoteMemoire hote(texte);
+    hote.Reponses = options.reponses;
+    hote.Saisies = options.saisies;
     Etat e;
     e.Regl = &regl;
     e.Host = &hote;
     e.FichierPrincipal = chemin;
     hote.Arret = &e.ArretDemande;
-    if (delai > 0) hote.Echeance = QDeadlineTimer(qint64(delai * 1000));
+    if (options.delai > 0) hote.Echeance = QDeadlineTimer(qint64(options.delai * 1000));
     SurfaceEnregistree pane(GenreSurface::Ecran, 297 / 25.4 * DpiEcran, 210 / 25.4 * DpiEcran,
                             25.4 / DpiEcran);
     AttachePane(e, &pane);
     FermeFichiers(e);
-    e.Repere.ZoomI = zoom > 0 ? zoom : e.Repere.ZoomDepartI;
+    e.Repere.ZoomI = options.zoom > 0 ? options.zoom : zoomTexte;
     const bool accepte = ExecuteSurImprimante(e, p);
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     if (!accepte) {

@@ -20,9 +20,12 @@ QString TitreTravail(const QString& chemin);
 
 // Sets the printer for a print at true size: the job's title, the whole
 // sheet without margins, and the orientation that the text's FormatI asks
-// for, found by a first run that draws nothing.
-void PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
-                       const Reglages& reglages);
+// for, found by a first run that draws nothing. Gives the printer zoom the
+// text starts with (its ZoomIniI, else 1), which a print without a zoom of its
+// own takes.
+float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
+                        const Reglages& reglages, const QStringList& reponses = {},
+                        const QStringList& saisies = {});
 
 // One print run of `e` (host, settings and main file already set) on `p`:
 // the driver runs with the printer as Surface, then the open page is ended
@@ -37,12 +40,16 @@ struct ResultatImpression {
     QStringList messages; // the boxes of the run, title and text
 };
 
+struct OptionsImpression {
+    double delai = 0;              // a run that takes longer, in seconds, is stopped (0: none)
+    float zoom = 0;                // the print's zoom (0: the text's own, as Ctrl-P prints)
+    QStringList reponses, saisies; // answers of boxes and prompts, in order
+};
+
 // A whole print without a window, as `mirel print` does it: settings and a
-// headless host, the printer prepared, one print run. `delai` in seconds
-// stops a run that takes longer (0: none); `zoom` is the print's zoom (0:
-// the text's own, as Ctrl-P prints).
+// headless host, the printer prepared, one print run.
 ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin, QPrinter& p,
-                                    const Reglages& reglages, double delai = 0, float zoom = 0);
+                                    const Reglages& reglages, const OptionsImpression& options = {});
 
 // The listing of the code as `mirel print --listing` prints it: status 0 or 2.
 ResultatImpression ImprimeListingProgramme(const QString& texte, const QString& chemin, QPrinter& p);

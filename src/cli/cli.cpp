@@ -243,9 +243,13 @@ int Imprime(const Arguments& a, const QString& texte) {
     }
     p.setCopyCount(a.copies);
     const QString chemin = QFileInfo(a.fichier).absoluteFilePath();
+    OptionsImpression o;
+    o.delai = a.delai;
+    o.zoom = a.zoomDonne ? float(a.zoom) : 0;
+    o.reponses = a.reponses;
+    o.saisies = a.saisies;
     const ResultatImpression r =
-        a.listing ? ImprimeListingProgramme(texte, chemin, p)
-                  : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), a.delai, a.zoomDonne ? float(a.zoom) : 0);
+        a.listing ? ImprimeListingProgramme(texte, chemin, p) : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), o);
     for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
     if (!r.erreur.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
     return r.statut;

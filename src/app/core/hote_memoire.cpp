@@ -57,7 +57,14 @@ int HoteMemoire::LigneDe(int position) const {
 }
 
 bool HoteMemoire::Lance(const QString& commande, bool attendre) {
+    if (SansEffets) return !EcriturePermise();
     return LanceCommande(commande, attendre, [this] { PompeEvenements(); });
+}
+
+bool HoteMemoire::EcriturePermise() {
+    if (!SansEffets) return true;
+    if (Arret) *Arret = true;
+    return false;
 }
 
 bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe) {

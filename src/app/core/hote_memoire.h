@@ -36,6 +36,7 @@ public:
     QString PressePapier() const override { return pressePapier_; }
     void EcritPressePapier(const QString& texte) override { pressePapier_ = texte; }
     bool Lance(const QString& commande, bool attendre) override;
+    bool EcriturePermise() override;
     // Headless there are no events; the calls are counted, so tests can see
     // which commands let events run. They are also where a run with a time
     // limit is stopped, as Esc stops it in the window.
@@ -59,6 +60,9 @@ public:
     int ArretAuPompage = 0;
     bool Expire = false;
     int PompageArret = 0;
+    // A trial run, which only looks at the drawing's set-up: it writes no
+    // file and starts no program, and stops at the line that would.
+    bool SansEffets = false;
 
 private:
     QString texte_;

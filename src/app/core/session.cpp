@@ -105,6 +105,8 @@ void Session::ExecuteImprimante() {
 
 bool Session::FiniPaysage(int orientation) {
     etat.Repere.OrientationImprimante = orientation;
+    hote.SansEffets = true;
     ExecuteImprimante();
+    hote.SansEffets = false;
     return imprimante->Orientation() == 2;
 }

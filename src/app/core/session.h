@@ -52,7 +52,8 @@ struct Session {
     // A printer run that only looks for the sheet's final orientation: the
     // program's FormatI turns the sheet, which must be turned before a
     // printing device is made. The sheet starts in `orientation` (1 portrait,
-    // 2 landscape); true when the program leaves it landscape.
+    // 2 landscape); true when the program leaves it landscape. The trial
+    // writes no file and starts no program: it stops before such a line.
     bool FiniPaysage(int orientation);
     // Why the last run was stopped before its end; empty when it was not.
     QString Arret() const;
