@@ -136,7 +136,8 @@ struct CupsPrive {
 } // namespace
 
 // The job holds the sheet at its true size (FormatI turns it), named after the file, with the two crosses
-// 100 mm apart at their place; each NPage is one more sheet; a failing line shows its box, the job closed.
+// 100 mm apart at their place; each NPage is one more sheet, but none after the last drawing; a failing
+// line shows its box, the job closed.
 TEST(Impression, PdfJobAtTrueSize) {
     QTemporaryDir d;
     const QString pdf = d.filePath("job.pdf");
@@ -144,6 +145,7 @@ TEST(Impression, PdfJobAtTrueSize) {
     for (const Cas& c : {Cas{DeuxCroix, d.filePath("cadran bleu.dat"), 0, 1, 210, 297, "cadran bleu"},
                          Cas{QString(DeuxCroix) + "NPage\nCT = 10, 10\nNPage\nCT = 20, 20\n", "a.dat", 0, 3, 210, 297, "a"},
                          Cas{"FormatI = Paysage\nCT = 10, 10\n", "", 0, 1, 297, 210, "Mirel"},
+                         Cas{"CT = 10, 10\nNPage\n", "", 0, 1, 210, 297, "Mirel"},
                          Cas{"CT = 10, 10\nMotInconnu = 3\n", "", 1, 1, 210, 297, "Mirel"}}) {
         SCOPED_TRACE(c.programme.toStdString());
         const ResultatImpression r = ImprimeProgramme(Programme(c.programme), c.fichier, *PdfImprimante(pdf), Reglages());

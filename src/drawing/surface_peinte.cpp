@@ -1,5 +1,7 @@
 #include "drawing/surface_peinte.h"
 
+#include "language/erreur.h"
+
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainterPath>
@@ -107,7 +109,7 @@ const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     const QPen& pen = Stylo(c, w);
     const double m = pen.widthF() / 2;
@@ -123,7 +125,7 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
 }
 
 void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     painter_->save();
     // The mask pen ANDs the colour with what is there; on white and light
@@ -136,7 +138,7 @@ void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
 void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::optional<double> debut,
                                std::optional<double> fin, const QColor& c, int w,
                                std::optional<QColor> remp) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     const QRectF rect(centre.x() - rx, centre.y() - ry, 2 * rx, 2 * ry);
     const double m = Stylo(c, w).widthF() / 2;
@@ -175,7 +177,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 }
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     painter_->setPen(QPen(c, std::max(1.0, 1.0 / echelle_)));
     painter_->drawPoint(p);
@@ -183,7 +185,7 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
-    if (!painter_) return;
+    if (!Pret()) return;
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
@@ -226,7 +228,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
 
 void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
                              const QColor& c) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     // The font's size is meant at the Surface's own resolution; the painter's
     // scale then brings it to the device, as it does every other coordinate.
@@ -257,7 +259,7 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
 }
 
 void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
-    if (!painter_) return;
+    if (!Pret()) return;
     dernier_.reset();
     Etend(r);
     painter_->drawImage(r, im);
@@ -278,14 +280,25 @@ void SurfacePeinte::DevEffacer() {
     peintDepuisEffacement_ = false;
 }
 
+// The next sheet is begun by the next thing drawn on it, so that a document
+// that ends with a new page has no blank sheet at its end.
 void SurfacePeinte::DevNouvellePage() {
     dernier_.reset();
-    // A paged device (a PDF writer, a printer) takes the next sheet of the
-    // same document; any other starts a new picture.
-    if (auto* pages = dynamic_cast<QPagedPaintDevice*>(device_)) {
-        if (!pages->newPage()) Refuse();
-        return;
+    pageEnAttente_ = true;
+}
+
+bool SurfacePeinte::Pret() {
+    if (pageEnAttente_) {
+        pageEnAttente_ = false;
+        // A paged device (a PDF writer, a printer) takes the next sheet of
+        // the same document; any other starts a new picture.
+        if (auto* pages = dynamic_cast<QPagedPaintDevice*>(device_)) {
+            if (!pages->newPage()) Refuse();
+        } else {
+            EndDoc();
+            Ouvre();
+        }
+        if (imprimanteEnPanne_) throw ErreurImprimante();
     }
-    EndDoc();
-    Ouvre();
+    return painter_ != nullptr;
 }

@@ -52,7 +52,10 @@ public:
 
 private:
     bool pageRefusee_ = false;
+    bool pageEnAttente_ = false; // a new page asked for, begun by the next drawing
     void Refuse();
+    // Begins the page asked for; false when there is nothing to paint on.
+    bool Pret();
     bool contours_ = false;
     void Ouvre();
     // The pen of a colour and width, made again only when they change: a
