@@ -126,6 +126,8 @@ TEST(Dessin, StrokesBecomeTheDataFileAndItsPlotLine) {
     EXPECT_TRUE(Encre(f, {50, 40}));
     QTest::keyClick(o.d, Qt::Key_Backspace); // drawn over in the background colour
     EXPECT_FALSE(Encre(f, {50, 40}));
+    QTest::keyClick(f.RTB1, Qt::Key_F8, Qt::ControlModifier); // RefCur changed from the window
+    EXPECT_EQ(o.d->Label10->text(), "RefCur = 0, 0");
 
     o.d->CmdOK->click();
     const QStringList l = LignesFichier(o.Chemin("Dessin.txt"));

@@ -566,7 +566,6 @@ void FrmDessin::keyPressEvent(QKeyEvent* ev) {
         if (dessin_) return;
         if (m & Qt::ControlModifier) f_.RefCurOrigine();
         else f_.Mnu_RefCurseur_Click();
-        MajRefCur();
         return;
     default:
         QDialog::keyPressEvent(ev);

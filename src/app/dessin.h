@@ -109,6 +109,8 @@ public:
     void CmdAnnuler_Click();
     // Backspace, Delete: the last point taken off.
     void EffacePoint();
+    // "RefCur = x, y": the reference point, shown again wherever it was changed.
+    void MajRefCur();
 
     // The gestures on the pane, in Surface units; true when the event was the tool's.
     bool Appui(QPointF p, Qt::MouseButton bouton, Qt::KeyboardModifiers mods);
@@ -126,7 +128,6 @@ private:
     void Ferme();
     void Verrouille(bool oui);
     void MenusDessin(bool ouvert);
-    void MajRefCur();
     bool OuvreTravail(QIODevice::OpenMode mode);
     void Ecrit(const QString& ligne);
     void EcritPoint(QPointF p, bool relatif);

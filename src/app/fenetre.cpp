@@ -816,6 +816,7 @@ bool Form1::AppliqueRefCur(const QString& champ) {
         RefCurAngle = float(angle);
     }
     RefCurRad = RefCurAngle * DegRad;
+    if (dessin) dessin->MajRefCur();
     return true;
 }
 
@@ -834,6 +835,7 @@ void Form1::RefCurOrigine() {
     RefCurY = e.Repere.SourisOrigineY;
     RefCurAngle = 0;
     RefCurRad = 0;
+    if (dessin) dessin->MajRefCur();
 }
 
 // The help commands on the generated pages of core/aide.
