@@ -128,12 +128,13 @@ TEST(Vue, FitTheDrawingAndResizeRedraws) {
     EXPECT_EQ(f.pane->surface()->LargeurPx(), f.pane->width());
 }
 
-// A redraw of the view (wheel, drag, resize) starts from the current point 0, 0 and answers the prompt and
-// the box as the user did at F4, without asking; a question the last run did not ask stops it and says so.
+// A redraw of the view (wheel, drag, resize) starts from the current point 0, 0, answers the prompt and the
+// box as the user did at F4 without asking, and passes the writes; a question the last run did not ask
+// stops it and says so.
 TEST(Vue, ViewRedrawsAnswerAsTheUserDid) {
     Banc b;
     b.boites.reponses = {"4"};
-    Form1& f = b.Demarre("Input = Rayon ?§10, %r\r\nCercle = 30R, 30R, %r\r\nfoo = 2\r\n");
+    Form1& f = b.Demarre("Input = Rayon ?§10, %r\r\nOpenA = vue.txt\r\nPrintA = ab\r\nCercle = 30R, 30R, %r\r\nfoo = 2\r\n");
     const auto verifie = [&](const char* quoi) {
         const QRectF encre = f.pane->Encre();
         const QPointF centre = Dessin(f, encre.center()), coin = Dessin(f, encre.topRight()) - Dessin(f, encre.bottomLeft());
@@ -150,6 +151,8 @@ TEST(Vue, ViewRedrawsAnswerAsTheUserDid) {
     f.resize(f.width() - 150, f.height() - 80);
     QTest::qWait(ApercuDe(f).MinuterieTaille.interval() + 100);
     verifie("resize");
+    QFile ecrit(b.travail.filePath("vue.txt")); // written by F4 only
+    EXPECT_TRUE(ecrit.open(QIODevice::ReadOnly) && ecrit.readAll() == "ab");
     f.RTB1->ChargeTexte("Input = Autre ?§10, %r\r\nCercle = 30R, 30R, %r\r\n");
     Molette(f, QPointF(150, 200), 120);
     EXPECT_EQ(b.boites.Nombre("saisie"), 1);

@@ -35,8 +35,9 @@ QString PremiereLigne(const QString& t) {
 //
 // A redraw of the view (a resize, the wheel, a drag, a fit) is such a run
 // too, except that the boxes and prompts of the window's last run are
-// answered again as the user answered them, and that it is a run of the
-// window as to its menus, pointer, events and length.
+// answered again as the user answered them, that the files and programs of
+// that run are left as they are, and that it is a run of the window as to
+// its menus, pointer, events and length.
 class HoteApercu : public HoteFenetre {
 public:
     enum class Genre { Direct, Vue };
@@ -79,13 +80,15 @@ public:
         ed->MarqueRouge(d0, d1 - d0, false);
         return ed->LigneDe(d0) + 1;
     }
+    // A program to start, a file to open for writing or to delete: the live
+    // run stops before it; a redraw of the view passes it, as the window's
+    // last run has done it.
     bool Lance(const QString&, bool) override {
-        Arrete(Mot());
+        if (!vue_) Arrete(Mot());
         return false;
     }
-    // A file to open for writing or to delete: the run stops before it.
     bool EcriturePermise() override {
-        Arrete(Mot());
+        if (!vue_) Arrete(Mot());
         return false;
     }
     // No events: keys typed during the live run wait for its end.
@@ -293,6 +296,7 @@ void Apercu::ExecuteDirect() {
 
 // The view drawn again at its new scale, pan or size, without asking anything.
 void Apercu::RelanceVue() {
+    if (EnCours()) return;
     Etat& e = f_.e;
     Hote* fenetre = e.Host;
     HoteApercu hote(f_, HoteApercu::Genre::Vue);

@@ -57,15 +57,11 @@ int HoteMemoire::LigneDe(int position) const {
 }
 
 bool HoteMemoire::Lance(const QString& commande, bool attendre) {
-    if (SansEffets) return !EcriturePermise();
+    if (SansEffets) return false;
     return LanceCommande(commande, attendre, [this] { PompeEvenements(); });
 }
 
-bool HoteMemoire::EcriturePermise() {
-    if (!SansEffets) return true;
-    if (Arret) *Arret = true;
-    return false;
-}
+bool HoteMemoire::EcriturePermise() { return !SansEffets; }
 
 bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe) {
     QStringList args = QProcess::splitCommand(commande);

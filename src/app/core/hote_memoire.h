@@ -61,7 +61,7 @@ public:
     bool Expire = false;
     int PompageArret = 0;
     // A trial run, which only looks at the drawing's set-up: it writes no
-    // file and starts no program, and stops at the line that would.
+    // file and starts no program, and goes on past the lines that would.
     bool SansEffets = false;
 
 private:

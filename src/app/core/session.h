@@ -53,7 +53,7 @@ struct Session {
     // program's FormatI turns the sheet, which must be turned before a
     // printing device is made. The sheet starts in `orientation` (1 portrait,
     // 2 landscape); true when the program leaves it landscape. The trial
-    // writes no file and starts no program: it stops before such a line.
+    // writes no file and starts no program: such a line does nothing.
     bool FiniPaysage(int orientation);
     // Why the last run was stopped before its end; empty when it was not.
     QString Arret() const;
