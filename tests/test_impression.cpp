@@ -136,8 +136,8 @@ struct CupsPrive {
 } // namespace
 
 // The job holds the sheet at its true size (FormatI turns it), named after the file, with the two crosses
-// 100 mm apart at their place; each NPage is one more sheet, but none after the last drawing; a failing
-// line shows its box, the job closed.
+// 100 mm apart at their place; each NPage is one more sheet (two in a row leave a blank one), but none
+// after the last drawing; a failing line shows its box, the job closed.
 TEST(Impression, PdfJobAtTrueSize) {
     QTemporaryDir d;
     const QString pdf = d.filePath("job.pdf");
@@ -145,7 +145,7 @@ TEST(Impression, PdfJobAtTrueSize) {
     for (const Cas& c : {Cas{DeuxCroix, d.filePath("cadran bleu.dat"), 0, 1, 210, 297, "cadran bleu"},
                          Cas{QString(DeuxCroix) + "NPage\nCT = 10, 10\nNPage\nCT = 20, 20\n", "a.dat", 0, 3, 210, 297, "a"},
                          Cas{"FormatI = Paysage\nCT = 10, 10\n", "", 0, 1, 297, 210, "Mirel"},
-                         Cas{"CT = 10, 10\nNPage\n", "", 0, 1, 210, 297, "Mirel"},
+                         Cas{"CT = 10, 10\nNPage\nNPage\nCT = 20, 20\nNPage\n", "", 0, 3, 210, 297, "Mirel"},
                          Cas{"CT = 10, 10\nMotInconnu = 3\n", "", 1, 1, 210, 297, "Mirel"}}) {
         SCOPED_TRACE(c.programme.toStdString());
         const ResultatImpression r = ImprimeProgramme(Programme(c.programme), c.fichier, *PdfImprimante(pdf), Reglages());
@@ -234,7 +234,7 @@ TEST(Impression, CommandLineExitStatus) {
 TEST(Impression, CommandLinePrintRunsOnceWithTheTextsZoomAndTheAnswers) {
     QTemporaryDir d;
     const QString dat = d.filePath("z.dat"), pdf = d.filePath("z.pdf"), journal = d.filePath("journal.txt");
-    Ecrit(dat, Programme("ZoomIniI = 2\nOpenA = " + journal + "\nPrintA = ab\nInput = Valeur§7, %V\nTexte = 10, 30, , ,v=%V/z=%Zoom\n"));
+    Ecrit(dat, Programme("OpenA = " + journal + "\nPrintA = ab\nZoomIniI = 2\nInput = Valeur§7, %V\nTexte = 10, 30, , ,v=%V/z=%Zoom\n"));
     const SortieProcessus s = Execute(MIREL_BINARY, {"print", dat, "-o", pdf, "--input", "42"});
     ASSERT_EQ(s.code, 0) << s.err.toStdString();
     EXPECT_TRUE(TextePdf(pdf).contains("v=42/z=2")) << TextePdf(pdf).toStdString();

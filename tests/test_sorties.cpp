@@ -133,8 +133,9 @@ TEST(Sorties, ThinLinesAndGradientBands) {
     }
 }
 
-// An output that cannot be written: status 2, the file and the system's
-// reason on stderr. Drawing off the page is a warning; the status stays 0.
+// An output that cannot be written, or a page too large to draw: status 2,
+// the file and the reason on stderr, no file. Drawing off the page is a
+// warning; the status stays 0.
 TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     QTemporaryDir d;
     const QString cercle = Ecrit(d, "c.dat", "CercleP = 20, 20, 10,,,ROUGE\n");
@@ -147,6 +148,9 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
         EXPECT_TRUE(err.contains("cannot write " + sortie + ": ")) << err.toStdString();
         EXPECT_GT(err.section(sortie + ": ", 1).trimmed().size(), 3) << err.toStdString();
     }
+    const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "3000x3000", "--dpi", "2400"});
+    EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi") &&
+                !QFile::exists(d.filePath("g.png"))) << g.err.constData();
     struct Cas { const char* programme; bool hors; };
     for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false}, Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
                          Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true},

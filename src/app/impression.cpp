@@ -98,6 +98,7 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
                              papier.height() / 25.4 * DpiImprimante, 25.4 / DpiImprimante,
                              [&p](int) { return static_cast<QPaintDevice*>(&p); },
                              p.resolution() / DpiImprimante, true);
+    imprimante.PanneEstImprimante(true);
     // A program that draws without end is stopped as Esc stops it.
     imprimante.LimiteOperations(MaxOperationsRun, [&e] { e.ArretDemande = true; });
     MesureImprimante(e, imprimante);
@@ -217,9 +218,8 @@ bool Form1::Imprimer(QPrinter* cible) {
     if (r.DecalageVueX == 0) r.DecalageVueX = panX;
     if (r.DecalageVueY == 0) r.DecalageVueY = panY;
     QApplication::restoreOverrideCursor();
-    // 8. The screen shows the drawing again, even after Esc.
-    r.PointX = r.PointY = 0;
-    r.CTx = r.CTy = 0;
+    // 8. The screen shows the drawing again, even after Esc, from the point
+    // and centre 0, 0 as every run starts.
     e.ArretDemande = false;
     RelanceSansZoom();
     if (!accepte && !signalee) MontreRefus(*s_.boites, this, p, regl.LangueMessages);

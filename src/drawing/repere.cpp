@@ -505,7 +505,8 @@ void RazEtatDessin(Etat& e) {
     const EtatRepere garde = e.Repere;
     e.Repere = EtatRepere();
     EtatRepere& r = e.Repere;
-    // What outlives a run: zooms, measures, pan and pane size.
+    // What outlives a run: zooms, measures, pan and pane size. All else, the
+    // current point and the temporary centre among it, starts at 0.
     r.ZoomE = garde.ZoomE;
     r.ZoomI = garde.ZoomI;
     r.ZoomDepart = garde.ZoomDepart;

@@ -60,7 +60,6 @@ void VerifieFini(const OpSurface& op) {
 } // namespace
 
 bool Surface::Enregistre(OpSurface op) {
-    if (imprimanteEnPanne_) throw ErreurImprimante();
     VerifieFini(op);
     if (veille_ && ++depuisVeille_ >= PasVeille) {
         depuisVeille_ = 0;

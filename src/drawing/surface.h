@@ -202,11 +202,8 @@ protected:
     virtual void DevOrientation() {}
 
     // Counts and records an operation; false past the limit of operations,
-    // when it is not to be drawn. On a printer that has failed, the operation
-    // is the line's printer failure.
+    // when it is not to be drawn.
     bool Enregistre(OpSurface op);
-    // The printer's job could not be opened, or it refused a sheet.
-    bool imprimanteEnPanne_ = false;
     double largeurPx_, hauteurPx_;
     // Something was drawn since the device's last clear, or may have been (a
     // new picture): set by every operation but a clear; a device that cleared

@@ -82,13 +82,7 @@ void SurfacePeinte::Ouvre() {
     painter_->scale(echelle_, echelle_);
 }
 
-// A printer that cannot take the drawing fails the next operation, as the
-// line's printer failure. A file that cannot be written is reported by its
-// writer after the run.
-void SurfacePeinte::Refuse() {
-    pageRefusee_ = true;
-    if (EstImprimante()) imprimanteEnPanne_ = true;
-}
+void SurfacePeinte::Refuse() { pageRefusee_ = true; }
 
 void SurfacePeinte::EndDoc() {
     if (painter_) painter_->end();
@@ -281,9 +275,11 @@ void SurfacePeinte::DevEffacer() {
 }
 
 // The next sheet is begun by the next thing drawn on it, so that a document
-// that ends with a new page has no blank sheet at its end.
+// that ends with a new page has no blank sheet at its end. Two new pages in a
+// row leave a blank sheet between them.
 void SurfacePeinte::DevNouvellePage() {
     dernier_.reset();
+    if (pageEnAttente_) Pret();
     pageEnAttente_ = true;
 }
 
@@ -298,7 +294,7 @@ bool SurfacePeinte::Pret() {
             EndDoc();
             Ouvre();
         }
-        if (imprimanteEnPanne_) throw ErreurImprimante();
     }
+    if (pageRefusee_ && panneImprimante_) throw ErreurImprimante();
     return painter_ != nullptr;
 }

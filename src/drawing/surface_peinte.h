@@ -47,14 +47,19 @@ protected:
     void DevNouvellePage() override;
 
 public:
-    // A paged device refused a new sheet, or the printer's job did not open.
+    // The device could not be painted on, or a paged device refused a new sheet.
     bool PageRefusee() const { return pageRefusee_; }
+    // The device is a print job: once it has refused, the next drawing is
+    // the line's printer failure.
+    void PanneEstImprimante(bool oui) { panneImprimante_ = oui; }
 
 private:
     bool pageRefusee_ = false;
+    bool panneImprimante_ = false;
     bool pageEnAttente_ = false; // a new page asked for, begun by the next drawing
     void Refuse();
     // Begins the page asked for; false when there is nothing to paint on.
+    // A print job that has refused fails here.
     bool Pret();
     bool contours_ = false;
     void Ouvre();

@@ -285,22 +285,24 @@ void EntreeNiveau(Etat& e, int niveau) {
 }
 
 // The failure handler: marks the line and shows the box of the failure.
-void Gestionnaire(Etat& e, int niveau, bool imprimante) {
+// The printer's failure: the rest of the run draws on the pane, and the box
+// names no line.
+void PanneImprimante(Etat& e) {
+    e.TexteErreur.clear();
+    if (e.ArretDemande) return;
+    e.Surf = e.Pane;
+    ++e.ErreursAffichees;
+    if (e.Host)
+        e.Host->Message(QStringLiteral("Mirel"), CrLf() + QStringLiteral("Erreur d'imprimante [Printer error]") + CrLf(),
+                        Boutons::Ok);
+}
+
+void Gestionnaire(Etat& e, int niveau) {
     if (e.ArretDemande) {
         e.TexteErreur.clear();
         return;
     }
     Hote* h = e.Host;
-    if (imprimante) {
-        // The rest of the run draws on the pane; the line is not marked.
-        e.Surf = e.Pane;
-        ++e.ErreursAffichees;
-        if (h)
-            h->Message(QStringLiteral("Mirel"),
-                       CrLf() + QStringLiteral("Erreur d'imprimante [Printer error]") + CrLf(), Boutons::Ok);
-        e.TexteErreur.clear();
-        return;
-    }
     CtxFic& c = e.PileFic[niveau];
     // Mark the line: at level 1 the current line, below it the Fichier line of level 1.
     const CtxFic& m = e.PileFic[1];
@@ -426,11 +428,11 @@ void Interprete(Etat& e, int& niveau) {
         ErreurDeCommande(e, niveau);
     } catch (const ErreurImprimante&) {
         e.NiveauCourant = niveau;
-        Gestionnaire(e, niveau, true);
+        PanneImprimante(e);
         echec = true;
     } catch (const std::exception&) {
         e.NiveauCourant = niveau;
-        Gestionnaire(e, niveau, false);
+        Gestionnaire(e, niveau);
         echec = true;
     }
     if (e.ArretDemande) FermeFichiers(e);
@@ -515,6 +517,5 @@ void Visualiser(Etat& e) {
     e.Repere.ZoomE = 1.0f;
     e.Repere.ZoomI = 1.0f;
     e.Repere.ZoomDepartI = 1.0f;
-    e.Repere.PointX = e.Repere.PointY = 0;
     LanceExecution(e);
 }

@@ -267,6 +267,13 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     pages.pdf.reset();
     pages.svg.clear();
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
+    if (imprimante.PageRefusee()) {
+        res.statut = 2;
+        res.erreur = format == Format::Png
+                         ? QStringLiteral("the page is too large to draw at %1 dpi").arg(options.dpi)
+                         : QStringLiteral("cannot draw the page");
+        return res;
+    }
     if (!pages.Ecrit(res.erreur)) {
         res.statut = 2;
         return res;
