@@ -282,34 +282,30 @@ void Apercu::ExecuteDirect() {
         Minuterie.start();
         return;
     }
-    Etat& e = f_.e;
-    Hote* fenetre = e.Host;
-    HoteApercu hote(f_, HoteApercu::Genre::Direct);
-    e.Host = &hote;
-    f_.FixeFichierPrincipal();
-    FermeFichiers(e);
-    LanceExecution(e);
-    FermeFichiers(e);
-    e.Host = fenetre;
-    EcritArret(hote.ligne, hote.raison);
+    SansQuestion(false, [this] {
+        f_.FixeFichierPrincipal();
+        FermeFichiers(f_.e);
+        LanceExecution(f_.e);
+    });
 }
 
 // The view drawn again at its new scale, pan or size, without asking anything.
 void Apercu::RelanceVue() {
-    if (EnCours()) return;
-    Etat& e = f_.e;
-    Hote* fenetre = e.Host;
-    HoteApercu hote(f_, HoteApercu::Genre::Vue);
-    e.Host = &hote;
-    f_.RelanceSansZoom();
-    FermeFichiers(e);
-    e.Host = fenetre;
-    EcritArret(hote.ligne, hote.raison);
+    if (!EnCours()) SansQuestion(true, [this] { f_.RelanceSansZoom(); });
 }
 
-// The status line: where and why the last run of the view stopped, or nothing.
-void Apercu::EcritArret(int ligne, const QString& raison) {
+// A run through the host that never asks; the status line then says where
+// and why it stopped, or nothing.
+void Apercu::SansQuestion(bool vue, const std::function<void()>& lance) {
+    Etat& e = f_.e;
+    Hote* fenetre = e.Host;
+    HoteApercu hote(f_, vue ? HoteApercu::Genre::Vue : HoteApercu::Genre::Direct);
+    e.Host = &hote;
+    lance();
+    FermeFichiers(e);
+    e.Host = fenetre;
     const CadreVue c = Cadre();
-    f_.pane->EcritEtat(raison.isEmpty() ? QString() : TexteArretApercu(f_.regl.LangueMenus, ligne, raison),
+    f_.pane->EcritEtat(hote.raison.isEmpty() ? QString()
+                                             : TexteArretApercu(f_.regl.LangueMenus, hote.ligne, hote.raison),
                        int(c.largeurPx - c.editeurPx));
 }

@@ -24,6 +24,8 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
+
 class Form1;
 class QAction;
 class QMenu;
@@ -74,7 +76,7 @@ private:
     // A run at the same zoom that answers the boxes and prompts as the
     // user did in the window's last run, and stops rather than ask anew.
     void RelanceVue();
-    void EcritArret(int ligne, const QString& raison);
+    void SansQuestion(bool vue, const std::function<void()>& lance);
     bool EnCours() const; // a run is under way
     bool Libre() const;   // no run under way, no tool holding the mouse
     void FinDeRun();
