@@ -203,7 +203,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
 // off by default; an edit by the program (colouring, loading) is no typing.
 TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     Banc b;
-    Form1& f = b.Demarre("Cercle = 50, 50, 10\r\n");
+    Form1& f = b.Demarre("ZoomIniI = 2\r\nCercle = 50, 50, 10\r\n");
     Apercu& a = ApercuDe(f);
     Marque(f);
     Tape(f, "Cercle = 50, 50, 20\r\n");
@@ -216,6 +216,12 @@ TEST(Vue, LivePreviewRunsAfterTypingPausesAndIsRemembered) {
     EXPECT_FALSE(RunDirect(f));
     QTest::qWait(Apercu::DelaiDirect + 100);
     EXPECT_TRUE(f.pane->TexteEtat().isEmpty() && !a.Minuterie.isActive()) << f.pane->TexteEtat().toStdString();
+    // The print zoom follows the text as at F4: a ZoomIniI commented out is no longer in force.
+    EXPECT_EQ(f.e.Repere.ZoomDepartI, 2.0f);
+    f.RTB1->moveCursor(QTextCursor::Start);
+    QTest::keyClick(f.RTB1, '\'');
+    QTest::qWait(Apercu::DelaiDirect + 100);
+    EXPECT_EQ(f.e.Repere.ZoomDepartI, 1.0f);
     Marque(f);
     f.RTB1->Cmd_Ctrl_K();
     QTest::qWait(Apercu::DelaiDirect + 100);

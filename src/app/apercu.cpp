@@ -285,6 +285,9 @@ void Apercu::ExecuteDirect() {
     SansQuestion(false, [this] {
         f_.FixeFichierPrincipal();
         FermeFichiers(f_.e);
+        // The text's printer zoom as F4 takes it: 1 unless its ZoomIniI sets
+        // it. The screen's zoom stays.
+        f_.e.Repere.ZoomDepartI = 1.0f;
         LanceExecution(f_.e);
     });
 }
