@@ -85,10 +85,16 @@ TEST_F(Vars, RemplaceVarSubstitutes) {
         // List items: by separator, by character, by the second separator or a given one.
         {"%L(2)", "b"}, {"%L(#3)", "b"}, {"%L(#9)", ""}, {"%S(§3)", "z"}, {"%L(%I)", "b"},
         {"%P(§\"--\"2)", "2"},
+        {"%L(-2)", "b,c"}, {"%S(§-2)", "y§z"}, {"%L(0)", ""}, // a negative index runs to the end, as ParaN
         {"VAR(%N)", "%X"}, // the % of the value is not substituted again
         {"%iRec", "1"}, {"%PI", "3.14159265358979"}, {"%CR", "\r"}, {"%Imp", "0"}, {"%EOF", "1"},
         {"%Pol", "Times New Roman"}};
     for (const auto& [texte, attendu] : cas) EXPECT_EQ(Remplace(texte), QString::fromUtf8(attendu)) << texte;
+    // The form is "(§" whatever the second separator; its items are split on that separator.
+    e.Separateur2 = "!";
+    Pose("%T", QString::fromUtf8("a!b§c"));
+    EXPECT_EQ(Remplace(QString::fromUtf8("%T(§2)")), QString::fromUtf8("b§c"));
+    e.Separateur2 = QString::fromUtf8("§");
     EXPECT_TRUE(Remplace("%Datex").endsWith('x')); // the predefined name's end isn't checked
     Pose("%CR", "user");
     EXPECT_EQ(Remplace("%CR"), QStringLiteral("user")); // a user variable comes first

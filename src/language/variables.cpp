@@ -167,9 +167,9 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
         sep = Mid(interieur, 3, fin - 3);
         if (sep.size() > 1 && InStr(2, sep, QStringLiteral("%")) > 0) RemplaceVar(e, sep);
         interieur = Mid(interieur, fin + 1);
-    } else if (interieur.startsWith(e.Separateur2)) {
-        genre = SousParametre;
-        interieur = interieur.mid(e.Separateur2.size());
+    } else if (interieur.startsWith(u'§')) {
+        genre = SousParametre; // split on the second separator, whatever it is now
+        interieur = interieur.mid(1);
     }
     QString index = Trim(interieur);
     if (index.startsWith(u'%')) {
@@ -183,12 +183,14 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
     case Caractere:
         item = Mid(valeur, n, 1);
         break;
+    // Only an index above the count fails; a negative one runs to the end of
+    // the value, as a parameter reader's does, and 0 is the empty text.
     case Parametre:
-        if (n > NbPara(e, valeur) || n < 1) Echec(e, QString());
+        if (n > NbPara(e, valeur)) Echec(e, QString());
         item = Piece(valeur, n, e.Separateur1);
         break;
     case SousParametre:
-        if (n < 1 || n > (valeur.isEmpty() ? 0 : 1 + int(valeur.count(sep)))) Echec(e, QString());
+        if (n > (valeur.isEmpty() ? 0 : 1 + int(valeur.count(sep)))) Echec(e, QString());
         item = Piece(valeur, n, sep);
         break;
     }
