@@ -475,7 +475,8 @@ void Affectation(Etat& e) {
             const int niveau = NiveauPortee(e, marque);
             const QString nom = u'%' + Mid(e.NomAffecte, 8);
             const int slot = ChercheVar(e, nom, niveau);
-            const QString valeur = TraiteValeur(e, ValeurLigne(e, slot == 0));
+            // Read at this level: its VAR( forms take this level's values.
+            const QString valeur = TraiteValeur(e, ValeurLigne(e, false));
             if (slot > 0) {
                 Stocke(e, niveau, slot, valeur);
             } else {
