@@ -20,6 +20,9 @@ TEST(Flux, BranchesAndJumps) {
         // Nothing in a skipped branch runs, nested blocks and one-line forms included.
         {"If 1 = 2 Then\nIf 1 = 1 Then CT = 9, 9\nIf 1 = 1 Goto Ailleurs\nEndIf\nCT = 1, 1\nAilleurs:\n", 1, 1},
         {"If 1 = 2 Then\nIf 1 = 1 Then\nCT = 9, 9\nElse\nCT = 8, 8\nEndIf\nEndIf\nCT = 1, 1\n", 1, 1},
+        // A comment after Then, on a skipped block and on an ElseIf.
+        {"If 1 = 2 Then ' a\nIf 1 = 1 Then ' b\nCT = 9, 9\nEndIf\nCT = 8, 8\nEndIf\nCT = 1, 1\n", 1, 1},
+        {"If 1 = 2 Then\nCT = 9, 9\nElseIf 2 = 2 Then ' c\nCT = 2, 2\nEndIf\n", 1, 2},
         // IfT compares texts, with case.
         {"%N = abc\nIfT %N = abc Then CT = 1, 1\nIfT %N = ABC Then CT = 2, 2\nIfT \"%N\" < \"abd\" Then CT = 3, 3\n", 2, 3},
         {"%N = x\nIfT (%N = x) AND (%N <> y) Then CT = 1, 1\nIfT NOT %N = x Then CT = 2, 2\n", 1, 1},

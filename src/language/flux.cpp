@@ -58,6 +58,13 @@ bool Verite(Etat& e, QString condition, bool texte) {
     return ok && v != 0;
 }
 
+// Whether the condition's line, its comment cut, ends with "Then": it opens a block.
+bool FinitParThen(const Etat& e) {
+    const QString h = e.LigneCourante.toUpper();
+    const int t = InStr(h, QStringLiteral("THEN"));
+    return t > 0 && QueDesBlancs(h, t + 4);
+}
+
 // If, ElseIf, IfT, ElseIfT: a jump (Then Goto), a one-line Then, or a block.
 void Si(Etat& e, bool sinonSi, bool texte) {
     if (e.Host) e.Host->PompeEvenements();
@@ -67,11 +74,9 @@ void Si(Etat& e, bool sinonSi, bool texte) {
         return;
     }
     const int d = c.NivSi;
-    const QString ligneHaut = c.Ligne.toUpper();
     if (sinonSi) {
         if (c.ElseVu[d] || c.NivSi == 0) Echec("ElseIf");
-        const int t = InStr(5, ligneHaut, QStringLiteral("THEN"));
-        if (t == 0 || !QueDesBlancs(ligneHaut, t + 4)) Echec("ElseIf sans Then");
+        if (!FinitParThen(e)) Echec("ElseIf sans Then");
     }
     const QString l = e.LigneCourante;
     const QString haut = l.toUpper();
@@ -201,9 +206,7 @@ bool FiltreSi(Etat& e) {
     if (!c.SauteSi[d]) return true;
     const QString& mot = c.Mot;
     if (mot == QLatin1String("IF") || mot == QLatin1String("IFT")) {
-        const QString h = c.Ligne.toUpper();
-        const int t = InStr(h, QStringLiteral("THEN"));
-        if (t > 0 && QueDesBlancs(h, t + 4)) {
+        if (FinitParThen(e)) {
             // A block inside skipped code: all its branches will be passed over.
             EntreeSi(e);
             c.SauteSi[c.NivSi] = true;
