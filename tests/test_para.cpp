@@ -42,7 +42,8 @@ TEST_F(Para, ParaCoordCartesianRelativeAndPolar) {
     // From the reference point (5, 7).
     const std::tuple<const char*, double, double> cas[] = {
         {"10, 20", 10, 20}, {"10R, 20R", 15, 27}, {"10§R, 2", 15, 2}, {"90°, 10", 5, 17}, {", ", 5, 7},
-        {"3, §45", 3, 7}}; // a y beginning with the second separator is no value
+        {"3, §45", 3, 7}, // a y beginning with the second separator is no value
+        {"1R, 2R§0", 6, 9}}; // a relative y keeps its "R" before a rotation
     for (const auto& [texte, x0, y0] : cas) {
         double x = 0, y = 0;
         ParaCoord(e, x, y, texte, 1, 5, 7);

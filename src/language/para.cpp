@@ -145,8 +145,9 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
     auto relatif = [&](const QString& t) { return t.endsWith(u'R') || t.contains(s2 + u'R'); };
     if (a.isEmpty()) x = refX;
     else x = Valeur(e, a) * fx + (relatif(a) ? refX : 0);
+    // y is relative when it ends in "R" before its rotation, or when "R" follows the second separator.
     if (b.isEmpty() || bEntier.startsWith(s2)) y = refY;
-    else y = Valeur(e, b) * fy + (relatif(bEntier) ? refY : 0);
+    else y = Valeur(e, b) * fy + (b.endsWith(u'R') || bEntier.contains(s2 + u'R') ? refY : 0);
 }
 
 double ValeurOuDefaut(Etat& e, const QString& texte, double defaut) {
