@@ -36,7 +36,7 @@ TEST(Interprete, OneBoxEndsTheRun) {
         {"CT = 1, 1\n_", "Erreur dans la ligne : 2: \r\n\r\n", false, 1},
         {"E1:\nGoto E1 ' a=b\n", "Erreur de commande dans la ligne : 2: Goto E1 ' a=b\r\n", true, 0},
         {"Bidule = 3\nCT = 1, 1\n", "Erreur de commande dans la ligne : 1: Bidule = 3\r\n", true, 0},
-        {"Facteurs = 2\nCT = 1, 1\n", "Erreur dans la ligne : 1: Facteurs = 2\r\n\r\n%iRec\t= 1", false, 0},
+        {"Facteurs = 2\nCT = 1, 1\n", "Erreur de commande dans la ligne : 1: Facteurs = 2\r\n", true, 0},
         {"CentreE = 10, 10\nCentreE = 20, 20\n",
          "Erreur dans l'ordre des commandes ligne : 2: CentreE = 20, 20\r\n" + LoadResString(161) + "\r\n", true, 1},
         {"If 1 = 1 Then\nCT = 1, 1\n", "Erreur : If[T] sans Endif", true, 1},

@@ -393,8 +393,7 @@ void CmdZoomIniI(Etat& e) { ZoomInitial(e, e.Repere.ZoomDepartI); }
 
 // Retired from main programs: a command error at level 1, skipped below it.
 void CmdFacteur(Etat& e) {
-    // At level 1 a failure of the line, deliberately.
-    if (e.NiveauCourant == 1) throw ErreurProvoquee("Facteurs");
+    if (e.NiveauCourant == 1) throw ErreurCommande();
 }
 
 void CmdCentreE(Etat& e) { Centre(e, true, false); }
