@@ -142,12 +142,15 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
         return;
     }
     if (a.contains(u'°')) throw ErreurProvoquee("° dans x");
-    auto relatif = [&](const QString& t) { return t.endsWith(u'R') || t.contains(s2 + u'R'); };
+    // A coordinate is relative when its value ends in "R" (before a rotation
+    // the y carries), or when "R" follows the second separator.
+    auto relatif = [&](const QString& valeur, const QString& entier) {
+        return valeur.endsWith(u'R') || entier.contains(s2 + u'R');
+    };
     if (a.isEmpty()) x = refX;
-    else x = Valeur(e, a) * fx + (relatif(a) ? refX : 0);
-    // y is relative when it ends in "R" before its rotation, or when "R" follows the second separator.
+    else x = Valeur(e, a) * fx + (relatif(a, a) ? refX : 0);
     if (b.isEmpty() || bEntier.startsWith(s2)) y = refY;
-    else y = Valeur(e, b) * fy + (b.endsWith(u'R') || bEntier.contains(s2 + u'R') ? refY : 0);
+    else y = Valeur(e, b) * fy + (relatif(b, bEntier) ? refY : 0);
 }
 
 double ValeurOuDefaut(Etat& e, const QString& texte, double defaut) {
