@@ -72,7 +72,7 @@ void SurfacePeinte::Ouvre() {
     painter_ = std::make_unique<QPainter>(device_);
     if (!painter_->isActive()) {
         painter_.reset();
-        Refuse();
+        pageRefusee_ = true;
         return;
     }
     raster_ = painter_->paintEngine() && painter_->paintEngine()->type() == QPaintEngine::Raster;
@@ -81,8 +81,6 @@ void SurfacePeinte::Ouvre() {
     painter_->setRenderHint(QPainter::SmoothPixmapTransform, true);
     painter_->scale(echelle_, echelle_);
 }
-
-void SurfacePeinte::Refuse() { pageRefusee_ = true; }
 
 void SurfacePeinte::EndDoc() {
     if (painter_) painter_->end();
@@ -289,7 +287,7 @@ bool SurfacePeinte::Pret() {
         // A paged device (a PDF writer, a printer) takes the next sheet of
         // the same document; any other starts a new picture.
         if (auto* pages = dynamic_cast<QPagedPaintDevice*>(device_)) {
-            if (!pages->newPage()) Refuse();
+            if (!pages->newPage()) pageRefusee_ = true;
         } else {
             EndDoc();
             Ouvre();

@@ -57,7 +57,6 @@ private:
     bool pageRefusee_ = false;
     bool panneImprimante_ = false;
     bool pageEnAttente_ = false; // a new page asked for, begun by the next drawing
-    void Refuse();
     // Begins the page asked for; false when there is nothing to paint on.
     // A print job that has refused fails here.
     bool Pret();
