@@ -105,6 +105,12 @@ TEST(Plot, SymbolsAndRefusedSymbol) {
     s = d.Lance("%CmdSymb = Plus=#X,#Y,%T\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
     ASSERT_EQ(Messages(*s).size(), 1);
     EXPECT_TRUE(Messages(*s)[0].contains("%T : non initialisée")) << Messages(*s)[0].toStdString();
+    // #SYMB takes the element at the point's index (from 1, in its block) modulo the list's length.
+    Dossier b("0;0\n1;2\n2;4\n'EOD\n0;0\n1;1\n");
+    s = b.Lance("%SYMB = 1,2,3\n%CmdSymb = Cercle=#X,#Y,#SYMB\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    QList<double> rayons;
+    for (const OpSurface& op : Ops(*s, OpSurface::Cercle)) rayons.append(op.r);
+    EXPECT_EQ(rayons, (QList<double>{2, 3, 1, 2, 3}));
 }
 
 // A missing or too short file shows the file error and the run goes on.

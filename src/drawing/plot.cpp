@@ -251,8 +251,9 @@ QString TexteSymbole(Etat& e) {
     return SymboleDefaut;
 }
 
-// The symbol at one point (mm from the origin), with the i-th elements of the
-// symbol lists.
+// The symbol at one point (mm from the origin). The symbol lists are read at
+// the point's index in its block, counted from 1, modulo their length: the
+// first point takes the second element.
 void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringList& symb,
              const QStringList& symb2) {
     if (!symb2.isEmpty()) texte.replace(QLatin1String("#SYMB2"), symb2[i % symb2.size()], Qt::CaseInsensitive);
@@ -458,7 +459,6 @@ void Plot(Etat& e, Genre genre) {
         if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB2"), v)) listeSymb2 = v.split(e.Separateur1);
     }
     QStringList comptes;
-    int rang = 0;
     for (Bloc& b : blocs) {
         const int n = int(b.y.size());
         comptes.append(QString::number(n));
@@ -517,7 +517,7 @@ void Plot(Etat& e, Genre genre) {
             Tourne(rotation, x, y);
             const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);
             if (genre == Genre::Symbole) {
-                if (dedans) Symbole(e, symbole, x, y, rang, listeSymb, listeSymb2);
+                if (dedans) Symbole(e, symbole, x, y, int(i + 1), listeSymb, listeSymb2);
             } else if (genre == Genre::Surface && b.ferme) {
                 pixels.append(PixelDevice(e, vx, vy));
                 contour.append({vx, vy});
@@ -526,7 +526,6 @@ void Plot(Etat& e, Genre genre) {
             }
             avantDedans = dedans;
             sx = vx, sy = vy;
-            ++rang;
         }
         commandesJusqua(n);
         if (genre == Genre::Surface && b.ferme && e.Surf && pixels.size() > 2 && e.Styles.CouleurDefaut != -1) {
