@@ -89,6 +89,7 @@ TEST(Es, InputAndListeVar) {
 }
 
 // The word must be exact (case too), else the start value is back; a value below 1 changes nothing; Var <= 64.
+// The options line is read with ",,," added, whatever the separator.
 TEST(Es, OptionsSetTheLimitsOfTheLevel) {
     const std::tuple<QString, int CtxFic::*, int> cas[] = {
         {"Var,100,,OptMaxVar", &CtxFic::MaxVar, 64},
@@ -98,6 +99,11 @@ TEST(Es, OptionsSetTheLimitsOfTheLevel) {
         {"MaxIf,7,,OptMaxIf", &CtxFic::MaxSi, 4},
         {"MaxIf,3,,OptMaxIf\nOptions#$ = MaxIf,0,,OptMaxIf", &CtxFic::MaxSi, 3},
         {"Plot,2000,,OptMaxPlot", &CtxFic::MaxPlot, 2000000},
+        {"Var,1e12,,OptMaxVar", &CtxFic::MaxVar, 64},
+        {"Plot,3e6,,OptMaxPlot", &CtxFic::MaxPlot, 50100}, // beyond a 32-bit count: the line fails
+        // ",,," is added whatever the separator: under ";" the word must end the line with ";".
+        {"Var,40,,OptMaxVar\nSeparateur = ;\nOptions#$ = Var;50;;OptMaxVar", &CtxFic::MaxVar, 33},
+        {"Var,40,,OptMaxVar\nSeparateur = ;\nOptions#$ = Var;50;;OptMaxVar;", &CtxFic::MaxVar, 50},
     };
     for (const auto& [options, limite, attendu] : cas)
         EXPECT_EQ(Lance("Options#$ = " + options + "\n")->etat.PileFic[1].*limite, attendu) << options.toStdString();

@@ -300,7 +300,9 @@ void CmdListeVar(Etat& e) {
 }
 
 void CmdOptions(Etat& e) {
-    const QString t = e.LigneCourante + e.Separateur1 + e.Separateur1 + e.Separateur1;
+    // The line is completed with ",,," and then split on the first separator:
+    // under another separator the word must be followed by one to be read.
+    const QString t = e.LigneCourante + QStringLiteral(",,,");
     const QString choix = Trim(Piece(t, 1, e.Separateur1));
     QString deux = Trim(Piece(t, 2, e.Separateur1));
     const double v = deux.isEmpty() ? 0 : EvalExpr(e, deux).value_or(0);
@@ -310,14 +312,18 @@ void CmdOptions(Etat& e) {
     // below 1 changes nothing.
     if (choix == QLatin1String("Var")) {
         if (mot != QLatin1String("OptMaxVar")) c.MaxVar = 33;
-        else if (v >= 1) c.MaxVar = std::min(int(v), MaxVarAbsolu);
+        else if (v >= 1) c.MaxVar = int(std::min(v, double(MaxVarAbsolu)));
     } else if (choix == QLatin1String("MaxIf")) {
         if (mot != QLatin1String("OptMaxIf")) c.MaxSi = 2;
         else if (v >= 1) c.MaxSi = v >= 5 ? 4 : int(v);
     } else if (choix == QLatin1String("Plot") || choix == QLatin1String("PlotP") ||
                choix == QLatin1String("PlotS")) {
         if (mot != QLatin1String("OptMaxPlot")) c.MaxPlot = 50100;
-        else if (v >= 1) c.MaxPlot = int32_t(v * 1000);
+        else if (v >= 1) {
+            // The most points is a 32-bit count: beyond it the line fails.
+            if (!(v * 1000 <= 2147483647.0)) throw ErreurExecution("Overflow");
+            c.MaxPlot = int32_t(v * 1000);
+        }
     }
 }
 
