@@ -38,14 +38,15 @@ void Verifie(Routine r, Cas cas) {
     }
 }
 
-// Fails the line in a state without variables.
-bool Echoue(Routine r, const QString& texte) {
+// Fails the line in a state without variables; the failure's text, if any, goes to `texteErreur`.
+bool Echoue(Routine r, const QString& texte, QString* texteErreur = nullptr) {
     Etat e;
     e.NiveauCourant = 1;
     QString t = texte;
     try {
         r(e, t);
     } catch (const ErreurProvoquee&) {
+        if (texteErreur) *texteErreur = e.TexteErreur;
         return true;
     }
     return false;
@@ -71,9 +72,12 @@ TEST(FonctionsTexte, FormsAreReplacedInnerFirst) {
              {"LEFX(\"abc\")", "LEFX(\"abc\")"}, {"UCAS(\"abc", "UCAS(\"abc"},
              // A "(" before position 5 ends the scan before the form on its left.
              {"EF3(\"abc\")", "EF3(\"abc\")"}, {"(LEF3(\"abcd\"))", "(abc)"}});
-    // LEFL and RIGR read %Lef and %Rig, which must exist.
-    EXPECT_TRUE(Echoue(FonctionsTexte, "LEFL(\"abcd\")"));
-    EXPECT_TRUE(Echoue(FonctionsTexte, "RIGR(\"abcd\")"));
+    // LEFL and RIGR read %Lef and %Rig, which must exist: their absence shows as an undefined variable.
+    QString texte;
+    EXPECT_TRUE(Echoue(FonctionsTexte, "LEFL(\"abcd\")", &texte));
+    EXPECT_TRUE(texte.startsWith("%Lef : non initialisée")) << texte.toStdString();
+    EXPECT_TRUE(Echoue(FonctionsTexte, "RIGR(\"abcd\")", &texte));
+    EXPECT_TRUE(texte.startsWith("%Rig : non initialisée")) << texte.toStdString();
 }
 
 TEST(FonctionsComptage, OnlyTheFirstFormIsCounted) {
