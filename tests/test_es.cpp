@@ -48,6 +48,8 @@ TEST(Es, DataFilesReadAndWritten) {
          "", "", "a.txt", std::nullopt},
         {"Open of a missing file names it", {}, "Open = absent.txt\n", "",
          "<D>/absent.txt : fichier non trouvé [File not found]\r\n\r\n"},
+        {"Open of a name that exists but cannot be read fails without saying not found", {{"lib/x.txt", ""}},
+         "Open = lib\n", "", "Open = lib\r\n\r\n%iRec"},
     };
     for (const Cas& c : cas) {
         SCOPED_TRACE(c.quoi);
@@ -80,6 +82,7 @@ TEST(Es, InputAndListeVar) {
     s.Execute();
     EXPECT_EQ(Variable(s, "%R") + "|" + Variable(s, "%N"), "25|");
     EXPECT_EQ(Variable(*Lance("Input = Rayon?§12, %R\n"), "%R"), "12");
+    EXPECT_EQ(Variable(*Lance("Input =< Nom§  Jean , %N\n"), "%N"), "  Jean "); // "<" keeps the blanks
     EXPECT_EQ(Lance("Input = Rayon?, R\n")->hote.Messages().size(), 1);
     auto l = Lance("%A = 1\nListeVar = note\nCT = 1, 1\n", {"cancel"});
     ASSERT_EQ(l->hote.Messages().size(), 1);

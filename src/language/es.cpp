@@ -121,9 +121,12 @@ void CmdOpen(Etat& e) {
     PartieCommune(e, nom);
     e.FichierNonTrouve = true;
     e.NomFichierNonTrouve = nom;
-    auto f = std::make_shared<QFile>(nom);
-    if (!f->open(QIODevice::ReadOnly)) Echec("fichier non trouvé");
+    if (!QFileInfo::exists(nom)) Echec("fichier non trouvé");
+    // A name that exists but cannot be read (a folder, no permission) fails
+    // without the not-found text.
     e.FichierNonTrouve = false;
+    auto f = std::make_shared<QFile>(nom);
+    if (!f->open(QIODevice::ReadOnly)) Echec("ouverture impossible");
     c.Donnees = f;
     if (f->atEnd()) FermeDonnees(c); // an empty file: %EOF reads 1
 }
@@ -245,8 +248,8 @@ void CmdInput(Etat& e) {
     const QString nom = Trim(ParaBrut(e, e.LigneCourante, 2));
     if (!nom.startsWith(u'%')) Echec("Input : nom");
     std::optional<QString> r;
-    if (e.Host) r = e.Host->Saisie(QStringLiteral("Mirel INPUT ") + nom, Trim(invite), Trim(defaut));
-    else r = Trim(defaut);
+    if (e.Host) r = e.Host->Saisie(QStringLiteral("Mirel INPUT ") + nom, invite, defaut);
+    else r = defaut;
     if (!r || *r == QLatin1String("$Cancel$")) {
         FinCommeStop(e);
         return;
