@@ -84,7 +84,8 @@ public:
 
 // A window on in-memory configuration (French), temporary program and working folders.
 struct Banc {
-    QTemporaryDir programme, travail;
+    // The working folder's name holds a comma and a blank, as users' folders may.
+    QTemporaryDir programme, travail{QDir::tempPath() + "/mirel, essai-XXXXXX"};
     ConfigMemoire config;
     BoitesTest boites;
     QString imprimante = "Imprimante de test";

@@ -186,8 +186,10 @@ TEST(Impression, PrinterFailureFailsTheLine) {
     Banc b;
     Ecrit(b.travail.filePath("inc.dat"), "CT = 0, 0\nCT = 5, 5\n");
     const QString panne = b.travail.filePath("absent/job.pdf"), boite = "\r\nErreur d'imprimante [Printer error]\r\n";
-    for (const QString& programme : {QString("CT = 10, 10\nCT = 20, 20\n"), "Fichier = " + b.travail.filePath("inc.dat") + "\nCT = 20, 20\n"}) {
-        const ResultatImpression r = ImprimeProgramme(Programme(programme), b.travail.filePath("a.dat"), *PdfImprimante(panne), Reglages());
+    for (const QString& programme : {QString("CT = 10, 10\nCT = 20, 20\n"), QString("Fichier = inc.dat\nCT = 20, 20\n")}) {
+        Reglages regl;
+        regl.DossierFichier = b.travail.path() + "/";
+        const ResultatImpression r = ImprimeProgramme(Programme(programme), b.travail.filePath("a.dat"), *PdfImprimante(panne), regl);
         EXPECT_EQ(r.statut, 2) << programme.toStdString();
         EXPECT_EQ(r.messages, QStringList{"Mirel\n" + boite}) << programme.toStdString();
     }

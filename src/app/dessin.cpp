@@ -518,7 +518,10 @@ void FrmDessin::Rejoue() {
     e.Repere.OrigineY = f_.RefCurY;
     e.Repere.CTx = e.Repere.CTy = 0;
     e.Repere.AngRotDefaut = 0;
-    const QString ligne = LignePlotDessin(CheminTravail(), lissage_);
+    // The work file by its bare name, found beside a main file in the working
+    // folder: the folder's path may hold the Plot line's separators.
+    e.FichierPrincipal = CheminTravail();
+    const QString ligne = LignePlotDessin(QFileInfo(CheminTravail()).fileName(), lissage_);
     e.LigneCourante = ligne.mid(ligne.indexOf(u'=') + 1);
     const int garde = s->DrawWidth;
     s->DrawWidth = largeur_;
