@@ -28,8 +28,8 @@ TEST(Es, DataFilesReadAndWritten) {
         std::optional<QString> contenu = {};
     };
     const std::vector<Cas> cas = {
-        {"LVar after the last line sets %EOF", {{"data.txt", "' header\r\nfirst\r\nsecond\r\n"}},
-         "Open = data.txt\nLVar = %L\n%E1 = %EOF\nLVar = %L\n%E2 = %EOF\n", "%E1=0;%L=second;%E2=1"},
+        {"LVar after the last line sets %EOF; the name's case does not matter", {{"data.txt", "' header\r\nfirst\r\nsecond\r\n"}},
+         "Open = Data.TXT\nLVar = %L\n%E1 = %EOF\nLVar = %L\n%E2 = %EOF\n", "%E1=0;%L=second;%E2=1"},
         {"a data file of comments only gives an empty variable", {{"c.txt", "' one\r\n' two\r\n"}},
          "Open = c.txt\nLVar = %L\n%r = [%L\n", "%r=["},
         {"Open without a name closes", {{"data.txt", "a\r\nb\r\n"}}, "Open = data.txt\n%E1 = %EOF\nOpen\n%E2 = %EOF\n",

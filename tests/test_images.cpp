@@ -91,7 +91,9 @@ TEST(Images, FileLookUp) {
     QFile casse(d.d.filePath("casse.png"));
     ASSERT_TRUE(casse.open(QIODevice::WriteOnly) && casse.write("\x89PNG not a picture") > 0);
     casse.close();
-    for (const QString& l : {QString("%N = logo.png\nImage = %N, 0, 0"), "%D = " + d.d.path() + "\nImage = %D/logo.png, 0, 0"})
+    // Names compare without regard to case.
+    for (const QString& l : {QString("%N = logo.png\nImage = %N, 0, 0"), "%D = " + d.d.path() + "\nImage = %D/logo.png, 0, 0",
+                             QString("Image = LOGO.Png, 0, 0")})
         EXPECT_EQ(Ops(*d.Lance(l), OpSurface::Image).value(0).fichier, d.d.filePath("logo.png"));
     // Inside an included file, a picture missing beside the main file is taken beside the included one.
     ASSERT_TRUE(QDir(d.d.path()).mkdir("lib") && QFile::copy(d.d.filePath("logo.png"), d.d.filePath("lib/voisin.png")));
@@ -99,6 +101,9 @@ TEST(Images, FileLookUp) {
     ASSERT_TRUE(inclus.open(QIODevice::WriteOnly) && inclus.write("Image = voisin.png, 0, 0\r\n") > 0);
     inclus.close();
     EXPECT_EQ(Ops(*d.Lance("Fichier = " + inclus.fileName() + ", 0, 0"), OpSurface::Image).value(0).fichier,
+              d.d.filePath("lib/voisin.png"));
+    // "\" separates folders as "/" does.
+    EXPECT_EQ(Ops(*d.Lance("Image = " + d.d.path() + "\\lib\\Voisin.png, 0, 0"), OpSurface::Image).value(0).fichier,
               d.d.filePath("lib/voisin.png"));
     for (const char* icone : {"Image = mirel.ico, 0, 0", "Image = C:\\ailleurs\\MiReL.IcO, 0, 0"})
         EXPECT_MM(Ops(*d.Lance(icone), OpSurface::Image).value(0).x2, 32 * Px);

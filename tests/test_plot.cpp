@@ -90,7 +90,7 @@ TEST(Plot, SizesLimitsAndStatistics) {
 // a symbol's variables are the caller's.
 TEST(Plot, SymbolsAndRefusedSymbol) {
     Dossier d("0;0\n1;2\n2;4\n");
-    auto s = d.Lance("PlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");
+    auto s = d.Lance("PlotS = MESURE§59, 1, 2, 0, 1, 0, 1\n"); // the file's name in any case
     EXPECT_EQ(Ops(*s, OpSurface::Cercle).size(), 3);
     EXPECT_TRUE(Lignes(*s).isEmpty());
     s = d.Lance("%CmdSymb = PlotS\nPlotS = mesure§59, 1, 2, 0, 1, 0, 1\n");

@@ -53,6 +53,10 @@ QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve =
 // Where a relative name "as given" is looked for (inclusion.cpp): the working
 // folder (`DossierTravail`, else the process's current folder), ending in "/".
 QString DossierCourant(const Etat& e);
+// A file to read, named in a program (inclusion.cpp): "\" separates folders
+// as "/" does, a relative name stands in `DossierCourant`, and when no file
+// has that exact name, one whose name differs only in case is taken.
+QString CheminLecture(const Etat& e, const QString& nom);
 
 // Clears the graphic pane at the start of a run.
 void EffacePane(Etat& e);

@@ -2,6 +2,7 @@
 // src/drawing/repere.cpp).
 #include "language/es.h"
 
+#include "language/commandes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -34,14 +35,21 @@ QString DossierDe(const QString& chemin) {
     return QFileInfo(chemin).absolutePath() + u'/';
 }
 
-// The data file name of Open and OpenA: with the main file's folder (or, for
+// The data file name of Open and OpenA as written: with the main file's folder (or, for
 // Open in an included file, the included file's) in front when needed.
-QString NomFichierDonnees(Etat& e, bool lecture) {
+QString NomFichierDonneesTel(Etat& e, bool lecture) {
     QString nom = Trim(ParaN(e, e.LigneCourante, 1));
     if (QFileInfo::exists(nom) || AUnDossier(nom)) return nom;
     const QString principal = DossierDe(e.FichierPrincipal) + nom; // the name alone without a main file
-    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(principal)) return principal;
+    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(CheminLecture(e, principal))) return principal;
     return DossierDe(e.Ctx().Nom) + nom;
+}
+
+// A file read is found as the platform finds it (a backslash separates
+// folders, the name's case does not matter); a file written is named as given.
+QString NomFichierDonnees(Etat& e, bool lecture) {
+    const QString nom = NomFichierDonneesTel(e, lecture);
+    return lecture ? CheminLecture(e, nom) : nom;
 }
 
 // One line of a data file, without its line end; UTF-8 when valid, else

@@ -8,6 +8,7 @@
 
 #include "drawing/repere.h"
 #include "drawing/surface.h"
+#include "language/commandes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -73,7 +74,7 @@ QSizeF TailleDessin(Etat& e, const QString& champ, QSizeF nat, double f) {
 // A name without a folder is taken beside the main command file; inside an
 // included file, when it is not there, beside the included file, so that a
 // library's pictures can stand with its commands.
-QString CheminImage(const Etat& e, const QString& nom) {
+QString NomAvecDossier(const Etat& e, const QString& nom) {
     if (nom.contains(u':') || nom.contains(u'\\') || nom.contains(u'/')) return nom;
     const QString principal =
         e.FichierPrincipal.isEmpty() ? QString() : QFileInfo(e.FichierPrincipal).absolutePath() + u'/' + nom;
@@ -81,8 +82,13 @@ QString CheminImage(const Etat& e, const QString& nom) {
     if (e.NiveauCourant < 2 || inclus.isEmpty()) return principal.isEmpty() ? nom : principal;
     const QString voisin = QFileInfo(inclus).absolutePath() + u'/' + nom;
     if (principal.isEmpty()) return voisin;
-    return !QFileInfo::exists(principal) && QFileInfo::exists(voisin) ? voisin : principal;
+    return !QFileInfo::exists(CheminLecture(e, principal)) && QFileInfo::exists(CheminLecture(e, voisin)) ? voisin
+                                                                                                        : principal;
 }
+
+// The picture's file as the platform finds it: a backslash separates folders,
+// and the name's case does not matter.
+QString CheminImage(const Etat& e, const QString& nom) { return CheminLecture(e, NomAvecDossier(e, nom)); }
 
 } // namespace
 

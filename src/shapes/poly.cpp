@@ -10,6 +10,7 @@
 #include "drawing/styles.h"
 #include "drawing/surface.h"
 #include "language/constantes.h"
+#include "language/commandes.h"
 #include "language/erreur.h"
 #include "language/etat.h"
 #include "language/expr.h"
@@ -304,7 +305,7 @@ QString FichierDeCommande(Etat& e, const QString& nom, const QString& extension)
     }
     const QString base = QFileInfo(n).fileName();
     if (base.lastIndexOf(u'.') < 1) n += extension;
-    return n;
+    return CheminLecture(e, n);
 }
 
 bool LitLignesDonnees(const QString& chemin, QString& texte, std::vector<QStringView>& lignes) {

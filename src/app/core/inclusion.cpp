@@ -439,6 +439,14 @@ QString DossierCourant(const Etat& e) {
     return AvecBarreFinale(QDir::currentPath());
 }
 
+QString CheminLecture(const Etat& e, const QString& nom) {
+    const QString trouve = Existe(e, nom);
+    if (!trouve.isEmpty()) return trouve;
+    QString c = VersChemin(Trim(nom));
+    if (!c.isEmpty() && QFileInfo(c).isRelative()) c = DossierCourant(e) + c;
+    return c;
+}
+
 QString TexteCodeIllisible(const QString& nom) {
     return nom + QStringLiteral(" : fichier codé illisible / unreadable coded file");
 }
