@@ -7,6 +7,7 @@
 #include "app/fenetre.h"
 #include "app/editeur.h"
 
+#include <QPrinter>
 #include <QProcess>
 
 namespace {
@@ -92,8 +93,11 @@ TEST(Meter, WindowImportsAndKeepsTheEditorOnAMalformedFile) {
     Form1& f = b.Demarre("Cercle = 0, 0, 10\r\n");
     const QString mtr = b.Fichier("galva.mtr", Mtr().toUtf8());
     b.boites.reponses << mtr;
+    f.ImprimanteChoisie = std::make_unique<QPrinter>();
+    f.ImprimanteChoisie->setPageSize(QPageSize(QPageSize::Letter));
     f.Mnu_OuvrirMeter_Click();
     EXPECT_TRUE(f.RTB1->TexteCrLf().contains("Arc = 45, 135, 25.1, Noir"));
+    EXPECT_TRUE(f.RTB1->TexteCrLf().contains("CentreI = 108, ")); // the centre of the chosen printer's sheet
     EXPECT_EQ(f.FichierCourant, mtr);
     EXPECT_FALSE(f.Modifie());
     // A malformed file: a box, and the editor as it was.

@@ -1008,6 +1008,7 @@ public:
     }
     QString TexteEditeur() const override { return f.RTB1->TexteCrLf(); }
     void ChargeTexte(const TexteLu& lu) override { f.LitFic(lu); }
+    QSizeF PageImprimante() override { return f.PapierImprimante(); }
     void VideEditeur() override { f.RTB1->ChargeTexte(QString()); }
     void EcritLegende(const QString& nomCourant) override {
         f.NomCourant = nomCourant;

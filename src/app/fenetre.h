@@ -195,6 +195,8 @@ public slots:
     // One print of the text on `cible` (the chosen printer when null), then
     // the screen drawn again. False when the printer refused the job.
     bool Imprimer(QPrinter* cible = nullptr);
+    // The chosen printer's sheet in millimetres, upright.
+    QSizeF PapierImprimante();
     // Ctrl-Shift-P: a print at a zoom asked for, offered again the next time.
     void Mnu_ImprimerZoom_Click();
     // The printer choice: the queue and sheet of the next prints.

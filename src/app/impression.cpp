@@ -65,6 +65,8 @@ void MontreRefus(Boites& boites, QWidget* fenetre, const QPrinter& p, int langue
 
 } // namespace
 
+QSizeF Form1::PapierImprimante() { return PapierMm(ImprimanteDe(*this)); }
+
 QString TitreTravail(const QString& chemin) {
     return chemin.isEmpty() ? QStringLiteral("Mirel") : QFileInfo(chemin).completeBaseName();
 }

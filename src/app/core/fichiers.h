@@ -9,6 +9,7 @@
 #include "app/core/encodage.h"
 #include "language/hote.h"
 
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 
@@ -136,6 +137,9 @@ public:
     // lines coloured, caret at 0, block the first line, `ZoomE` and
     // `ZoomDepart` set, `Text1` written.
     virtual void ChargeTexte(const TexteLu& lu) = 0;
+    // The printer's sheet in millimetres, upright: a meter's centre line
+    // stands at its middle.
+    virtual QSizeF PageImprimante() { return QSizeF(210, 297); }
     virtual void VideEditeur() = 0;
     // The caption from `NomCourant`.
     virtual void EcritLegende(const QString& nomCourant) { (void)nomCourant; }

@@ -185,7 +185,7 @@ bool ChargeMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const Q
     QString erreur;
     const auto lu = LitFic(chemin, &erreur);
     ImportMeter im;
-    if (lu) im = ImporteMeter(lu->Texte, chemin, QSizeF(210, 297), r.LangueMessages);
+    if (lu) im = ImporteMeter(lu->Texte, chemin, f.PageImprimante(), r.LangueMessages);
     if (!lu || !im.Erreur.isEmpty()) {
         f.Message(lu ? im.Erreur : erreur, Boutons::Ok);
         return false;
