@@ -199,7 +199,7 @@ Form3::Form3(QWidget* parent, const ValeursConfig& v) : QDialog(parent) {
         connect(groupes_[c], &QButtonGroup::idClicked, this, [this, c](int i) { Clic(c, i); });
         h->addWidget(cadre);
     }
-    auto* ok = new QPushButton(QStringLiteral("&Valider - OK"), this);
+    auto* ok = new QPushButton(LegendeValiderLangues, this);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     auto* v2 = new QVBoxLayout(this);
     v2->addLayout(h);

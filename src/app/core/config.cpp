@@ -318,45 +318,6 @@ QString NomFichierAide(const QString& code) {
     return QStringLiteral("Mirel_") + code + QStringLiteral(".chm");
 }
 
-DialogueLangues DialogueLangues::Prepare(const Config& c, const TableChaines& table,
-                                         const QString& dossierProgramme) {
-    DialogueLangues d;
-    const int n = ::NombreLangues(table);
-    for (int i = 1; i <= n; ++i) {
-        d.noms_ << NomLangue(table, i);
-        // French help is checked first; being the base, its absence disables
-        // only itself.
-        d.aideDisponible_.push_back(
-            QFileInfo::exists(AvecBarre(dossierProgramme) + NomFichierAide(CodeLangue(table, i))));
-    }
-    d.choix_ = LanguesDeConfig(c, table);
-    for (int cadre : {CadreMessages, CadreMenus, CadreAide})
-        if (d.choix_[cadre] == 0) d.choix_[cadre] = 1;
-    return d;
-}
-
-bool DialogueLangues::Actif(int cadre, int langue) const {
-    if (langue < 1 || langue > NombreLangues()) return false;
-    if (cadre == CadreAide) return aideDisponible_[langue - 1];
-    return true;
-}
-
-QString DialogueLangues::Legende(int cadre, int langue) const {
-    if (langue < 1 || langue > NombreLangues()) return {};
-    if (!Actif(cadre, langue)) return LegendeNonDisponible;
-    return noms_[langue - 1];
-}
-
-void DialogueLangues::Clic(int cadre, int langue) {
-    if (!Actif(cadre, langue)) return;
-    choix_[cadre] = langue;
-    int dernier = cadre;
-    if (cadre == CadreMessages) dernier = CadreMasque;
-    else if (cadre == CadreMenus) dernier = CadreMasque;
-    for (int k = cadre + 1; k <= dernier; ++k)
-        if (Actif(k, langue)) choix_[k] = langue;
-}
-
 namespace {
 
 // The template that Form3 copies: program folder + "Mirel_" + code + ".DaN";

@@ -180,34 +180,9 @@ bool LanguesAChoisir(const Config& c, const TableChaines& table, const QString& 
 // --- Form3, the language dialog (logic only)
 
 inline const QString LegendeValiderLangues = QStringLiteral("&Valider - OK");
-inline const QString LegendeNonDisponible = QStringLiteral("Not available");
 
 // "Mirel_" + code + ".chm": the help file of a language.
 QString NomFichierAide(const QString& code);
-
-class DialogueLangues {
-public:
-    // The choices preset from the file (unset messages, menus and help
-    // default to 1), help options of a language whose help file is
-    // missing in the program folder disabled.
-    static DialogueLangues Prepare(const Config& c, const TableChaines& table,
-                                   const QString& dossierProgramme);
-
-    int NombreLangues() const { return int(noms_.size()); }
-    // Caption of the option of a language (1-based) in a frame.
-    QString Legende(int cadre, int langue) const;
-    bool Actif(int cadre, int langue) const;
-    int Choix(int cadre) const { return choix_[cadre]; }
-    const ChoixLangues& Choix() const { return choix_; }
-    // A click, with its cascade (frame 1 sets all four, frame 2 sets frames
-    // 3 and 4, frames 3 and 4 only themselves; only where enabled).
-    void Clic(int cadre, int langue);
-
-private:
-    QStringList noms_;
-    std::vector<bool> aideDisponible_; // by language, 0-based
-    ChoixLangues choix_{};
-};
 
 // OK of Form3: writes the four keys, copies the template of the message
 // language over "Mirel.DaN" in `DossierCfg` (when its text is longer than 5
