@@ -110,6 +110,7 @@ TEST(Es, OptionsSetTheLimitsOfTheLevel) {
     };
     for (const auto& [options, limite, attendu] : cas)
         EXPECT_EQ(Lance("Options#$ = " + options + "\n")->etat.PileFic[1].*limite, attendu) << options.toStdString();
+    EXPECT_EQ(Lance("Options#$ = Plot,3e6,,OptMaxPlot\n")->hote.Messages().size(), 1);
 }
 
 // Events run at OpenA, and a waiting Shell#$ lets them run until its process ends.

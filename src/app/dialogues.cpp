@@ -208,9 +208,7 @@ Form3::Form3(QWidget* parent, const ValeursConfig& v) : QDialog(parent) {
 
 void Form3::Clic(int colonne, int langue) {
     // The cascades: the first frame sets all four, the second the last two.
-    auto pose = [&](int c) {
-        if (options_[c][langue]->isEnabled()) options_[c][langue]->setChecked(true);
-    };
+    auto pose = [&](int c) { options_[c][langue]->setChecked(true); };
     if (colonne == 0) {
         pose(1);
         pose(2);

@@ -266,8 +266,7 @@ void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringLis
     // The symbol's variables are the caller's, whatever the command.
     if (RemplaceVar(e, p) != 0) {
         static const QRegularExpression nom(QStringLiteral("%[^\\s,;=§()+*/-]*"));
-        e.TexteErreur = TexteNonInitialisee(nom.match(p).captured());
-        throw ErreurProvoquee("variable non initialisée");
+        EchecNonInitialisee(e, nom.match(p).captured());
     }
     const bool cercle = mot == QLatin1String("CERCLE") || mot == QLatin1String("CERCLEP");
     if (cercle || mot == QLatin1String("IMAGE")) {

@@ -32,8 +32,7 @@ bool OteMm(QString& t) {
 
 double Evalue(Etat& e, QString t) {
     if (t.contains(u'%') && RemplaceVar(e, t) != 0) {
-        e.TexteErreur = TexteNonInitialisee(Trim(t));
-        throw ErreurProvoquee("épaisseur");
+        EchecNonInitialisee(e, Trim(t));
     }
     return EvalExpr(e, t).value_or(0);
 }

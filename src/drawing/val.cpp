@@ -232,8 +232,7 @@ QString TexteVal1(Etat& e, QString t, int i) {
     t.replace(e.Separateur1, s2);
     ExprTexte(e, t);
     if (RemplaceVar(e, t) != 0) {
-        e.TexteErreur = TexteNonInitialisee(t);
-        throw ErreurProvoquee("variable non initialisée");
+        EchecNonInitialisee(e, t);
     }
     t.replace(QStringLiteral("$£"), QStringLiteral(","));
     const QString txt = s2 + QStringLiteral("TXT");

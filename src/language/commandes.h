@@ -53,9 +53,12 @@ QString ChercheFichier(const Etat& e, const QString& nom, bool* boiteNonTrouve =
 // Where a relative name "as given" is looked for (inclusion.cpp): the working
 // folder (`DossierTravail`, else the process's current folder), ending in "/".
 QString DossierCourant(const Etat& e);
-// A file to read, named in a program (inclusion.cpp): "\" separates folders
-// as "/" does, a relative name stands in `DossierCourant`, and when no file
-// has that exact name, one whose name differs only in case is taken.
+// The file a program names for reading (inclusion.cpp), found as `Fichier`
+// finds its files, so that programs written with either folder separator or
+// another spelling of a name keep finding it: "\" separates folders as "/"
+// does, a relative name stands in `DossierCourant`, and when no file has that
+// exact name, one whose name differs only in case is taken. The name as
+// given when there is none.
 QString CheminLecture(const Etat& e, const QString& nom);
 
 // Clears the graphic pane at the start of a run.

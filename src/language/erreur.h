@@ -53,6 +53,13 @@ inline int Entier16Arrondi(double v) {
     return Entier16((long long)std::nearbyint(v));
 }
 
+// A count held as a checked 32-bit integer, the fraction dropped: beyond it,
+// or not a number, the line fails as an overflow.
+inline int32_t Entier32(double v) {
+    if (!(v > -2147483649.0 && v < 2147483648.0)) throw ErreurExecution("Overflow");
+    return int32_t(v);
+}
+
 // A value held as a 32-bit float. Beyond the float's range (where it would
 // round to infinity), or not a number, it is an overflow.
 inline float Float32(double v) {

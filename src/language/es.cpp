@@ -35,21 +35,17 @@ QString DossierDe(const QString& chemin) {
     return QFileInfo(chemin).absolutePath() + u'/';
 }
 
-// The data file name of Open and OpenA as written: with the main file's folder (or, for
-// Open in an included file, the included file's) in front when needed.
-QString NomFichierDonneesTel(Etat& e, bool lecture) {
-    QString nom = Trim(ParaN(e, e.LigneCourante, 1));
-    if (QFileInfo::exists(nom) || AUnDossier(nom)) return nom;
-    const QString principal = DossierDe(e.FichierPrincipal) + nom; // the name alone without a main file
-    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(CheminLecture(e, principal))) return principal;
-    return DossierDe(e.Ctx().Nom) + nom;
-}
-
-// A file read is found as the platform finds it (a backslash separates
-// folders, the name's case does not matter); a file written is named as given.
+// The data file name of Open and OpenA: with the main file's folder (or, for
+// Open in an included file, the included file's) in front when needed. A
+// file read is found as `Fichier` finds its files; a file written is named
+// as given.
 QString NomFichierDonnees(Etat& e, bool lecture) {
-    const QString nom = NomFichierDonneesTel(e, lecture);
-    return lecture ? CheminLecture(e, nom) : nom;
+    const QString nom = Trim(ParaN(e, e.LigneCourante, 1));
+    auto trouve = [&](const QString& n) { return lecture ? CheminLecture(e, n) : n; };
+    if (QFileInfo::exists(nom) || AUnDossier(nom)) return trouve(nom);
+    const QString principal = trouve(DossierDe(e.FichierPrincipal) + nom); // the name alone without a main file
+    if (!lecture || e.NiveauCourant < 2 || QFileInfo::exists(principal)) return principal;
+    return trouve(DossierDe(e.Ctx().Nom) + nom);
 }
 
 // One line of a data file, without its line end; UTF-8 when valid, else
@@ -266,8 +262,7 @@ void CmdInput(Etat& e) {
     if (op != QLatin1String("<")) {
         const QString avant = v;
         if (v.contains(u'%') && RemplaceVar(e, v) != 0) {
-            e.TexteErreur = TexteNonInitialisee(avant);
-            Echec("Input");
+            EchecNonInitialisee(e, avant);
         }
         if (op == QLatin1String("=")) v = StrF(float(EvalExpr(e, v).value_or(0))).replace(u',', u'.');
     }
@@ -330,11 +325,7 @@ void CmdOptions(Etat& e) {
     } else if (choix == QLatin1String("Plot") || choix == QLatin1String("PlotP") ||
                choix == QLatin1String("PlotS")) {
         if (mot != QLatin1String("OptMaxPlot")) c.MaxPlot = 50100;
-        else if (v >= 1) {
-            // The most points is a 32-bit count: beyond it the line fails.
-            if (!(v * 1000 <= 2147483647.0)) throw ErreurExecution("Overflow");
-            c.MaxPlot = int32_t(v * 1000);
-        }
+        else if (v >= 1) c.MaxPlot = Entier32(v * 1000);
     }
 }
 

@@ -25,8 +25,7 @@ bool QueDesBlancs(const QString& t, int apres) { return Trim(Mid(t, apres)).isEm
 void Substitue(Etat& e, QString& t) {
     const QString avant = t;
     if (t.contains(u'%') && RemplaceVar(e, t) != 0) {
-        e.TexteErreur = TexteNonInitialisee(avant);
-        Echec("non initialisée");
+        EchecNonInitialisee(e, avant);
     }
 }
 

@@ -94,8 +94,7 @@ bool LitLigneTexte(Etat& e, CtxFic& c, bool& stable, bool& brute) {
             if (!LitVar(e, e.NiveauCourant, net, valeur)) {
                 c.Ligne = ligne;
                 c.PosFin = c.FinLigne;
-                e.TexteErreur = TexteNonInitialisee(net);
-                throw ErreurProvoquee("commande stockée");
+                EchecNonInitialisee(e, net);
             }
             ligne = net = Trim(valeur);
         }

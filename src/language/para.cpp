@@ -33,12 +33,6 @@ void OteSuffixe(QString& t) {
         if (!t.isEmpty() && t.back() != u')' && !EstChiffre(t.back())) t.chop(1);
 }
 
-// The failure of an undefined variable in ParaVal and ParaCoord.
-[[noreturn]] void NonInitialisee(Etat& e, const QString& piece) {
-    e.TexteErreur = TexteNonInitialisee(piece);
-    throw ErreurProvoquee("variable non initialisée");
-}
-
 // The value of a substituted piece: up to the second separator, unit dropped.
 // A number of the language is a 32-bit float: a value beyond its range (1E39,
 // -1E308) is an overflow of the line, and never a coordinate.
@@ -57,7 +51,7 @@ double Valeur(Etat& e, QString t) {
 // the piece's text.
 double ValeurSubstituee(Etat& e, QString t) {
     const QString piece = t;
-    if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, piece);
+    if (t.contains(u'%') && RemplaceVar(e, t) != 0) EchecNonInitialisee(e, piece);
     return Valeur(e, t);
 }
 
@@ -120,7 +114,7 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
     auto lit = [&](int i) {
         QString t = Trim(Piece(texte, i, e.Separateur1)).toUpper();
         const QString brut = t;
-        if (t.contains(u'%') && RemplaceVar(e, t) != 0) NonInitialisee(e, brut);
+        if (t.contains(u'%') && RemplaceVar(e, t) != 0) EchecNonInitialisee(e, brut);
         return Trim(t).toUpper();
     };
     const QString a = lit(n);

@@ -38,10 +38,7 @@ bool EstChiffre(QChar c) { return c >= u'0' && c <= u'9'; }
 int LongueurForme(Etat& e, QChar c, const QString& variable) {
     if (EstChiffre(c)) return c == u'0' ? 10 : c.digitValue();
     QString valeur;
-    if (!LitVar(e, e.NiveauCourant, variable, valeur)) {
-        e.TexteErreur = TexteNonInitialisee(variable);
-        throw ErreurProvoquee(("variable absente : " + variable).toStdString());
-    }
+    if (!LitVar(e, e.NiveauCourant, variable, valeur)) EchecNonInitialisee(e, variable);
     const double n = std::nearbyint(ValNombre(valeur));
     if (n < 0) throw ErreurExecution("Invalid procedure call");
     return n > 32767 ? 32767 : int(n);

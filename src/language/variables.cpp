@@ -205,6 +205,11 @@ QString TexteNonInitialisee(const QString& nom) {
            CrLf() + CrLf();
 }
 
+void EchecNonInitialisee(Etat& e, const QString& nom) {
+    e.TexteErreur = TexteNonInitialisee(nom);
+    throw ErreurProvoquee("variable non initialisée");
+}
+
 namespace {
 
 // The characters at which a variable's name ends, besides the separators.

@@ -32,3 +32,6 @@ void CmdStopArg(Etat& e);
 QString ListeVars(Etat& e, int niveau);
 // The failure text of an undefined variable.
 QString TexteNonInitialisee(const QString& nom);
+// Fails the line on the undefined variable (or the text holding it) `nom`:
+// its text goes to the error box.
+[[noreturn]] void EchecNonInitialisee(Etat& e, const QString& nom);

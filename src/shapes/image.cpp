@@ -73,22 +73,19 @@ QSizeF TailleDessin(Etat& e, const QString& champ, QSizeF nat, double f) {
 
 // A name without a folder is taken beside the main command file; inside an
 // included file, when it is not there, beside the included file, so that a
-// library's pictures can stand with its commands.
-QString NomAvecDossier(const Etat& e, const QString& nom) {
-    if (nom.contains(u':') || nom.contains(u'\\') || nom.contains(u'/')) return nom;
-    const QString principal =
-        e.FichierPrincipal.isEmpty() ? QString() : QFileInfo(e.FichierPrincipal).absolutePath() + u'/' + nom;
+// library's pictures can stand with its commands. Each candidate is found as
+// `Fichier` finds its files.
+QString CheminImage(const Etat& e, const QString& nom) {
+    if (nom.contains(u':') || nom.contains(u'\\') || nom.contains(u'/')) return CheminLecture(e, nom);
+    const QString principal = e.FichierPrincipal.isEmpty()
+                                  ? QString()
+                                  : CheminLecture(e, QFileInfo(e.FichierPrincipal).absolutePath() + u'/' + nom);
     const QString& inclus = e.PileFic[e.NiveauCourant].Nom;
-    if (e.NiveauCourant < 2 || inclus.isEmpty()) return principal.isEmpty() ? nom : principal;
-    const QString voisin = QFileInfo(inclus).absolutePath() + u'/' + nom;
+    if (e.NiveauCourant < 2 || inclus.isEmpty()) return principal.isEmpty() ? CheminLecture(e, nom) : principal;
+    const QString voisin = CheminLecture(e, QFileInfo(inclus).absolutePath() + u'/' + nom);
     if (principal.isEmpty()) return voisin;
-    return !QFileInfo::exists(CheminLecture(e, principal)) && QFileInfo::exists(CheminLecture(e, voisin)) ? voisin
-                                                                                                        : principal;
+    return !QFileInfo::exists(principal) && QFileInfo::exists(voisin) ? voisin : principal;
 }
-
-// The picture's file as the platform finds it: a backslash separates folders,
-// and the name's case does not matter.
-QString CheminImage(const Etat& e, const QString& nom) { return CheminLecture(e, NomAvecDossier(e, nom)); }
 
 } // namespace
 

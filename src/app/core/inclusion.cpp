@@ -440,11 +440,10 @@ QString DossierCourant(const Etat& e) {
 }
 
 QString CheminLecture(const Etat& e, const QString& nom) {
+    const QFileInfo tel(nom);
+    if (tel.isAbsolute() && tel.isFile()) return nom;
     const QString trouve = Existe(e, nom);
-    if (!trouve.isEmpty()) return trouve;
-    QString c = VersChemin(Trim(nom));
-    if (!c.isEmpty() && QFileInfo(c).isRelative()) c = DossierCourant(e) + c;
-    return c;
+    return trouve.isEmpty() ? nom : trouve;
 }
 
 QString TexteCodeIllisible(const QString& nom) {
