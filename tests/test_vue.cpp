@@ -366,6 +366,16 @@ TEST(Vue, ExportChoicesReachTheFiles) {
         EXPECT_EQ(QImage(b.travail.filePath("e.png")).size(), QSize(827, 583)); // 210 x 148 mm at 100 dpi
     }
     EXPECT_TRUE(b.config.Ecritures.contains("Export = A5;Paysage;100;Contours"));
+    // The export's run answers the program's questions as the user did in the window's last run.
+    b.boites.reponses = {"Jauge"};
+    f.RTB1->setPlainText("Input = Nom§abc, %n\nTexte = 20, 20, , , %n\n");
+    QTest::keyClick(f.RTB1, Qt::Key_F4);
+    b.boites.reponses = {b.travail.filePath("q.svg")};
+    f.Config.Export = TexteChoixExport({"A5", true, 100, false});
+    f.Exporte("svg");
+    QFile q(b.travail.filePath("q.svg"));
+    const QByteArray qt = q.open(QIODevice::ReadOnly) ? q.readAll() : QByteArray();
+    EXPECT_TRUE(qt.contains("Jauge</text>"));
     // The accelerators: none of the window's own keys.
     EXPECT_EQ(f.Mnu_ExportPdf->shortcut(), QKeySequence("Ctrl+E"));
     EXPECT_EQ(f.Mnu_ExportSvg->shortcut(), QKeySequence("Ctrl+Shift+E"));

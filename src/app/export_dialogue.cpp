@@ -2,6 +2,7 @@
 
 #include "app/boites.h"
 #include "app/core/config.h"
+#include "app/core/hote_memoire.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
 #include "app/editeur.h"
@@ -97,6 +98,20 @@ void DialogueExport::Raccourcis(Form1& f) {
     f.Mnu_ExportPng->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_E));
 }
 
+namespace {
+
+// The answers of the window's last run, in the order the run asked them: the
+// export's run, which opens no box, answers its questions as the user did.
+void ReponsesEnOrdre(const std::vector<Form1::ReponseDonnee>& donnees, QStringList& reponses,
+                     QStringList& saisies) {
+    for (const Form1::ReponseDonnee& d : donnees) {
+        if (d.question.startsWith(QLatin1String("saisie\n"))) saisies << d.saisie.value_or(QStringLiteral("$Cancel$"));
+        else reponses << QString::fromLatin1(NomReponse(d.reponse));
+    }
+}
+
+} // namespace
+
 void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (f.e.ExecutionEnCours) return;
     // The last choices, read with the settings at start-up and kept there.
@@ -118,6 +133,7 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     o.texteEnContours = c.contours && format == QLatin1String("svg");
     // An export of a program that loops must not freeze the window.
     o.delai = 60;
+    ReponsesEnOrdre(f.ReponsesDuRun, o.reponses, o.saisies);
     const ResultatRendu r = RendProgramme(f.RTB1->TexteCrLf(), f.FichierCourant, nom, o, f.regl);
     QApplication::restoreOverrideCursor();
     if (r.statut == 2 || r.statut == 3)

@@ -15,6 +15,16 @@ Reponse ReponseDe(const QString& mot, Boutons boutons) {
 
 } // namespace
 
+const char* NomReponse(Reponse r) {
+    switch (r) {
+    case Reponse::Ok: return "ok";
+    case Reponse::Annuler: return "cancel";
+    case Reponse::Oui: return "yes";
+    case Reponse::Non: return "no";
+    }
+    return "ok";
+}
+
 Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons boutons) {
     const int i = int(messages_.size());
     Reponse r = ReponseDe(i < Reponses.size() ? Reponses[i] : QString(), boutons);

@@ -16,6 +16,10 @@
 // for while `pompe` lets the host's events run. False when it could not start.
 bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe);
 
+// The word of a box's answer, as the list of answers gives it: "ok",
+// "cancel", "yes" or "no".
+const char* NomReponse(Reponse r);
+
 struct MessageEnregistre {
     QString titre, texte;
     Boutons boutons = Boutons::Ok;
