@@ -215,15 +215,17 @@ TEST(Impression, NoPrinterLeavesPrintOff) {
 // `mirel print`: into a PDF file, an error box, an unknown queue, bad options.
 TEST(Impression, CommandLineExitStatus) {
     QTemporaryDir d;
-    const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat");
+    const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat"), boucle = d.filePath("boucle.dat");
     Ecrit(bon, Programme(DeuxCroix)), Ecrit(faux, Programme("MotInconnu = 3\n"));
+    Ecrit(boucle, Programme("E1:\nCT = 1, 1\nGoto E1\n"));
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
                          Cas{{bon, "-o", d.filePath("absent/b.pdf")}, 2, "cannot write " + d.filePath("absent/b.pdf")},
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2, "no such printer: file_d_attente_absente"},
                          Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
-                         Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"}}) {
+                         Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"},
+                         Cas{{boucle, "-o", d.filePath("l.pdf"), "--timeout", "1"}, 3, "the run was stopped after 1 s"}}) {
         const SortieProcessus s = Execute(MIREL_BINARY, QStringList{"print"} + c.args);
         EXPECT_TRUE(s.code == c.code && QString::fromUtf8(s.err).contains(c.err))
             << c.args.join(' ').toStdString() << ": " << s.code << " " << s.err.toStdString();

@@ -136,10 +136,15 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     e.Repere.ZoomI = options.zoom > 0 ? options.zoom : zoomTexte;
     const bool accepte = ExecuteSurImprimante(e, p);
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
+    // Without a window nothing else asks a run to stop: the time limit or the
+    // operations limit did.
+    res.arret = RaisonArret(hote.Expire, !hote.Expire && e.ArretDemande, options.delai);
     if (!accepte) {
         const ResultatImpression refus = Refus(p);
         res.statut = refus.statut;
         res.erreur = refus.erreur;
+    } else if (!res.arret.isEmpty()) {
+        res.statut = 3;
     } else if (e.ErreursAffichees > 0) {
         res.statut = 1;
     }

@@ -35,8 +35,10 @@ float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin
 bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee = nullptr);
 
 struct ResultatImpression {
-    int statut = 0;       // 0 the job was accepted, 1 an error box was shown, 2 the job was refused
+    int statut = 0;       // 0 the job was accepted, 1 an error box was shown, 2 the job was refused,
+                          // 3 the run was stopped before its end
     QString erreur;       // why the job was refused
+    QString arret;        // why the run was stopped
     QStringList messages; // the boxes of the run, title and text
 };
 

@@ -251,7 +251,8 @@ int Imprime(const Arguments& a, const QString& texte) {
     const ResultatImpression r =
         a.listing ? ImprimeListingProgramme(texte, chemin, p) : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), o);
     for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
-    if (!r.erreur.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(r.erreur));
+    for (const QString& m : {r.arret, r.erreur})
+        if (!m.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(m));
     return r.statut;
 }
 
