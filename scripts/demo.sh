@@ -5,7 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/setup.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build build -j"$(nproc)" --target mirel
+# The program and its icon (drawn by the program), so that an install can follow.
+cmake --build build -j"$(nproc)" --target mirel mirel_icone
 mkdir -p out
 exemple="${1:-examples/voltmetre.dat}"
 ./build/mirel render "$exemple" -o out/demo.pdf

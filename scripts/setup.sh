@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs every Debian 12 package that Mirel needs to build, test and run.
-# Safe to run twice: apt-get skips what is already installed.
+# Safe to run twice: only packages not yet installed are asked of apt-get,
+# so a set-up machine needs neither root nor the network. Root or sudo
+# installs them.
 set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev qt6-base-dev-tools libqt6svg6-dev qt6-svg-dev
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev
   qt6-translations-l10n
   libgl-dev libxkbcommon-dev
   fonts-liberation2
