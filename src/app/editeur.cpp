@@ -450,8 +450,11 @@ void Editeur::mouseReleaseEvent(QMouseEvent* ev) {
 
 void Editeur::Colle() {
     const QMimeData* m = QGuiApplication::clipboard()->mimeData();
-    if (!m || !m->hasText()) return;
-    const QString t = LignesDocument(m->text());
+    if (m && m->hasText()) InsereColore(m->text());
+}
+
+void Editeur::InsereColore(const QString& texte) {
+    const QString t = LignesDocument(texte);
     if (t.isEmpty()) return;
     setUpdatesEnabled(false);
     QTextCursor c = textCursor();
@@ -477,10 +480,7 @@ bool Editeur::canInsertFromMimeData(const QMimeData* source) const { return sour
 
 void Editeur::insertFromMimeData(const QMimeData* source) {
     // Drops and the context menu's paste: plain text, coloured as Ctrl-V does.
-    if (!source->hasText()) return;
-    QTextCharFormat f;
-    f.setForeground(Noir);
-    textCursor().insertText(LignesDocument(source->text()), f);
+    if (source->hasText()) InsereColore(source->text());
 }
 
 // --- the syntax tip

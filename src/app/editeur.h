@@ -57,6 +57,9 @@ public:
     void MajLigne();
     // Ctrl-V: the clipboard's plain text, coloured; nothing without text.
     void Colle();
+    // Plain text in place of the selection, its lines coloured, the caret
+    // behind it: Ctrl-V, the context menu's paste and a drop.
+    void InsereColore(const QString& texte);
     // The red marking of the line where a run failed; with `caret`, the
     // caret is left at `debut` with no selection.
     void MarqueRouge(int debut, int longueur, bool caret = true);
