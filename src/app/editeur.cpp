@@ -118,7 +118,6 @@ int Editeur::LigneDe(int positionDocument) const {
 
 int Editeur::LigneCaret() const { return textCursor().blockNumber(); }
 int Editeur::NombreLignes() const { return document()->blockCount(); }
-int Editeur::DebutLigne() const { return textCursor().block().position(); }
 
 void Editeur::MajLigne() { emit ligneChangee(LigneCaret() + 1, NombreLignes()); }
 
@@ -193,7 +192,6 @@ QString Editeur::Orthographe(const QString& mot) const {
     return QString();
 }
 
-void Editeur::ColoreLigne(int debut, int) { ColoreLigneNo(LigneDe(debut)); }
 
 void Editeur::ColoreLigneNo(int ligne) { ColoreSegment(ligne, 0, 0); }
 

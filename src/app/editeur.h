@@ -1,5 +1,5 @@
 // `RTB1`, the code editor of the main window, and its line colouring:
-// `ColoreLigne`, `ColoreTexte`, `ColoreBloc`, `VideLigneSale`, `Cmd_Ctrl_K`,
+// `ColoreLigneNo`, `ColoreTexte`, `ColoreBloc`, `VideLigneSale`, `Cmd_Ctrl_K`,
 // the keyword normalising and the plain-text paste.
 //
 // Positions. The document of a QPlainTextEdit separates lines by one
@@ -43,11 +43,8 @@ public:
     int LigneDe(int positionDocument) const;
     int LigneCaret() const;
     int NombreLignes() const;
-    // `DebutLigne`: the document index of the first character of the caret's line.
-    int DebutLigne() const;
 
     // --- colouring
-    void ColoreLigne(int debut, int longueur);
     void ColoreLigneNo(int ligne);
     void ColoreTexte(int debut, int longueur);
     void ColoreBloc();

@@ -8,7 +8,6 @@
 
 #include <QString>
 
-#include <span>
 
 struct Etat;
 
@@ -16,11 +15,9 @@ using RoutineCommande = void (*)(Etat&);
 
 struct Commande {
     const char* mot;          // upper case, as compared
-    RoutineCommande routine;  // null: the command is not built yet
+    RoutineCommande routine;
 };
 
-// The keywords, grouped by kind of command.
-std::span<const Commande> TableCommandes();
 // The table's entry of an upper-case keyword; null when it is none of them.
 const Commande* TrouveCommande(const QString& mot);
 

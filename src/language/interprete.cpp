@@ -219,11 +219,6 @@ void Classe(Etat& e, CtxFic& c) {
 bool Dispatch(Etat& e, const QString& mot) {
     const Commande* cmd = TrouveCommande(mot);
     if (!cmd) return false;
-    if (!cmd->routine) {
-        e.TexteErreur = QStringLiteral("%1 : commande pas encore disponible / command not yet available")
-                            .arg(e.Ctx().Mot) + CrLf() + CrLf();
-        throw ErreurProvoquee("non disponible");
-    }
     cmd->routine(e);
     return true;
 }

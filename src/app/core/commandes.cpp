@@ -1,6 +1,5 @@
 // The dispatch table: upper-case keyword to routine, in the order and groups
-// of the language's command list. A null routine is a command not built yet;
-// its line fails with a message naming it.
+// of the language's command list.
 #include "language/commandes.h"
 
 #include "app/core/inclusion.h"
@@ -20,6 +19,8 @@
 #include "shapes/bezier.h"
 
 #include <QHash>
+
+#include <algorithm>
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/chain.h"
@@ -31,7 +32,7 @@
 
 namespace {
 
-const Commande Table[] = {
+constexpr Commande Table[] = {
     // One keyword per line, a blank line between groups.
     {"ZOOMINI", CmdZoomIni},
     {"ZOOMINII", CmdZoomIniI},
@@ -169,9 +170,10 @@ const Commande Table[] = {
     {"FACTEUR", CmdFacteur},
 };
 
-} // namespace
+// Every keyword has its routine: the command loop calls it without a check.
+static_assert(std::ranges::all_of(Table, [](const Commande& c) { return c.routine != nullptr; }));
 
-std::span<const Commande> TableCommandes() { return Table; }
+} // namespace
 
 const Commande* TrouveCommande(const QString& mot) {
     // The first entry of each keyword, by keyword: a line's keyword is looked
