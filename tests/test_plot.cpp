@@ -36,6 +36,16 @@ TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
     EXPECT_MM(Longueur(l[1]), std::hypot(10, 15));
     EXPECT_MM(Longueur(l[2]), std::hypot(10, 10));
     EXPECT_EQ(Variable(*s, "%N"), "3+2");
+    // A pen change in the data acts from its place on (the drawing tool writes them); STOP ends the reading.
+    Dossier p("0;0\n1;1\nCOULEUR = Rouge\n2;2\nSTOP\n3;3\n");
+    const auto lp = Lignes(*p.Lance("Plot = mesure§59, 1, 2, 0, 10, 0, 10, 0\n"));
+    ASSERT_EQ(lp.size(), 2);
+    EXPECT_TRUE(lp[0].couleur == 0 && lp[1].couleur == 255);
+    // PlotP fills each block, unless "NP" follows its 'EOD.
+    for (const char* fin : {"", "'EOD NP\n"}) {
+        Dossier t(QByteArray("0;0\n1;1\n2;0\n") + fin);
+        EXPECT_EQ(Ops(*t.Lance("PlotP = mesure§59, 1, 2, 0, 10, 0, 10, 0\n"), OpSurface::Polygone).size(), *fin ? 0 : 1);
+    }
 }
 
 // The values of a curve over the line index: plain numbers, and what only
