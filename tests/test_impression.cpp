@@ -218,6 +218,9 @@ TEST(Impression, CommandLineExitStatus) {
     const QString bon = d.filePath("bon.dat"), faux = d.filePath("faux.dat"), boucle = d.filePath("boucle.dat");
     Ecrit(bon, Programme(DeuxCroix)), Ecrit(faux, Programme("MotInconnu = 3\n"));
     Ecrit(boucle, Programme("E1:\nCT = 1, 1\nGoto E1\n"));
+    // A file that calls itself: the nesting box, answered Cancel, ends the run without stopping it short.
+    const QString soi = d.filePath("soi.dat");
+    Ecrit(soi, Programme("Fichier = soi.dat\n"));
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
@@ -225,7 +228,8 @@ TEST(Impression, CommandLineExitStatus) {
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2, "no such printer: file_d_attente_absente"},
                          Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
                          Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"},
-                         Cas{{boucle, "-o", d.filePath("l.pdf"), "--timeout", "1"}, 3, "the run was stopped after 1 s"}}) {
+                         Cas{{boucle, "-o", d.filePath("l.pdf"), "--timeout", "1"}, 3, "the run was stopped after 1 s"},
+                         Cas{{soi, "-o", d.filePath("s.pdf"), "--answer", "cancel"}, 1, ""}}) {
         const SortieProcessus s = Execute(MIREL_BINARY, QStringList{"print"} + c.args);
         EXPECT_TRUE(s.code == c.code && QString::fromUtf8(s.err).contains(c.err))
             << c.args.join(' ').toStdString() << ": " << s.code << " " << s.err.toStdString();

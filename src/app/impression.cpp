@@ -90,7 +90,7 @@ float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin
     return essai.etat.Repere.ZoomDepartI;
 }
 
-bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
+bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee, bool* limiteAtteinte) {
     if (signalee) *signalee = false;
     if (!p.isValid()) return false;
     // The printer as Surface: the 600 dpi sheet of the virtual printer painted
@@ -108,6 +108,7 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee) {
     LanceExecution(e, &imprimante);
     // A line that met the failure has shown its box and sent the run back to the pane.
     if (signalee) *signalee = imprimante.PageRefusee() && e.Surf != &imprimante;
+    if (limiteAtteinte) *limiteAtteinte = imprimante.LimiteAtteinte();
     // The run's last page is ended and the job closed, even after Esc or a failure.
     imprimante.EndDoc();
     e.Surf = e.Pane;
@@ -134,11 +135,10 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     AttachePane(e, &pane);
     FermeFichiers(e);
     e.Repere.ZoomI = options.zoom > 0 ? options.zoom : zoomTexte;
-    const bool accepte = ExecuteSurImprimante(e, p);
+    bool limite = false;
+    const bool accepte = ExecuteSurImprimante(e, p, nullptr, &limite);
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
-    // Without a window nothing else asks a run to stop: the time limit or the
-    // operations limit did.
-    res.arret = RaisonArret(hote.Expire, !hote.Expire && e.ArretDemande, options.delai);
+    res.arret = RaisonArret(hote.Expire, limite, options.delai);
     if (!accepte) {
         const ResultatImpression refus = Refus(p);
         res.statut = refus.statut;

@@ -31,8 +31,10 @@ float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin
 // the driver runs with the printer as Surface, then the open page is ended
 // and the job is closed. The pane of `e` is left as it is. False when the
 // printer refused the job or failed while printing; `signalee` tells whether
-// the run's own box already said so (a drawing line that met the failure).
-bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee = nullptr);
+// the run's own box already said so (a drawing line that met the failure);
+// `limiteAtteinte` whether the run was stopped for drawing more operations
+// than any drawing needs.
+bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee = nullptr, bool* limiteAtteinte = nullptr);
 
 struct ResultatImpression {
     int statut = 0;       // 0 the job was accepted, 1 an error box was shown, 2 the job was refused,
