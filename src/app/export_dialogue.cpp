@@ -101,7 +101,8 @@ void DialogueExport::Raccourcis(Form1& f) {
 namespace {
 
 // The answers of the window's last run, in the order the run asked them: the
-// export's run, which opens no box, answers its questions as the user did.
+// export's run of the same text, which opens no box, answers its questions as
+// the user did. A text edited since takes the defaults.
 void ReponsesEnOrdre(const std::vector<Form1::ReponseDonnee>& donnees, QStringList& reponses,
                      QStringList& saisies) {
     for (const Form1::ReponseDonnee& d : donnees) {
@@ -133,7 +134,7 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     o.texteEnContours = c.contours && format == QLatin1String("svg");
     // An export of a program that loops must not freeze the window.
     o.delai = 60;
-    ReponsesEnOrdre(f.ReponsesDuRun, o.reponses, o.saisies);
+    if (f.RTB1->TexteCrLf() == f.TexteDuRun) ReponsesEnOrdre(f.ReponsesDuRun, o.reponses, o.saisies);
     const ResultatRendu r = RendProgramme(f.RTB1->TexteCrLf(), f.FichierCourant, nom, o, f.regl);
     QApplication::restoreOverrideCursor();
     if (r.statut == 2 || r.statut == 3)

@@ -97,6 +97,7 @@ public:
         std::optional<QString> saisie;
     };
     std::vector<ReponseDonnee> ReponsesDuRun;
+    QString TexteDuRun; // the text that run ran
     ValeursConfig Config;
     UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
     Apercu* VueApercu = nullptr;     // the view menu and the live preview

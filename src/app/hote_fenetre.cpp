@@ -84,6 +84,7 @@ void HoteFenetre::PompeEvenements() {
 
 void HoteFenetre::DebutExecution() {
     f_.ReponsesDuRun.clear();
+    f_.TexteDuRun = f_.RTB1->TexteCrLf();
     DebutRun();
 }
 
