@@ -117,13 +117,23 @@ TEST(Editeur, CtrlVPastesPlainTextOnly) {
     EXPECT_TRUE(t.C(1, 0) == Editeur::Bleu && t.C(2, 0) == Editeur::Bleu && t.ed.Modifie);
     EXPECT_FALSE(t.ed.textCursor().hasSelection());
     EXPECT_EQ(QPoint(t.ed.LigneCaret(), t.ed.LigneDebut), QPoint(2, 2));
-    // The context menu's paste (and a drop) colours every line as Ctrl-V does.
+    // The context menu's paste and a drop colour every line as Ctrl-V does.
     m = new QMimeData;
     m->setText("\r\ngrad = 1, 2\r\nval = 1, 0, 10, 5");
     QGuiApplication::clipboard()->setMimeData(m);
     t.ed.paste();
     EXPECT_EQ(t.ed.TexteCrLf(), "CT = 1, 1\r\nArc = 30, 150, 60\r\nCercle = 0, 0, 5\r\nGrad = 1, 2\r\nVal = 1, 0, 10, 5");
     EXPECT_TRUE(t.C(3, 0) == Editeur::Bleu && t.C(4, 0) == Editeur::Bleu);
+    QMimeData depose;
+    depose.setText("plus = 1, 1\r\nx = 2, 2\r\n");
+    t.Caret(0, 0);
+    const QPoint ici = t.ed.cursorRect().center();
+    QDragEnterEvent entre(ici, Qt::CopyAction, &depose, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(t.ed.viewport(), &entre);
+    QDropEvent drop(ici, Qt::CopyAction, &depose, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(t.ed.viewport(), &drop);
+    ASSERT_TRUE(t.ed.TexteCrLf().startsWith("Plus = 1, 1\r\nX = 2, 2\r\nCT = 1, 1\r\n")) << t.ed.TexteCrLf().toStdString();
+    EXPECT_TRUE(t.C(0, 0) == Editeur::Bleu && t.C(1, 0) == Editeur::Bleu && t.C(2, 0) == Editeur::Bleu);
 }
 
 // Every loaded line ends with CR LF; CR LF positions and the document's convert (a CR or LF: the line's end).

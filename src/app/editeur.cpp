@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QDropEvent>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -479,6 +480,19 @@ bool Editeur::canInsertFromMimeData(const QMimeData* source) const { return sour
 void Editeur::insertFromMimeData(const QMimeData* source) {
     // Drops and the context menu's paste: plain text, coloured as Ctrl-V does.
     if (source->hasText()) InsereColore(source->text());
+}
+
+void Editeur::dropEvent(QDropEvent* ev) {
+    // A drop tells its changes when its edit block closes, after the insertion
+    // was coloured, and a moved text leaves its old line changed: the whole
+    // text is coloured once the drop is done.
+    QPlainTextEdit::dropEvent(ev);
+    {
+        GardeVue vue(this);
+        ColoreTexte(0, document()->characterCount() - 1);
+    }
+    LigneDebut = LigneFin = LigneCaret();
+    LigneSale = false;
 }
 
 // --- the syntax tip

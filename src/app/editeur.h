@@ -111,6 +111,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* ev) override;
     bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
+    void dropEvent(QDropEvent* ev) override;
 
 private:
     mutable std::optional<QString> texteCrLf_;
