@@ -42,9 +42,9 @@ TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
     ASSERT_EQ(lp.size(), 2);
     EXPECT_TRUE(lp[0].couleur == 0 && lp[1].couleur == 255);
     // PlotP fills each block, unless "NP" follows its 'EOD.
-    for (const char* fin : {"", "'EOD NP\n"}) {
-        Dossier t(QByteArray("0;0\n1;1\n2;0\n") + fin);
-        EXPECT_EQ(Ops(*t.Lance("PlotP = mesure§59, 1, 2, 0, 10, 0, 10, 0\n"), OpSurface::Polygone).size(), *fin ? 0 : 1);
+    for (const auto& [fin, surfaces] : {std::pair{"", 1}, {"'EOD\n", 2}, {"'EOD NP\n", 1}}) {
+        Dossier t(QByteArray("0;0\n1;1\n2;0\n") + fin + "5;0\n6;1\n7;0\n");
+        EXPECT_EQ(Ops(*t.Lance("PlotP = mesure§59, 1, 2, 0, 10, 0, 10, 0\n"), OpSurface::Polygone).size(), surfaces) << fin;
     }
 }
 

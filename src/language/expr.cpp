@@ -124,11 +124,7 @@ QString Division(float a, float b) {
 QString Multiplication(float a, float b) { return TexteResultat(a * b); }
 
 // A whole 32-bit integer, a half rounded to the even one.
-int32_t EnEntier32(float v) {
-    const double r = std::nearbyint(double(v));
-    if (!(r >= -2147483648.0 && r <= 2147483647.0)) Echec("Overflow");
-    return int32_t(r);
-}
+int32_t EnEntier32(float v) { return Entier32(std::nearbyint(double(v))); }
 QString Modulo(float a, float b) {
     const int32_t x = EnEntier32(a), y = EnEntier32(b);
     if (y == 0) Echec("Division par zéro");

@@ -82,9 +82,9 @@ QString CheminImage(const Etat& e, const QString& nom) {
                                   : CheminLecture(e, QFileInfo(e.FichierPrincipal).absolutePath() + u'/' + nom);
     const QString& inclus = e.PileFic[e.NiveauCourant].Nom;
     if (e.NiveauCourant < 2 || inclus.isEmpty()) return principal.isEmpty() ? CheminLecture(e, nom) : principal;
+    if (QFileInfo::exists(principal)) return principal;
     const QString voisin = CheminLecture(e, QFileInfo(inclus).absolutePath() + u'/' + nom);
-    if (principal.isEmpty()) return voisin;
-    return !QFileInfo::exists(principal) && QFileInfo::exists(voisin) ? voisin : principal;
+    return principal.isEmpty() || QFileInfo::exists(voisin) ? voisin : principal;
 }
 
 } // namespace

@@ -21,6 +21,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 #include "shapes/cadre.h"
 #include "shapes/cercle.h"
 #include "shapes/chain.h"
@@ -173,17 +175,23 @@ constexpr Commande Table[] = {
 // Every keyword has its routine: the command loop calls it without a check.
 static_assert(std::ranges::all_of(Table, [](const Commande& c) { return c.routine != nullptr; }));
 
+// Each keyword is listed once: a second entry would never be reached.
+constexpr bool MotsUniques() {
+    for (size_t i = 0; i < std::size(Table); ++i)
+        for (size_t j = i + 1; j < std::size(Table); ++j)
+            if (std::string_view(Table[i].mot) == std::string_view(Table[j].mot)) return false;
+    return true;
+}
+static_assert(MotsUniques());
+
 } // namespace
 
 const Commande* TrouveCommande(const QString& mot) {
-    // The first entry of each keyword, by keyword: a line's keyword is looked
-    // up at every line of every run.
+    // The entries by keyword: a line's keyword is looked up at every line of
+    // every run.
     static const QHash<QString, const Commande*> index = [] {
         QHash<QString, const Commande*> h;
-        for (const Commande& c : Table) {
-            const QString m = QLatin1String(c.mot);
-            if (!h.contains(m)) h.insert(m, &c);
-        }
+        for (const Commande& c : Table) h.insert(QLatin1String(c.mot), &c);
         return h;
     }();
     return index.value(mot, nullptr);
