@@ -131,7 +131,9 @@ TEST(Editeur, CtrlVPastesPlainTextOnly) {
     QDragEnterEvent entre(ici, Qt::CopyAction, &depose, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(t.ed.viewport(), &entre);
     QDropEvent drop(ici, Qt::CopyAction, &depose, Qt::LeftButton, Qt::NoModifier);
+    QSignalSpy niveaux(&t.ed, &Editeur::insere); // one undo level
     QApplication::sendEvent(t.ed.viewport(), &drop);
+    EXPECT_EQ(niveaux.size(), 1);
     ASSERT_TRUE(t.ed.TexteCrLf().startsWith("Plus = 1, 1\r\nX = 2, 2\r\nCT = 1, 1\r\n")) << t.ed.TexteCrLf().toStdString();
     EXPECT_TRUE(t.C(0, 0) == Editeur::Bleu && t.C(1, 0) == Editeur::Bleu && t.C(2, 0) == Editeur::Bleu);
 }

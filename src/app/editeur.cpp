@@ -478,21 +478,35 @@ void Editeur::InsereColore(const QString& texte) {
 bool Editeur::canInsertFromMimeData(const QMimeData* source) const { return source->hasText(); }
 
 void Editeur::insertFromMimeData(const QMimeData* source) {
-    // Drops and the context menu's paste: plain text, coloured as Ctrl-V does.
-    if (source->hasText()) InsereColore(source->text());
+    // Drops and the context menu's paste: plain text, coloured as Ctrl-V does,
+    // and an undo level of its own.
+    if (!source->hasText()) return;
+    InsereColore(source->text());
+    if (!depot_) emit insere();
 }
 
 void Editeur::dropEvent(QDropEvent* ev) {
-    // A drop tells its changes when its edit block closes, after the insertion
-    // was coloured, and a moved text leaves its old line changed: the whole
-    // text is coloured once the drop is done.
+    // A text moved inside the editor leaves its old line changed: a cursor
+    // there follows the drop's edits.
+    QTextCursor origine;
+    if (ev->source() == this || ev->source() == viewport()) {
+        origine = textCursor();
+        origine.setPosition(origine.selectionStart());
+    }
+    depot_ = true;
     QPlainTextEdit::dropEvent(ev);
+    depot_ = false;
+    if (!ev->isAccepted()) return;
+    // The drop tells its changes when its edit block closes, after the
+    // insertion was coloured: the old line and the caret's line are coloured
+    // again then, the other lines and their marks left as they are.
     {
         GardeVue vue(this);
-        ColoreTexte(0, document()->characterCount() - 1);
+        if (!origine.isNull()) ColoreTexte(origine.position(), 0);
     }
-    LigneDebut = LigneFin = LigneCaret();
-    LigneSale = false;
+    LigneSale = true;
+    VideLigneSale();
+    emit insere();
 }
 
 // --- the syntax tip

@@ -115,6 +115,7 @@ protected:
 
 private:
     mutable std::optional<QString> texteCrLf_;
+    bool depot_ = false; // a drop under way: its insertion takes no undo level of its own
     void Changement(int position, int retires, int ajoutes);
     void ColoreSegment(int ligne, int decalage, int profondeur);
     void Peint(int debut, int longueur, const QColor& c);

@@ -181,7 +181,7 @@ void ExecuteLigneCommande(Etat& e, const QString& ligne) {
     const int egal = ligne.indexOf(u'=');
     const QString mot = Trim(egal < 0 ? ligne : ligne.left(egal)).toUpper();
     const Commande* c = TrouveCommande(mot);
-    if (!c || !c->routine) return;
+    if (!c) return;
     const QString garde = e.LigneCourante;
     e.LigneCourante = egal < 0 ? QString() : ligne.mid(egal + 1);
     try {
