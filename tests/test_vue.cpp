@@ -376,12 +376,15 @@ TEST(Vue, ExportChoicesReachTheFiles) {
     QFile q(b.travail.filePath("q.svg"));
     const QByteArray qt = q.open(QIODevice::ReadOnly) ? q.readAll() : QByteArray();
     EXPECT_TRUE(qt.contains("Jauge</text>"));
-    // A text edited since that run is not answered from it: its prompts take their defaults.
-    f.RTB1->setPlainText("Input = Autre§xyz, %m\nTexte = 20, 20, , , %m\n");
-    b.boites.reponses = {b.travail.filePath("r.svg")};
-    f.Exporte("svg");
-    QFile r(b.travail.filePath("r.svg"));
-    EXPECT_TRUE(r.open(QIODevice::ReadOnly) && r.readAll().contains("xyz</text>"));
+    // Edited since, the text is answered while its questions are those of that run; then defaults.
+    for (const auto& [texte, attendu] : {std::pair{"Input = Nom§abc, %n\nTexte = 30, 30, , , %n\n", "Jauge</text>"},
+                                         {"Input = Autre§xyz, %m\nTexte = 20, 20, , , %m\n", "xyz</text>"}}) {
+        f.RTB1->setPlainText(texte);
+        b.boites.reponses = {b.travail.filePath("r.svg")};
+        f.Exporte("svg");
+        QFile r(b.travail.filePath("r.svg"));
+        EXPECT_TRUE(r.open(QIODevice::ReadOnly) && r.readAll().contains(attendu)) << texte;
+    }
     // The accelerators: none of the window's own keys.
     EXPECT_EQ(f.Mnu_ExportPdf->shortcut(), QKeySequence("Ctrl+E"));
     EXPECT_EQ(f.Mnu_ExportSvg->shortcut(), QKeySequence("Ctrl+Shift+E"));

@@ -2,7 +2,6 @@
 
 #include "app/boites.h"
 #include "app/core/config.h"
-#include "app/core/hote_memoire.h"
 #include "app/core/rendu.h"
 #include "app/core/session.h"
 #include "app/editeur.h"
@@ -98,21 +97,6 @@ void DialogueExport::Raccourcis(Form1& f) {
     f.Mnu_ExportPng->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_E));
 }
 
-namespace {
-
-// The answers of the window's last run, in the order the run asked them: the
-// export's run of the same text, which opens no box, answers its questions as
-// the user did. A text edited since takes the defaults.
-void ReponsesEnOrdre(const std::vector<Form1::ReponseDonnee>& donnees, QStringList& reponses,
-                     QStringList& saisies) {
-    for (const Form1::ReponseDonnee& d : donnees) {
-        if (d.question.startsWith(QLatin1String("saisie\n"))) saisies << d.saisie.value_or(QStringLiteral("$Cancel$"));
-        else reponses << QString::fromLatin1(NomReponse(d.reponse));
-    }
-}
-
-} // namespace
-
 void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (f.e.ExecutionEnCours) return;
     // The last choices, read with the settings at start-up and kept there.
@@ -134,7 +118,9 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     o.texteEnContours = c.contours && format == QLatin1String("svg");
     // An export of a program that loops must not freeze the window.
     o.delai = 60;
-    if (f.RTB1->TexteCrLf() == f.TexteDuRun) ReponsesEnOrdre(f.ReponsesDuRun, o.reponses, o.saisies);
+    // The program's questions answered as in the window's last run, while
+    // they are the same.
+    o.gardees = f.ReponsesDuRun;
     const ResultatRendu r = RendProgramme(f.RTB1->TexteCrLf(), f.FichierCourant, nom, o, f.regl);
     QApplication::restoreOverrideCursor();
     if (r.statut == 2 || r.statut == 3)

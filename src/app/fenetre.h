@@ -8,6 +8,7 @@
 
 #include "app/boites.h"
 #include "app/core/fichiers.h"
+#include "app/core/hote_memoire.h"
 #include "app/services.h"
 #include "language/etat.h"
 
@@ -91,13 +92,8 @@ public:
     // What the user answered to the boxes and prompts of the window's last
     // run, in order: a redraw of the view gives the same answers again
     // without asking.
-    struct ReponseDonnee {
-        QString question; // the kind, title, text and buttons or default asked
-        Reponse reponse = Reponse::Ok;
-        std::optional<QString> saisie;
-    };
+    using ReponseDonnee = ReponseGardee;
     std::vector<ReponseDonnee> ReponsesDuRun;
-    QString TexteDuRun; // the text that run ran
     ValeursConfig Config;
     UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
     Apercu* VueApercu = nullptr;     // the view menu and the live preview

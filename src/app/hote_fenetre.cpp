@@ -12,14 +12,6 @@
 #include <QTextBlock>
 #include <QElapsedTimer>
 
-QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons) {
-    return QStringLiteral("message\n%1\n%2\n%3").arg(titre, texte).arg(int(boutons));
-}
-
-QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut) {
-    return QStringLiteral("saisie\n%1\n%2\n%3").arg(titre, invite, defaut);
-}
-
 Reponse HoteFenetre::Message(const QString& titre, const QString& texte, Boutons boutons) {
     const Reponse r = f_.s_.boites->Message(&f_, titre, texte, boutons, Icone::Aucune);
     f_.ReponsesDuRun.push_back({QuestionMessage(titre, texte, boutons), r, std::nullopt});
@@ -84,7 +76,6 @@ void HoteFenetre::PompeEvenements() {
 
 void HoteFenetre::DebutExecution() {
     f_.ReponsesDuRun.clear();
-    f_.TexteDuRun = f_.RTB1->TexteCrLf();
     DebutRun();
 }
 

@@ -3,15 +3,12 @@
 // failing line, the clipboard, event pumping with Esc, the busy state.
 #pragma once
 
+#include "app/core/hote_memoire.h"
 #include "language/hote.h"
 
 #include <QElapsedTimer>
 
 class Form1;
-
-// How a box or a prompt is told apart in the answers a run keeps.
-QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons);
-QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut);
 
 class HoteFenetre : public Hote {
 public:

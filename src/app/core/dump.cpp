@@ -25,6 +25,16 @@ const char* NomBoutons(Boutons b) {
     return "ok";
 }
 
+const char* NomReponse(Reponse r) {
+    switch (r) {
+    case Reponse::Ok: return "ok";
+    case Reponse::Annuler: return "cancel";
+    case Reponse::Oui: return "yes";
+    case Reponse::Non: return "no";
+    }
+    return "ok";
+}
+
 } // namespace
 
 QString CouleurHex(int bgr) {

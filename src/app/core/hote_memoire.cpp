@@ -15,19 +15,27 @@ Reponse ReponseDe(const QString& mot, Boutons boutons) {
 
 } // namespace
 
-const char* NomReponse(Reponse r) {
-    switch (r) {
-    case Reponse::Ok: return "ok";
-    case Reponse::Annuler: return "cancel";
-    case Reponse::Oui: return "yes";
-    case Reponse::Non: return "no";
+QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons) {
+    return QStringLiteral("message\n%1\n%2\n%3").arg(titre, texte).arg(int(boutons));
+}
+
+QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut) {
+    return QStringLiteral("saisie\n%1\n%2\n%3").arg(titre, invite, defaut);
+}
+
+const ReponseGardee* HoteMemoire::Gardee(const QString& question) {
+    if (ecart_ || gardee_ >= Gardees.size()) return nullptr;
+    if (Gardees[gardee_].question != question) {
+        ecart_ = true;
+        return nullptr;
     }
-    return "ok";
+    return &Gardees[gardee_++];
 }
 
 Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons boutons) {
     const int i = int(messages_.size());
-    Reponse r = ReponseDe(i < Reponses.size() ? Reponses[i] : QString(), boutons);
+    const ReponseGardee* g = Gardee(QuestionMessage(titre, texte, boutons));
+    Reponse r = g ? g->reponse : ReponseDe(i < Reponses.size() ? Reponses[i] : QString(), boutons);
     // An answer the box doesn't offer falls back to its first button.
     if (boutons == Boutons::Ok) r = Reponse::Ok;
     if (boutons == Boutons::OkAnnuler && r != Reponse::Annuler) r = Reponse::Ok;
@@ -46,7 +54,8 @@ void HoteMemoire::PompeEvenements() {
     }
 }
 
-std::optional<QString> HoteMemoire::Saisie(const QString&, const QString&, const QString& defaut) {
+std::optional<QString> HoteMemoire::Saisie(const QString& titre, const QString& invite, const QString& defaut) {
+    if (const ReponseGardee* g = Gardee(QuestionSaisie(titre, invite, defaut))) return g->saisie;
     if (Saisies.isEmpty()) return defaut;
     return Saisies.takeFirst();
 }

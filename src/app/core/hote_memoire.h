@@ -10,15 +10,24 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 // `Shell#$` on Linux, for both hosts: the command line is
 // split into a program and its arguments and started; with attendre, waited
 // for while `pompe` lets the host's events run. False when it could not start.
 bool LanceCommande(const QString& commande, bool attendre, const std::function<void()>& pompe);
 
-// The word of a box's answer, as the list of answers gives it: "ok",
-// "cancel", "yes" or "no".
-const char* NomReponse(Reponse r);
+// An answer given in a run, with its question: a later run of the same
+// program can be answered the same way.
+struct ReponseGardee {
+    QString question; // the kind, title, text and buttons or default asked
+    Reponse reponse = Reponse::Ok;
+    std::optional<QString> saisie;
+};
+// How a box or a prompt is told apart in the answers a run keeps.
+QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons);
+QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut);
 
 struct MessageEnregistre {
     QString titre, texte;
@@ -49,6 +58,9 @@ public:
     void SetTexte(const QString& t) { texte_ = t; }
     bool TexteModifie() const { return modifie_; }
     const QVector<MessageEnregistre>& Messages() const { return messages_; }
+    // The answers of an earlier run, given while each question is the one
+    // kept next; from the first other question on, the lists below answer.
+    std::vector<ReponseGardee> Gardees;
     // Answers given in order; when they run out, OK (or Yes).
     QStringList Reponses;
     // Answers of the Input prompts in order; when they run out, the default.
@@ -69,6 +81,10 @@ public:
     bool SansEffets = false;
 
 private:
+    const ReponseGardee* Gardee(const QString& question);
+
+    size_t gardee_ = 0;
+    bool ecart_ = false;
     QString texte_;
     QString pressePapier_;
     bool modifie_ = false;

@@ -230,6 +230,7 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     essai.regl = reglages;
     essai.delai = options.delai;
     essai.etat.FichierPrincipal = chemin;
+    essai.hote.Gardees = options.gardees;
     essai.hote.Reponses = options.reponses;
     essai.hote.Saisies = options.saisies;
     const bool paysage = essai.FiniPaysage(orientationDefaut);
@@ -242,6 +243,7 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     pages.titre = chemin.isEmpty() ? QStringLiteral("Mirel") : QFileInfo(chemin).completeBaseName();
     Reglages regl = reglages;
     HoteMemoire hote(texte);
+    hote.Gardees = options.gardees;
     hote.Reponses = options.reponses;
     hote.Saisies = options.saisies;
     Etat e;

@@ -2,6 +2,8 @@
 // at true size to PDF, SVG or PNG. The window's export uses it.
 #pragma once
 
+#include "app/core/hote_memoire.h"
+
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -15,6 +17,7 @@ struct OptionsRendu {
     bool paysage = false;
     bool texteEnContours = false;  // SVG: text written as the outlines of its glyphs
     QStringList reponses, saisies; // answers of boxes and prompts, in order
+    std::vector<ReponseGardee> gardees; // an earlier run's answers, first (HoteMemoire::Gardees)
     double delai = 0;              // time limit of the run in seconds, 0 none
 };
 
