@@ -47,7 +47,7 @@ public:
     int ligne = 0;    // the editor line it stopped at
 
     Reponse Message(const QString& titre, const QString& texte, Boutons boutons) override {
-        if (const Form1::ReponseDonnee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
+        if (const ReponseGardee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
         if (raison.isEmpty()) {
             // An error box comes from the level's handler, which counts it
             // (every run starts from none).
@@ -68,7 +68,7 @@ public:
         return Reponse::Ok;
     }
     std::optional<QString> Saisie(const QString& titre, const QString& invite, const QString& defaut) override {
-        if (const Form1::ReponseDonnee* r = Donnee(QuestionSaisie(titre, invite, defaut))) return r->saisie;
+        if (const ReponseGardee* r = Donnee(QuestionSaisie(titre, invite, defaut))) return r->saisie;
         Arrete(Mot());
         return std::nullopt;
     }
@@ -110,12 +110,9 @@ public:
 
 private:
     // In a redraw of the view, the next answer kept, when it answers the same question.
-    const Form1::ReponseDonnee* Donnee(const QString& question) {
-        if (!vue_ || !raison.isEmpty() || suivante_ >= f_.ReponsesDuRun.size()) return nullptr;
-        const Form1::ReponseDonnee& r = f_.ReponsesDuRun[suivante_];
-        if (r.question != question) return nullptr;
-        ++suivante_;
-        return &r;
+    const ReponseGardee* Donnee(const QString& question) {
+        if (!vue_ || !raison.isEmpty()) return nullptr;
+        return suite_.Suivante(f_.ReponsesDuRun, question);
     }
 
     // The keyword of the line under way, as the level read it.
@@ -130,7 +127,7 @@ private:
 
     Form1& f_;
     const bool vue_;
-    size_t suivante_ = 0;
+    SuiteGardee suite_;
     QElapsedTimer montre_;
 };
 

@@ -92,8 +92,7 @@ public:
     // What the user answered to the boxes and prompts of the window's last
     // run, in order: a redraw of the view gives the same answers again
     // without asking.
-    using ReponseDonnee = ReponseGardee;
-    std::vector<ReponseDonnee> ReponsesDuRun;
+    std::vector<ReponseGardee> ReponsesDuRun;
     ValeursConfig Config;
     UsageFenetre* Usage = nullptr;   // keys, recent files, drops, reload, the caption's "*"
     Apercu* VueApercu = nullptr;     // the view menu and the live preview

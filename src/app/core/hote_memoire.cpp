@@ -23,18 +23,18 @@ QString QuestionSaisie(const QString& titre, const QString& invite, const QStrin
     return QStringLiteral("saisie\n%1\n%2\n%3").arg(titre, invite, defaut);
 }
 
-const ReponseGardee* HoteMemoire::Gardee(const QString& question) {
-    if (ecart_ || gardee_ >= Gardees.size()) return nullptr;
-    if (Gardees[gardee_].question != question) {
+const ReponseGardee* SuiteGardee::Suivante(const std::vector<ReponseGardee>& gardees, const QString& question) {
+    if (ecart_ || rang_ >= gardees.size()) return nullptr;
+    if (gardees[rang_].question != question) {
         ecart_ = true;
         return nullptr;
     }
-    return &Gardees[gardee_++];
+    return &gardees[rang_++];
 }
 
 Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons boutons) {
     const int i = int(messages_.size());
-    const ReponseGardee* g = Gardee(QuestionMessage(titre, texte, boutons));
+    const ReponseGardee* g = suite_.Suivante(Gardees, QuestionMessage(titre, texte, boutons));
     Reponse r = g ? g->reponse : ReponseDe(i < Reponses.size() ? Reponses[i] : QString(), boutons);
     // An answer the box doesn't offer falls back to its first button.
     if (boutons == Boutons::Ok) r = Reponse::Ok;
@@ -55,7 +55,7 @@ void HoteMemoire::PompeEvenements() {
 }
 
 std::optional<QString> HoteMemoire::Saisie(const QString& titre, const QString& invite, const QString& defaut) {
-    if (const ReponseGardee* g = Gardee(QuestionSaisie(titre, invite, defaut))) return g->saisie;
+    if (const ReponseGardee* g = suite_.Suivante(Gardees, QuestionSaisie(titre, invite, defaut))) return g->saisie;
     if (Saisies.isEmpty()) return defaut;
     return Saisies.takeFirst();
 }

@@ -29,6 +29,17 @@ struct ReponseGardee {
 QString QuestionMessage(const QString& titre, const QString& texte, Boutons boutons);
 QString QuestionSaisie(const QString& titre, const QString& invite, const QString& defaut);
 
+// The answers of an earlier run handed out in order, while each question
+// asked is the one kept next; from the first other question on, none.
+class SuiteGardee {
+public:
+    const ReponseGardee* Suivante(const std::vector<ReponseGardee>& gardees, const QString& question);
+
+private:
+    size_t rang_ = 0;
+    bool ecart_ = false;
+};
+
 struct MessageEnregistre {
     QString titre, texte;
     Boutons boutons = Boutons::Ok;
@@ -81,10 +92,7 @@ public:
     bool SansEffets = false;
 
 private:
-    const ReponseGardee* Gardee(const QString& question);
-
-    size_t gardee_ = 0;
-    bool ecart_ = false;
+    SuiteGardee suite_;
     QString texte_;
     QString pressePapier_;
     bool modifie_ = false;
