@@ -193,6 +193,12 @@ TEST(Impression, PrinterFailureFailsTheLine) {
         EXPECT_EQ(r.statut, 2) << programme.toStdString();
         EXPECT_EQ(r.messages, QStringList{"Mirel\n" + boite}) << programme.toStdString();
     }
+    // Sent back to the pane, a run that draws without end still stops at the limit of operations.
+    Reglages regl;
+    regl.DossierFichier = b.travail.path() + "/";
+    const ResultatImpression boucle = ImprimeProgramme(Programme("Fichier = inc.dat\nArc = 40, 140, 60\nE1:\nGrad = 30000, 2\nGoto E1\n"),
+                                                       b.travail.filePath("a.dat"), *PdfImprimante(panne), regl);
+    EXPECT_TRUE(boucle.statut == 2 && boucle.arret.contains("drawing operations")) << boucle.arret.toStdString();
     Form1& f = b.Demarre("CT = 10, 10\nCT = 20, 20\n", "a.dat");
     const int avant = f.NombreExecutions;
     b.boites.vues.clear();

@@ -133,10 +133,14 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     SurfaceEnregistree pane(GenreSurface::Ecran, 297 / 25.4 * DpiEcran, 210 / 25.4 * DpiEcran,
                             25.4 / DpiEcran);
     AttachePane(e, &pane);
+    // A printer failure sends the run back to the pane: a program that draws
+    // without end there is stopped as on the printer.
+    pane.LimiteOperations(MaxOperationsRun, [&e] { e.ArretDemande = true; });
     FermeFichiers(e);
     e.Repere.ZoomI = options.zoom > 0 ? options.zoom : zoomTexte;
     bool limite = false;
     const bool accepte = ExecuteSurImprimante(e, p, nullptr, &limite);
+    limite = limite || pane.LimiteAtteinte();
     for (const MessageEnregistre& m : hote.Messages()) res.messages << m.titre + u'\n' + m.texte;
     res.arret = RaisonArret(hote.Expire, limite, options.delai);
     if (!accepte) {
