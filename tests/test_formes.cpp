@@ -167,6 +167,20 @@ TEST(Formes, BezierGraduations) {
         EXPECT_MM(l[i].y2 - l[i].y1, 5 * std::sin(cible));
     }
     EXPECT_GT(Lignes(*Lance("Bezier_aGr = , , NOIR§§§§§§4§5, -50,0, -50,66.667, 50,0, 50,66.667")).size(), 55);
+    // A curve from below the negative x axis over the top, and one across the negative x axis: each
+    // mark stands on the curve at its angle, from the start's angle to the arrival's.
+    struct Cas { const char* courbe; double debut, fin; };
+    for (const Cas& c : {Cas{"-35.3553,-35.3553, -100,60, 35.3553,-35.3553, 100,60", 225, -45},
+                         Cas{"-50,20, -70,20, -50,-20, -70,-20", 158.199, 201.801}}) {
+        SCOPED_TRACE(c.courbe);
+        const auto m = Lignes(*Lance(QString("Bezier_aGr = , , NOIR§§§§§§4§5S, ") + c.courbe));
+        ASSERT_EQ(m.size(), 5);
+        for (int i = 0; i < 5; ++i) {
+            const double cible = (c.debut + (c.fin - c.debut) * i / 4) * 3.14159265358979 / 180;
+            EXPECT_NEAR(std::remainder(std::atan2(m[i].y1, m[i].x1) - cible, 2 * 3.14159265358979), 0, 0.002) << i;
+            EXPECT_MM(m[i].x2 - m[i].x1, 5 * std::cos(cible));
+        }
+    }
     // Percentages and angles: a target outside the run is skipped; the texts go to the targets in order.
     s = Lance("Separateur = ;\nBezier_aGr = ; ; NOIR§§§§§§0,50,200°§5S§§A,B§8; -50;0; -50;66.667; 50;0; 50;66.667");
     EXPECT_EQ(Lignes(*s).size(), 2);

@@ -122,7 +122,11 @@ Course CourseDe(const Controle& p) {
     // is a single interval.
     const bool traverse = std::abs(c.a1 - a3) > Pi;
     c.horaire = traverse ? a3 > c.a1 : a3 < c.a1;
-    if (traverse) (c.horaire ? c.a1 : c.a2) += TourComplet;
+    // Otherwise the arrival may still lie behind the start in that direction:
+    // a curve that starts below the negative x axis and runs over the top, or
+    // one that crosses that axis after its first step. That end moves a turn.
+    const bool aRebours = c.horaire ? c.a1 < c.a2 : c.a2 < c.a1;
+    if (traverse || aRebours) (c.horaire ? c.a1 : c.a2) += TourComplet;
     return c;
 }
 
