@@ -107,11 +107,11 @@ void PasseParametres(Etat& e, const QString& ligne, int niveau, int nouveau) {
             continue;
         }
         // By position: the n-th slot takes the field's text after the caller's
-        // substitution; an empty field only makes the count reach n.
+        // substitution, even when that leaves it empty; an empty field only
+        // makes the count reach n.
         if (n > MaxVarAbsolu) throw ErreurExecution("Subscript out of range");
-        const QString valeur = Trim(ParaN(e, ligne, k));
-        if (!valeur.isEmpty()) {
-            c.ValVar[n] = valeur;
+        if (!brut.isEmpty()) {
+            c.ValVar[n] = Trim(ParaN(e, ligne, k));
             c.SauteVar[n] = 1;
         }
         c.NbVar = std::max(c.NbVar, n);
