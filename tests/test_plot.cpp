@@ -123,7 +123,7 @@ TEST(Plot, SymbolsAndRefusedSymbol) {
     EXPECT_EQ(rayons, (QList<double>{2, 3, 1, 2, 3}));
 }
 
-// A missing or too short file shows the file error and the run goes on.
+// A missing or too short file shows the file error, in a box titled as the others, and the run goes on.
 TEST(Plot, MissingOrShortFileShowsTheFileError) {
     Dossier d("1;1\n", "court.txt");
     for (const char* ligne : {"Plot = absent, 1, 2, 0\n%Z = 1\n", "Plot = court§59, 1, 2, 5\n%Z = 1\n"}) {
@@ -131,6 +131,7 @@ TEST(Plot, MissingOrShortFileShowsTheFileError) {
         auto s = d.Lance(ligne);
         ASSERT_EQ(Messages(*s).size(), 1);
         EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur fichier: ")) << Messages(*s)[0].toStdString();
+        EXPECT_EQ(s->hote.Messages()[0].titre, "Mirel");
         EXPECT_EQ(Variable(*s, "%Z"), "1");
     }
 }

@@ -378,7 +378,7 @@ void Plot(Etat& e, Genre genre) {
     std::vector<QStringView> lignes;
     const int saut = std::abs(nbLignes);
     if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
-        if (e.Host) e.Host->Message(QString(), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
+        if (e.Host) e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
         EpaisRestaure(e);
         return;
     }
