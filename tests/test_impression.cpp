@@ -160,23 +160,35 @@ TEST(Impression, PdfJobAtTrueSize) {
 }
 
 // The window's print: Esc stops a print that does not end, the job is closed with what was drawn, the
-// view's pan comes back and the screen's run that follows (stopped by Esc too) still comes.
+// view's pan comes back and the screen's run that follows (stopped by Esc too) still comes. An Esc
+// pressed while the page is being turned, before the job opens, ends the print with no job.
 TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     Banc b;
     Form1& f = b.Demarre("Arc = 30, 150, 60\n", "boucle.dat");
     f.RTB1->setPlainText("Arc = 30, 150, 60\nE1:\nGoto E1\n");
-    std::tie(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY) = std::pair(12.0, -7.0);
-    const int avant = f.NombreExecutions;
-    QTimer esc;
-    QObject::connect(&esc, &QTimer::timeout, [&f] { QTest::keyClick(&f, Qt::Key_Escape); });
-    esc.start(200);
-    const QString pdf = b.travail.filePath("boucle.pdf");
-    ASSERT_TRUE(f.Imprimer(PdfImprimante(pdf).get()));
-    esc.stop();
-    EXPECT_TRUE(f.NombreExecutions == avant + 2 && f.Mnu_Visualiser->isEnabled());
-    EXPECT_EQ(std::pair(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY), std::pair(12.0, -7.0));
-    const InfoPdf i = Info(pdf);
-    EXPECT_EQ(std::pair(i.pages, i.titre), std::pair(1, QString("boucle")));
+    struct Cas { int premierEsc; bool imprime; };
+    for (const Cas& c : {Cas{2300, true}, Cas{100, false}}) {
+        SCOPED_TRACE(c.premierEsc);
+        std::tie(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY) = std::pair(12.0, -7.0);
+        const int avant = f.NombreExecutions;
+        QTimer esc;
+        QObject::connect(&esc, &QTimer::timeout, [&f, &esc] {
+            QTest::keyClick(&f, Qt::Key_Escape);
+            esc.setInterval(200);
+        });
+        esc.start(c.premierEsc);
+        const QString pdf = b.travail.filePath(QString("boucle%1.pdf").arg(c.premierEsc));
+        b.boites.vues.clear();
+        EXPECT_EQ(f.Imprimer(PdfImprimante(pdf).get()), c.imprime);
+        esc.stop();
+        EXPECT_TRUE(f.NombreExecutions == avant + 2 && f.Mnu_Visualiser->isEnabled());
+        EXPECT_EQ(std::pair(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY), std::pair(12.0, -7.0));
+        EXPECT_EQ(b.boites.vues.size(), 0u);
+        EXPECT_EQ(QFileInfo::exists(pdf), c.imprime);
+        if (!c.imprime) continue;
+        const InfoPdf i = Info(pdf);
+        EXPECT_EQ(std::pair(i.pages, i.titre), std::pair(1, QString("boucle")));
+    }
 }
 
 // A printer that cannot open the job fails the first line that draws, with its own box and no marked

@@ -1183,7 +1183,8 @@ bool Form1::eventFilter(QObject* objet, QEvent* ev) {
 // --- shutdown
 
 void Form1::closeEvent(QCloseEvent* ev) {
-    if (e.ExecutionEnCours) {
+    // A run, or a print getting ready, ends first; the window closes after it.
+    if (e.ExecutionEnCours || filtreExecution_) {
         e.ArretDemande = true;
         fermetureDemandee_ = true;
         ev->ignore();

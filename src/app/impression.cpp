@@ -73,7 +73,7 @@ QString TitreTravail(const QString& chemin) {
 
 float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
                         const Reglages& reglages, const QStringList& reponses,
-                        const QStringList& saisies) {
+                        const QStringList& saisies, std::function<bool()> veille) {
     p.setDocName(TitreTravail(chemin));
     p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
@@ -86,6 +86,7 @@ float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin
     essai.delai = 2;
     essai.hote.Reponses = reponses;
     essai.hote.Saisies = saisies;
+    essai.hote.Veille = std::move(veille);
     p.setPageOrientation(essai.FiniPaysage(1) ? QPageLayout::Landscape : QPageLayout::Portrait);
     return essai.etat.Repere.ZoomDepartI;
 }
@@ -212,28 +213,36 @@ bool Form1::Imprimer(QPrinter* cible) {
     if (!PrepareExecution()) return false;
     // 1. The window waits; Esc still reaches the run.
     e.ArretDemande = false;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    Occupe(true);
     qApp->processEvents();
     // 2. The view's pan is not printed.
     EtatRepere& r = e.Repere;
     const double panX = r.DecalageVueX, panY = r.DecalageVueY;
     r.DecalageVueX = r.DecalageVueY = 0;
-    // 3 to 6. The run on the printer, the job named after the file.
+    // 3 to 6. The run on the printer, the job named after the file. The run
+    // that turns the page first serves the window too: Esc there ends the
+    // print before its job opens.
     QPrinter& p = cible ? *cible : ImprimanteDe(*this);
     const QString texte = RTB1->TexteCrLf();
-    PrepareImprimante(p, texte, FichierCourant, regl);
+    Mnu_Visualiser->setEnabled(false); // no live run in the meantime
+    PrepareImprimante(p, texte, FichierCourant, regl, {}, {}, [this] {
+        if (e.Host) e.Host->PompeEvenements();
+        return e.ArretDemande;
+    });
+    Mnu_Visualiser->setEnabled(true);
+    const bool annule = e.ArretDemande;
     FermeFichiers(e);
     bool signalee = false;
-    const bool accepte = ExecuteSurImprimante(e, p, &signalee);
+    const bool accepte = !annule && ExecuteSurImprimante(e, p, &signalee);
     // 7. A pan that the run set is kept; one it left at zero comes back.
     if (r.DecalageVueX == 0) r.DecalageVueX = panX;
     if (r.DecalageVueY == 0) r.DecalageVueY = panY;
-    QApplication::restoreOverrideCursor();
+    Occupe(false);
     // 8. The screen shows the drawing again, even after Esc, from the point
     // and centre 0, 0 as every run starts.
     e.ArretDemande = false;
     RelanceSansZoom();
-    if (!accepte && !signalee) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
+    if (!accepte && !signalee && !annule) MontreRefus(*s_.boites, this, p, regl.LangueMessages);
     return accepte;
 }
 

@@ -47,6 +47,7 @@ Reponse HoteMemoire::Message(const QString& titre, const QString& texte, Boutons
 void HoteMemoire::PompeEvenements() {
     ++Pompages;
     if (!Arret) return;
+    if (Veille && Veille()) *Arret = true;
     if (Echeance.hasExpired() || (ArretAuPompage > 0 && Pompages >= ArretAuPompage)) {
         if (!Expire) PompageArret = Pompages;
         *Arret = true;

@@ -84,6 +84,9 @@ public:
     // `Expire` tells why; `PompageArret` is the pump that stopped it.
     bool* Arret = nullptr;
     QDeadlineTimer Echeance{QDeadlineTimer::Forever};
+    // Called at each pump when set: a window watching a run of its own
+    // serves its events there, and a true answer stops the run as Esc does.
+    std::function<bool()> Veille;
     int ArretAuPompage = 0;
     bool Expire = false;
     int PompageArret = 0;
