@@ -151,13 +151,19 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "3000x3000", "--dpi", "2400"});
     EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi") &&
                 !QFile::exists(d.filePath("g.png"))) << g.err.constData();
-    struct Cas { const char* programme; bool hors; };
-    for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", false}, Cas{"CercleP = -5, 20, 10,,,ROUGE\n", true},
-                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", true},
-                         Cas{"CercleP = -5, 20, 10,,,BLANC\n", false}}) { // white leaves no ink
+    // Where the ink reaches is given as the program measures, y upward from the page's lower left corner.
+    struct Cas { const char* programme; const char* avertissement; };
+    for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", ""},
+                         Cas{"CercleP = -5, 20, 10,,,ROUGE\n", "runs off the page and is cut: it reaches -15"},
+                         Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", "runs off the page and is cut"},
+                         Cas{"CercleP = 20, 350, 10,,,ROUGE\n", "lies wholly off the page: it reaches 9"},
+                         Cas{"CercleP = -5, 20, 10,,,BLANC\n", ""}}) { // white leaves no ink
         const SortieProcessus r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
         EXPECT_EQ(r.code, 0) << c.programme;
-        EXPECT_EQ(r.err.contains("runs off the page"), c.hors) << c.programme << r.err.constData();
+        const QString err = QString::fromUtf8(r.err);
+        EXPECT_EQ(err.contains("warning"), *c.avertissement != 0) << c.programme << r.err.constData();
+        EXPECT_TRUE(err.contains(c.avertissement)) << c.programme << r.err.constData();
+        if (*c.avertissement) EXPECT_TRUE(err.contains(" mm up from the lower left corner of a page of ")) << r.err.constData();
     }
 }
 

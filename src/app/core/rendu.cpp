@@ -190,7 +190,8 @@ struct Pages {
 };
 
 // The stderr warning of a drawing that runs off its page, with where it
-// reaches (device pixels of the Surface turned into millimetres).
+// reaches, in millimetres from the page's lower left corner, y upward, as a
+// program measures (the ink is known in device pixels, y downward).
 QString HorsPage(const SurfacePeinte& s) {
     const QRectF encre = s.Encre();
     const QRectF page(0, 0, s.LargeurPx(), s.HauteurPx());
@@ -198,10 +199,12 @@ QString HorsPage(const SurfacePeinte& s) {
     if (encre.isNull() || page.adjusted(-1, -1, 1, 1).contains(encre)) return {};
     const double k = s.MmParPixel();
     auto mm = [](double v) { return QString::number(v, 'f', 1); };
-    return QStringLiteral("warning: the drawing runs off the page and is cut: it reaches %1 to %2 mm "
-                          "across and %3 to %4 mm down a page of %5 x %6 mm")
-        .arg(mm(encre.left() * k), mm(encre.right() * k), mm(encre.top() * k), mm(encre.bottom() * k),
-             mm(page.width() * k), mm(page.height() * k));
+    const QString quoi = page.intersects(encre) ? QStringLiteral("runs off the page and is cut")
+                                                : QStringLiteral("lies wholly off the page");
+    return QStringLiteral("warning: the drawing %1: it reaches %2 to %3 mm across and %4 to %5 mm up from "
+                          "the lower left corner of a page of %6 x %7 mm")
+        .arg(quoi, mm(encre.left() * k), mm(encre.right() * k), mm((page.height() - encre.bottom()) * k),
+             mm((page.height() - encre.top()) * k), mm(page.width() * k), mm(page.height() * k));
 }
 
 void Prepare(Etat& e, Reglages& r, HoteMemoire& h, const QString& chemin) {
