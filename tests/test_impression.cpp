@@ -239,10 +239,14 @@ TEST(Impression, CommandLineExitStatus) {
     // A file that calls itself: the nesting box, answered Cancel, ends the run without stopping it short.
     const QString soi = d.filePath("soi.dat");
     Ecrit(soi, Programme("Fichier = soi.dat\n"));
+    QDir(d.path()).mkdir("dossier.pdf");
     struct Cas { QStringList args; int code; QString err; };
     for (const Cas& c : {Cas{{bon, "-o", d.filePath("o.pdf"), "--copies", "2"}, 0, ""},
                          Cas{{faux, "-o", d.filePath("f.pdf")}, 1, ""},
-                         Cas{{bon, "-o", d.filePath("absent/b.pdf")}, 2, "cannot write " + d.filePath("absent/b.pdf")},
+                         Cas{{bon, "-o", d.filePath("absent/b.pdf")}, 2,
+                             "cannot write " + d.filePath("absent/b.pdf") + ": No such file or directory"},
+                         Cas{{bon, "-o", d.filePath("dossier.pdf")}, 2, "cannot write " + d.filePath("dossier.pdf") + ": "},
+                         Cas{{bon, "-o", d.filePath("b.png")}, 2, "print -o writes a PDF file: " + d.filePath("b.png")},
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2, "no such printer: file_d_attente_absente"},
                          Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
                          Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"},
@@ -253,6 +257,8 @@ TEST(Impression, CommandLineExitStatus) {
             << c.args.join(' ').toStdString() << ": " << s.code << " " << s.err.toStdString();
     }
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
+    // The PDF is written whole under a temporary name first: none is left behind.
+    EXPECT_EQ(QDir(d.path()).entryList(QDir::Files | QDir::Hidden).filter(".pdf"), QStringList({"f.pdf", "l.pdf", "o.pdf", "s.pdf"}));
 }
 
 // `mirel print` runs the program once with its side effects (the trial that turns the sheet writes nothing),

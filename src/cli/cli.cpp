@@ -26,11 +26,16 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QSet>
+#include <QStorageInfo>
+#include <QTemporaryFile>
 #include <QTimer>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -224,12 +229,62 @@ int Render(const Arguments& a, const QString& texte) {
     return r.statut;
 }
 
+// The PDF of `print -o`: printed under a temporary name beside it, and put
+// in its place only once whole, so that a print that fails (a full disk)
+// neither leaves a cut file nor loses the one that was there.
+class SortiePdf {
+public:
+    explicit SortiePdf(const QString& nom)
+        : nom_(nom), temporaire_(QFileInfo(nom).absolutePath() + QStringLiteral("/.") +
+                                 QFileInfo(nom).fileName() + QStringLiteral("-XXXXXX")) {}
+    // The temporary file, or the reason why none can be made there.
+    QString Ouvre() {
+        if (!temporaire_.open()) return Raison(temporaire_.errorString());
+        temporaire_.close();
+        return {};
+    }
+    QString Temporaire() const { return temporaire_.fileName(); }
+    // The whole PDF takes the name asked for; else the reason.
+    QString Remplace() {
+        QFile f(temporaire_.fileName());
+        const qint64 taille = f.size();
+        QByteArray fin;
+        if (f.open(QIODevice::ReadOnly) && f.seek(std::max<qint64>(0, taille - 1024))) fin = f.readAll();
+        if (!fin.contains("%%EOF")) {
+            const bool plein = QStorageInfo(QFileInfo(nom_).absolutePath()).bytesAvailable() < 65536;
+            return Raison(plein ? QString::fromLocal8Bit(std::strerror(ENOSPC))
+                                : QStringLiteral("the PDF was cut short"));
+        }
+        // As a new file would have, not the temporary file's owner-only rights.
+        const mode_t masque = ::umask(0);
+        ::umask(masque);
+        ::chmod(QFile::encodeName(temporaire_.fileName()).constData(), 0666 & ~masque);
+        if (::rename(QFile::encodeName(temporaire_.fileName()).constData(), QFile::encodeName(nom_).constData()) != 0)
+            return Raison(QString::fromLocal8Bit(std::strerror(errno)));
+        temporaire_.setAutoRemove(false);
+        return {};
+    }
+
+private:
+    QString Raison(const QString& pourquoi) const { return QStringLiteral("cannot write %1: %2").arg(nom_, pourquoi); }
+    QString nom_;
+    QTemporaryFile temporaire_;
+};
+
 // `mirel print`: the window's print path, to a CUPS queue or a PDF file.
 int Imprime(const Arguments& a, const QString& texte) {
     QPrinter p(QPrinter::HighResolution);
+    std::optional<SortiePdf> pdf;
     if (!a.sortie.isEmpty()) {
+        if (!a.sortie.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive))
+            return Usage(QStringLiteral("print -o writes a PDF file: %1").arg(a.sortie));
+        pdf.emplace(a.sortie);
+        if (const QString faute = pdf->Ouvre(); !faute.isEmpty()) {
+            Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(faute));
+            return 2;
+        }
         p.setOutputFormat(QPrinter::PdfFormat);
-        p.setOutputFileName(a.sortie);
+        p.setOutputFileName(pdf->Temporaire());
     } else {
         const QPrinterInfo info = a.nomImprimante.isEmpty() ? QPrinterInfo::defaultPrinter()
                                                             : QPrinterInfo::printerInfo(a.nomImprimante);
@@ -248,8 +303,12 @@ int Imprime(const Arguments& a, const QString& texte) {
     o.zoom = a.zoomDonne ? float(a.zoom) : 0;
     o.reponses = a.reponses;
     o.saisies = a.saisies;
-    const ResultatImpression r =
+    ResultatImpression r =
         a.listing ? ImprimeListingProgramme(texte, chemin, p) : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), o);
+    if (pdf) {
+        const QString faute = r.statut == 2 ? QStringLiteral("cannot write %1").arg(a.sortie) : pdf->Remplace();
+        if (!faute.isEmpty()) std::tie(r.statut, r.erreur) = std::pair(2, faute);
+    }
     for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
     for (const QString& m : {r.arret, r.erreur})
         if (!m.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(m));
