@@ -72,8 +72,7 @@ QString TitreTravail(const QString& chemin) {
 }
 
 float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
-                        const Reglages& reglages, const QStringList& reponses,
-                        const QStringList& saisies, std::function<bool()> veille) {
+                        const Reglages& reglages, const EssaiImpression& options) {
     p.setDocName(TitreTravail(chemin));
     p.setPrintRange(QPrinter::AllPages); // a listing's selection is no page range
     p.setFullPage(true);
@@ -83,10 +82,10 @@ float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin
     Session essai(texte, QSizeF(297, 210), PapierMm(p));
     essai.regl = reglages;
     essai.etat.FichierPrincipal = chemin;
-    essai.delai = 2;
-    essai.hote.Reponses = reponses;
-    essai.hote.Saisies = saisies;
-    essai.hote.Veille = std::move(veille);
+    essai.delai = options.delai;
+    essai.hote.Reponses = options.reponses;
+    essai.hote.Saisies = options.saisies;
+    essai.hote.Veille = options.veille;
     p.setPageOrientation(essai.FiniPaysage(1) ? QPageLayout::Landscape : QPageLayout::Portrait);
     return essai.etat.Repere.ZoomDepartI;
 }
@@ -120,7 +119,12 @@ bool ExecuteSurImprimante(Etat& e, QPrinter& p, bool* signalee, bool* limiteAtte
 ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin, QPrinter& p,
                                     const Reglages& reglages, const OptionsImpression& options) {
     ResultatImpression res;
-    const float zoomTexte = PrepareImprimante(p, texte, chemin, reglages, options.reponses, options.saisies);
+    // The time limit holds for the trial that turns the page and the print together.
+    const QDeadlineTimer fin = options.delai > 0 ? QDeadlineTimer(qint64(options.delai * 1000))
+                                                 : QDeadlineTimer(QDeadlineTimer::Forever);
+    EssaiImpression essai{options.reponses, options.saisies};
+    if (options.delai > 0) essai.delai = std::min(essai.delai, options.delai / 2);
+    const float zoomTexte = PrepareImprimante(p, texte, chemin, reglages, essai);
     Reglages regl = reglages;
     HoteMemoire hote(texte);
     hote.Reponses = options.reponses;
@@ -130,7 +134,7 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     e.Host = &hote;
     e.FichierPrincipal = chemin;
     hote.Arret = &e.ArretDemande;
-    if (options.delai > 0) hote.Echeance = QDeadlineTimer(qint64(options.delai * 1000));
+    hote.Echeance = fin;
     SurfaceEnregistree pane(GenreSurface::Ecran, 297 / 25.4 * DpiEcran, 210 / 25.4 * DpiEcran,
                             25.4 / DpiEcran);
     AttachePane(e, &pane);
@@ -225,10 +229,12 @@ bool Form1::Imprimer(QPrinter* cible) {
     QPrinter& p = cible ? *cible : ImprimanteDe(*this);
     const QString texte = RTB1->TexteCrLf();
     Mnu_Visualiser->setEnabled(false); // no live run in the meantime
-    PrepareImprimante(p, texte, FichierCourant, regl, {}, {}, [this] {
+    EssaiImpression essai;
+    essai.veille = [this] {
         if (e.Host) e.Host->PompeEvenements();
         return e.ArretDemande;
-    });
+    };
+    PrepareImprimante(p, texte, FichierCourant, regl, essai);
     Mnu_Visualiser->setEnabled(true);
     const bool annule = e.ArretDemande;
     FermeFichiers(e);

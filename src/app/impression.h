@@ -23,11 +23,14 @@ QString TitreTravail(const QString& chemin);
 // sheet without margins, and the orientation that the text's FormatI asks
 // for, found by a first run that draws nothing. Gives the printer zoom the
 // text starts with (its ZoomIniI, else 1), which a print without a zoom of its
-// own takes. `veille`, when given, is called as the first run goes; a true
-// answer stops it.
+// own takes.
+struct EssaiImpression {
+    QStringList reponses, saisies;  // answers of boxes and prompts, in order
+    double delai = 2;               // the first run stops after so many seconds
+    std::function<bool()> veille;   // when given, called as it goes; true stops it
+};
 float PrepareImprimante(QPrinter& p, const QString& texte, const QString& chemin,
-                        const Reglages& reglages, const QStringList& reponses = {},
-                        const QStringList& saisies = {}, std::function<bool()> veille = {});
+                        const Reglages& reglages, const EssaiImpression& essai = {});
 
 // One print run of `e` (host, settings and main file already set) on `p`:
 // the driver runs with the printer as Surface, then the open page is ended

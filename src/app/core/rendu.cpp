@@ -228,10 +228,14 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     bool paysageDemande = options.paysage;
     PapierEtOrientation(papier, paysageDemande);
     const int orientationDefaut = paysageDemande ? 2 : 1;
-    // The trial run answers as the drawing run will, within the same time limit.
+    // The trial run answers as the drawing run will. The time limit holds for
+    // both: the trial takes at most half of it, so that the drawing run, which
+    // stops where the trial was stopped, fits in the rest.
+    const QDeadlineTimer fin = options.delai > 0 ? QDeadlineTimer(qint64(options.delai * 1000))
+                                                 : QDeadlineTimer(QDeadlineTimer::Forever);
     Session essai(texte, QSizeF(297, 210), papier);
     essai.regl = reglages;
-    essai.delai = options.delai;
+    essai.delai = options.delai / 2;
     essai.etat.FichierPrincipal = chemin;
     essai.hote.Gardees = options.gardees;
     essai.hote.Reponses = options.reponses;
@@ -254,7 +258,7 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     // The drawing run stops where the first one was stopped, so that it draws
     // the same, and within the time limit itself.
     hote.Arret = &e.ArretDemande;
-    if (options.delai > 0) hote.Echeance = QDeadlineTimer(qint64(options.delai * 1000));
+    hote.Echeance = fin;
     if (essai.hote.Expire) hote.ArretAuPompage = essai.hote.PompageArret;
     const double echelle = format == Format::Png ? options.dpi / DpiImprimante : 1.0;
     SurfacePeinte imprimante(GenreSurface::Imprimante, papier.width() / 25.4 * DpiImprimante,
