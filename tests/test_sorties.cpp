@@ -198,4 +198,20 @@ TEST(Sorties, ScreenshotNeverWaitsOnAPerson) {
     const QString faux = Ecrit(d, "faux.dat", "Input = Rayon?§12, %R\nPasUneCommande = 1\n");
     EXPECT_NE(Execute(MIREL_BINARY, {"--screenshot", d.filePath("s.png"), faux}, env).code, -1) << "the window waited";
     EXPECT_TRUE(QFile::exists(d.filePath("s.png")));
+    // A run cut by the time limit and a missing program say so in the status, as render does; a
+    // mistyped command and a machine without a display are told, not met with a window or a crash.
+    const QString boucle = Ecrit(d, "boucle.dat", "E1:\nGoto E1\n");
+    QProcessEnvironment sansEcran = env;
+    for (const char* v : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) sansEcran.remove(v);
+    struct Cas { QStringList args; QProcessEnvironment env; int code; const char* message; };
+    for (const Cas& c : {Cas{{"--screenshot", d.filePath("b.png"), "--timeout", "1", boucle}, env, 3, "--timeout"},
+                         Cas{{"--screenshot", d.filePath("a.png"), d.filePath("absent.dat")}, env, 2, "absent.dat"},
+                         Cas{{"rendre", boucle, "-o", d.filePath("r.pdf")}, env, 2, "unknown command: rendre"},
+                         Cas{{"help"}, env, 0, ""},
+                         Cas{{boucle}, sansEcran, 2, "no display"}}) {
+        const SortieProcessus r = Execute(MIREL_BINARY, c.args, c.env);
+        EXPECT_EQ(r.code, c.code) << c.args.join(' ').toStdString() << r.err.constData();
+        EXPECT_TRUE(r.err.contains(c.message)) << r.err.constData();
+        if (c.code == 0) EXPECT_TRUE(r.out.contains("Usage:"));
+    }
 }

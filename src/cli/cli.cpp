@@ -336,6 +336,22 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
             reste << args[i];
         }
     }
+    const QString fichier = reste.join(u' ');
+    // A first word that names no file, with more behind it, is a command
+    // mistyped ("mirel rendre f.dat -o f.pdf"), not a file to open.
+    if (reste.size() > 1 && !QFileInfo::exists(fichier) && !QFileInfo::exists(reste[0]) &&
+        !reste[0].contains(u'.') && !reste[0].contains(u'/'))
+        return Usage(QStringLiteral("unknown command: %1").arg(reste[0]));
+    if (!capture.isEmpty() && !fichier.isEmpty() && !QFileInfo(fichier).isFile()) {
+        Ecrit(stderr, QStringLiteral("mirel: cannot read %1: no such file\n").arg(fichier));
+        return 2;
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        Ecrit(stderr, QStringLiteral("mirel: no display to open the window on; without one, render, dump "
+                                     "and print work (mirel --help)\n"));
+        return 2;
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Mirel"));
     // The real settings file and the real command files on disk.
@@ -349,9 +365,13 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
     // Unsaved text is kept for the next start; a screenshot types nothing.
     if (capture.isEmpty()) services.dossierSecours = DossierSecoursStandard();
     Form1 f(services);
+    bool arrete = false; // a run was stopped by the time limit
     if (!capture.isEmpty() && delai > 0)
-        QTimer::singleShot(int(delai * 1000), &f, [&f] { f.e.ArretDemande = true; });
-    if (!f.Demarrer(reste.join(u' '))) return 1;
+        QTimer::singleShot(int(delai * 1000), &f, [&f, &arrete] {
+            arrete = f.e.ExecutionEnCours;
+            f.e.ArretDemande = true;
+        });
+    if (!f.Demarrer(fichier)) return 1;
     int statut = 0;
     if (!capture.isEmpty()) {
         QTimer::singleShot(700, &f, [&] {
@@ -372,6 +392,10 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
                 if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1;
             }
             for (const QString& m : sansPersonne.Vues) Ecrit(stderr, m + QStringLiteral("\n\n"));
+            if (arrete && statut == 0) {
+                Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(RaisonArret(true, false, delai)));
+                statut = 3;
+            }
             f.hide();
             app.quit();
         });
@@ -386,7 +410,8 @@ int MirelMain(int argc, char** argv) {
     QStringList args;
     for (int i = 0; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
     const QString premier = args.value(1);
-    if (premier == QLatin1String("--help") || premier == QLatin1String("-h")) {
+    const bool aide = premier == QLatin1String("help") && args.size() == 2 && !QFileInfo::exists(premier);
+    if (premier == QLatin1String("--help") || premier == QLatin1String("-h") || aide) {
         Ecrit(stdout, QString::fromUtf8(Aide));
         return 0;
     }
