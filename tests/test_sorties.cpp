@@ -156,6 +156,12 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
         EXPECT_TRUE(err.contains("cannot write " + sortie + ": ")) << err.toStdString();
         EXPECT_GT(err.section(sortie + ": ", 1).trimmed().size(), 3) << err.toStdString();
     }
+    // Pages are written all or none: a third page that cannot be written leaves no first two.
+    QDir(d.path()).mkdir("m-3.png");
+    const QString pages = Ecrit(d, "m.dat", "CercleP = 20, 20, 10\nNPage\nCercleP = 20, 20, 10\nNPage\nCercleP = 20, 20, 10\n");
+    const SortieProcessus m = Mirel({"render", pages, "-o", d.filePath("m.png"), "--dpi", "30"});
+    EXPECT_TRUE(m.code == 2 && m.err.contains(("cannot write " + d.filePath("m-3.png") + ": ").toUtf8())) << m.err.constData();
+    EXPECT_FALSE(QFile::exists(d.filePath("m.png")) || QFile::exists(d.filePath("m-2.png")));
     const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "3000x3000", "--dpi", "2400"});
     EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi") &&
                 !QFile::exists(d.filePath("g.png"))) << g.err.constData();

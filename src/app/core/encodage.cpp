@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -111,31 +113,53 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur) {
     return b;
 }
 
-bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur) {
-    QSaveFile f(chemin);
+namespace {
+
+// The bytes into the temporary file of `f`, unbuffered, so that a failing
+// write reports the system's error at once; a short write is retried, so that
+// the failing call leaves the system's text. False with that text.
+bool EcritTemporaire(QSaveFile& f, const QByteArray& octets, QString* erreur) {
     f.setDirectWriteFallback(false);
-    // Unbuffered: a failing write reports the system's error at once.
     if (!f.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         if (erreur) *erreur = f.errorString();
         return false;
     }
-    // A short write is retried, so that the failing call leaves the system's text.
     qint64 fait = 0;
     while (fait < octets.size()) {
         const qint64 n = f.write(octets.constData() + fait, octets.size() - fait);
         if (n <= 0) break;
         fait += n;
     }
-    if (fait != octets.size()) {
-        if (erreur) *erreur = f.errorString();
-        f.cancelWriting();
+    if (fait == octets.size()) return true;
+    if (erreur) *erreur = f.errorString();
+    f.cancelWriting();
+    return false;
+}
+
+} // namespace
+
+bool EcritFichiers(const QList<std::pair<QString, QByteArray>>& fichiers, QString* erreur, QString* enFaute) {
+    std::vector<std::unique_ptr<QSaveFile>> f;
+    auto echec = [&](const QString& chemin) {
+        if (enFaute) *enFaute = chemin;
+        for (const auto& g : f) g->cancelWriting(); // the temporary files go, the old files stay
         return false;
+    };
+    for (const auto& [chemin, octets] : fichiers) {
+        f.push_back(std::make_unique<QSaveFile>(chemin));
+        if (!EcritTemporaire(*f.back(), octets, erreur)) return echec(chemin);
     }
-    if (!f.commit()) {
-        if (erreur) *erreur = f.errorString();
-        return false;
+    // Every file is whole on disk: each now takes its name.
+    for (size_t i = 0; i < f.size(); ++i) {
+        if (f[i]->commit()) continue;
+        if (erreur) *erreur = f[i]->errorString();
+        return echec(fichiers[int(i)].first);
     }
     return true;
+}
+
+bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur) {
+    return EcritFichiers({{chemin, octets}}, erreur);
 }
 
 double ValVb(const QString& texte) {

@@ -8,9 +8,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 enum class Encodage {
     Utf8,        // UTF-8 without a byte order mark (also plain ASCII)
@@ -47,6 +49,11 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur = nul
 // target only once everything is written (QSaveFile): a failure leaves the old
 // file as it was. False on failure, with the system's error text.
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
+// Several files written all or none: each whole under a temporary name first,
+// then each renamed over its old file. False with the system's reason in
+// `erreur` and the file that failed in `enFaute`.
+bool EcritFichiers(const QList<std::pair<QString, QByteArray>>& fichiers, QString* erreur = nullptr,
+                   QString* enFaute = nullptr);
 
 // The lenient number reading of settings, version headers and the patch box:
 // blanks, tabs and line feeds are dropped, then the longest leading number is

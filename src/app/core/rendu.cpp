@@ -1,5 +1,6 @@
 #include "app/core/rendu.h"
 
+#include "app/core/encodage.h"
 #include "app/core/hote_memoire.h"
 #include "app/core/session.h"
 #include "drawing/repere.h"
@@ -9,7 +10,6 @@
 
 #include <QBuffer>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -87,17 +87,6 @@ QByteArray PageExacte(QByteArray pdf, QSizeF mm) {
         pdf.replace(debut, fin - debut, QByteArray::number(xref + 1));
     }
     return pdf;
-}
-
-// Writes a whole file through a temporary file renamed over the old one at
-// the end: a failed write leaves the old file as it was. False with the
-// system's reason in `erreur`.
-bool EcritFichier(const QString& nom, const QByteArray& octets, QString& erreur) {
-    QSaveFile f(nom);
-    if (f.open(QIODevice::WriteOnly) && f.write(octets) == octets.size() && f.commit()) return true;
-    erreur = QStringLiteral("cannot write %1: %2").arg(nom, f.errorString());
-    f.cancelWriting();
-    return false;
 }
 
 // The devices of the pages of one output, drawn in memory and written to
@@ -183,9 +172,12 @@ struct Pages {
             im->save(&b, "PNG");
             octets << b.data();
         }
-        for (int i = 0; i < fichiers.size(); ++i)
-            if (!EcritFichier(fichiers[i], octets.value(i), erreur)) return false;
-        return true;
+        QList<std::pair<QString, QByteArray>> aEcrire;
+        for (int i = 0; i < fichiers.size(); ++i) aEcrire.append({fichiers[i], octets.value(i)});
+        QString raison, enFaute;
+        if (EcritFichiers(aEcrire, &raison, &enFaute)) return true;
+        erreur = QStringLiteral("cannot write %1: %2").arg(enFaute, raison);
+        return false;
     }
 };
 
