@@ -162,9 +162,14 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     const SortieProcessus m = Mirel({"render", pages, "-o", d.filePath("m.png"), "--dpi", "30"});
     EXPECT_TRUE(m.code == 2 && m.err.contains(("cannot write " + d.filePath("m-3.png") + ": ").toUtf8())) << m.err.constData();
     EXPECT_FALSE(QFile::exists(d.filePath("m.png")) || QFile::exists(d.filePath("m-2.png")));
-    const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "3000x3000", "--dpi", "2400"});
-    EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi") &&
+    // A page too large for memory is refused before the program runs, with the dpi that fits it.
+    const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "A3", "--dpi", "2400"});
+    EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi: at most 1761 dpi") &&
                 !QFile::exists(d.filePath("g.png"))) << g.err.constData();
+    // Bad values name what is taken.
+    for (const auto& [option, valeur, attendu] : {std::tuple{"--dpi", "5000", "bad dpi: 5000 (10 to 2400)"},
+                                                 std::tuple{"--page", "A9", "bad size: A9 (A4, A3, A5, Letter, Legal or WxH in mm)"}})
+        EXPECT_TRUE(Mirel({"render", cercle, "-o", d.filePath("v.png"), option, valeur}).err.contains(attendu)) << attendu;
     // Where the ink reaches is given as the program measures, y upward from the page's lower left corner.
     struct Cas { const char* programme; const char* avertissement; };
     for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", ""},

@@ -133,7 +133,7 @@ QString LitArguments(const QStringList& a, Arguments& r) {
         } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
             if (!valeur(v)) return o + QStringLiteral(" needs a size");
             const QSizeF t = TaillePage(v);
-            if (!t.isValid()) return QStringLiteral("bad size: %1").arg(v);
+            if (!t.isValid()) return QStringLiteral("bad size: %1 (%2 or WxH in mm)").arg(v, NomsPages().join(", "));
             (o == QLatin1String("--pane") ? r.pane : r.page) = t;
         } else if (o == QLatin1String("--zoom")) {
             if (!valeur(v)) return QStringLiteral("--zoom needs a number");
@@ -143,7 +143,7 @@ QString LitArguments(const QStringList& a, Arguments& r) {
         } else if (o == QLatin1String("--dpi")) {
             if (!valeur(v)) return QStringLiteral("--dpi needs a number");
             r.dpi = v.toDouble(&ok);
-            if (!ok || r.dpi < 10 || r.dpi > 2400) return QStringLiteral("bad dpi: %1").arg(v);
+            if (!ok || r.dpi < 10 || r.dpi > 2400) return QStringLiteral("bad dpi: %1 (10 to 2400)").arg(v);
         } else if (o == QLatin1String("--lang")) {
             if (!valeur(v) || (r.langue = DecalageLangue(v)) < 0)
                 return QStringLiteral("--lang takes fr, en, de or es");

@@ -205,6 +205,9 @@ void Prepare(Etat& e, Reglages& r, HoteMemoire& h, const QString& chemin) {
     e.FichierPrincipal = chemin;
 }
 
+// The largest PNG page drawn, in pixels: 2.4 GB of memory.
+constexpr double MaxPixelsPng = 600'000'000;
+
 } // namespace
 
 ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const QString& sortie,
@@ -219,6 +222,18 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     QSizeF papier = options.page;
     bool paysageDemande = options.paysage;
     PapierEtOrientation(papier, paysageDemande);
+    // A PNG page is drawn whole in memory: one too large for it is refused
+    // before the program runs.
+    const double pouces2 = papier.width() / 25.4 * papier.height() / 25.4;
+    if (format == Format::Png && pouces2 * options.dpi * options.dpi > MaxPixelsPng) {
+        res.statut = 2;
+        res.erreur = QStringLiteral("the page is too large to draw at %1 dpi: at most %2 dpi for a page of %3 x %4 mm")
+                         .arg(options.dpi)
+                         .arg(std::floor(std::sqrt(MaxPixelsPng / pouces2)))
+                         .arg(papier.width())
+                         .arg(papier.height());
+        return res;
+    }
     const int orientationDefaut = paysageDemande ? 2 : 1;
     // The trial run answers as the drawing run will. The time limit holds for
     // both: the trial takes at most half of it, so that the drawing run, which
