@@ -166,10 +166,18 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     const SortieProcessus g = Mirel({"render", cercle, "-o", d.filePath("g.png"), "--page", "A3", "--dpi", "2400"});
     EXPECT_TRUE(g.code == 2 && g.err.contains("mirel: the page is too large to draw at 2400 dpi: at most 1761 dpi") &&
                 !QFile::exists(d.filePath("g.png"))) << g.err.constData();
-    // Bad values name what is taken.
-    for (const auto& [option, valeur, attendu] : {std::tuple{"--dpi", "5000", "bad dpi: 5000 (10 to 2400)"},
-                                                 std::tuple{"--page", "A9", "bad size: A9 (A4, A3, A5, Letter, Legal or WxH in mm)"}})
-        EXPECT_TRUE(Mirel({"render", cercle, "-o", d.filePath("v.png"), option, valeur}).err.contains(attendu)) << attendu;
+    // Bad values name what is taken; an option of another command is refused, not ignored.
+    const QString v = d.filePath("v.png");
+    for (const auto& [args, attendu] :
+         {std::pair{QStringList{"render", cercle, "-o", v, "--dpi", "5000"}, "bad dpi: 5000 (10 to 2400)"},
+          std::pair{QStringList{"render", cercle, "-o", v, "--page", "A9"}, "bad size: A9 (A4, A3, A5, Letter, Legal or WxH in mm)"},
+          std::pair{QStringList{"render", cercle, "-o", v, "--zoom", "2"}, "--zoom does not apply to render"},
+          std::pair{QStringList{"dump", cercle, "-o", v}, "-o does not apply to dump"},
+          std::pair{QStringList{"print", cercle, "--page", "A3"}, "--page does not apply to print"},
+          std::pair{QStringList{"render", cercle, "-o", v, "--bof"}, "unknown option: --bof"}}) {
+        const SortieProcessus r = Mirel(args);
+        EXPECT_TRUE(r.code == 2 && r.err.contains(attendu)) << attendu << ": " << r.err.constData();
+    }
     // Where the ink reaches is given as the program measures, y upward from the page's lower left corner.
     struct Cas { const char* programme; const char* avertissement; };
     for (const Cas& c : {Cas{"CercleP = 20, 20, 10,,,ROUGE\n", ""},

@@ -103,10 +103,32 @@ struct Arguments {
     QStringList saisies, reponses;
 };
 
-// Reads the options after "render" or "dump"; an empty text when they are good.
+// None when the option is taken by this command (or by all of them); else
+// the command it belongs to, empty when it is no option at all.
+std::optional<QString> CommandeDeOption(const QString& commande, const QString& option) {
+    static const QStringList communes = {"--lang", "--input", "--answer", "--locale", "--timeout"};
+    static const std::pair<const char*, QStringList> propres[] = {
+        {"render", {"-o", "--output", "--dpi", "--page", "--landscape", "--text-as-paths"}},
+        {"dump", {"--printer", "--pane", "--zoom", "--page", "--landscape"}},
+        {"print", {"--printer", "--zoom", "--copies", "--listing", "-o", "--output"}}};
+    if (communes.contains(option)) return std::nullopt;
+    for (const auto& [c, options] : propres)
+        if (commande == QLatin1String(c) && options.contains(option)) return std::nullopt;
+    for (const auto& [c, options] : propres)
+        if (options.contains(option)) return QString::fromLatin1(c);
+    return QString();
+}
+
+// Reads the options after "render", "dump" or "print"; an empty text when they are good.
 QString LitArguments(const QStringList& a, Arguments& r) {
     for (int i = 2; i < a.size(); ++i) {
         const QString& o = a[i];
+        if (o.startsWith(u'-')) {
+            if (const std::optional<QString> autre = CommandeDeOption(r.commande, o)) {
+                if (autre->isEmpty()) return QStringLiteral("unknown option: %1").arg(o);
+                return QStringLiteral("%1 does not apply to %2").arg(o, r.commande);
+            }
+        }
         auto valeur = [&](QString& v) {
             if (i + 1 >= a.size()) return false;
             v = a[++i];
