@@ -136,8 +136,9 @@ TEST(Fichiers, ReadingNormalisesLineEndsAndFindsTheZoom) {
     for (const auto& [texte, zoom] : zooms) EXPECT_FLOAT_EQ(ZoomIniDe(texte), zoom) << texte.toStdString();
 }
 
-// The start-up load (no run of its own); a file is saved back in its encoding, but a
-// character that Windows-1252 lacks turns it to UTF-8 rather than lose it.
+// The start-up load (no run of its own); a file is saved back in its encoding (UTF-16 files
+// have their byte order mark), but a character that Windows-1252 lacks turns it to UTF-8 rather
+// than lose it.
 TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
     QByteArray cp1252;
     for (int b = 1; b < 256; ++b)
@@ -147,7 +148,21 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
          "' Cadran 0 à 250 V° § µA\r\n", 1.25f},
         {cp1252 + "\r\n", Encodage::Windows1252, "", 1.0f},
         {QString("Texte = 0, 0, ,µA § °\r\n").toUtf8(), Encodage::Utf8, "Texte = 0, 0, ,µA § °\r\n", 1.0f},
-        {"\xEF\xBB\xBFZoomIni = 2\r\n", Encodage::Utf8Bom, "ZoomIni = 2\r\n", 2.0f}};
+        {"\xEF\xBB\xBFZoomIni = 2\r\n", Encodage::Utf8Bom, "ZoomIni = 2\r\n", 2.0f},
+        {QByteArray("\xFF\xFEZ\0o\0o\0m\0I\0n\0i\0=\0\x33\0\r\0\n\0", 24), Encodage::Utf16Le, "ZoomIni=3\r\n", 3.0f},
+        {QByteArray("\xFE\xFF\0Z\0o\0o\0m\0I\0n\0i\0=\0\x34\0\r\0\n", 24), Encodage::Utf16Be, "ZoomIni=4\r\n", 4.0f}};
+    // What each encoding writes of a text.
+    auto octetsDe = [](Encodage enc, const QString& t) {
+        if (enc == Encodage::Utf16Le || enc == Encodage::Utf16Be) {
+            QByteArray b = enc == Encodage::Utf16Le ? "\xFF\xFE" : "\xFE\xFF";
+            for (QChar c : t) {
+                const char bas = char(c.unicode() & 0xFF), haut = char(c.unicode() >> 8);
+                b.append(enc == Encodage::Utf16Le ? bas : haut).append(enc == Encodage::Utf16Le ? haut : bas);
+            }
+            return b;
+        }
+        return (enc == Encodage::Utf8Bom ? "\xEF\xBB\xBF" : "") + t.toUtf8();
+    };
     for (const auto& [octets, enc, debut, zoom] : cas) {
         Session s;
         Ecrit(s.D("f.dat"), octets);
@@ -161,7 +176,7 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
         s.fen.editeur += "' Ω\r\n";
         ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
         EXPECT_EQ(s.etat.Enc, enc == Encodage::Windows1252 ? Encodage::Utf8 : enc);
-        EXPECT_EQ(Lit(s.D("f.dat")), (enc == Encodage::Utf8Bom ? "\xEF\xBB\xBF" : "") + s.fen.editeur.toUtf8());
+        EXPECT_EQ(Lit(s.D("f.dat")), octetsDe(s.etat.Enc, s.fen.editeur));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QStringDecoder>
+#include <QStringEncoder>
 
 #include <array>
 #include <cstdlib>
@@ -59,7 +60,29 @@ std::optional<QByteArray> EncodeWindows1252(const QString& texte) {
     return b;
 }
 
+namespace {
+
+// The two UTF-16 encodings, each known by its byte order mark.
+struct MarqueUtf16 {
+    Encodage encodage;
+    QByteArray marque;
+    QStringConverter::Encoding format;
+};
+const std::array<MarqueUtf16, 2>& MarquesUtf16() {
+    static const std::array<MarqueUtf16, 2> m = {
+        MarqueUtf16{Encodage::Utf16Le, QByteArray("\xFF\xFE", 2), QStringConverter::Utf16LE},
+        MarqueUtf16{Encodage::Utf16Be, QByteArray("\xFE\xFF", 2), QStringConverter::Utf16BE}};
+    return m;
+}
+
+} // namespace
+
 QString DecodeOctets(const QByteArray& octets, Encodage& encodage) {
+    for (const auto& [enc, marque, format] : MarquesUtf16()) {
+        if (!octets.startsWith(marque)) continue;
+        encodage = enc;
+        return QStringDecoder(format, QStringDecoder::Flag::Stateless).decode(octets.mid(2));
+    }
     const bool marque = octets.startsWith(MarqueUtf8());
     const QByteArray corps = marque ? octets.mid(3) : octets;
     QStringDecoder dec(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -73,6 +96,8 @@ QString DecodeOctets(const QByteArray& octets, Encodage& encodage) {
 }
 
 QByteArray EncodeTexte(const QString& texte, Encodage& encodage) {
+    for (const auto& [enc, marque, format] : MarquesUtf16())
+        if (encodage == enc) return marque + QByteArray(QStringEncoder(format).encode(texte));
     if (encodage == Encodage::Windows1252) {
         if (auto b = EncodeWindows1252(texte)) return *b;
         encodage = Encodage::Utf8;

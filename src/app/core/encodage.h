@@ -18,6 +18,8 @@ enum class Encodage {
     Utf8,        // UTF-8 without a byte order mark (also plain ASCII)
     Utf8Bom,     // UTF-8 that started with the mark EF BB BF, written back with it
     Windows1252, // 8-bit files written before UTF-8 was used
+    Utf16Le,     // UTF-16 that started with its byte order mark FF FE ("Unicode" text), written back so
+    Utf16Be,     // the same with the mark FE FF
 };
 
 // Windows-1252 byte to character and back. The five bytes that code page
@@ -31,8 +33,9 @@ QString DecodeWindows1252(const QByteArray& octets);
 // None when some character of the text is outside Windows-1252.
 std::optional<QByteArray> EncodeWindows1252(const QString& texte);
 
-// Reads bytes: UTF-8 when valid (a leading mark is dropped and noted),
-// otherwise Windows-1252. `encodage` receives the choice.
+// Reads bytes: UTF-16 after its byte order mark; else UTF-8 when valid (a
+// leading mark is dropped and noted), otherwise Windows-1252. `encodage`
+// receives the choice.
 QString DecodeOctets(const QByteArray& octets, Encodage& encodage);
 // Writes text in an encoding. A text that Windows-1252 cannot hold (a
 // character typed since the file was read) is written in UTF-8 rather than
