@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <cmath>
 #include <limits>
@@ -121,6 +122,19 @@ TEST(Robustesse, VersionOfTheCommandLineIsTheCaptions) {
     p.start(QStringLiteral(MIREL_BINARY), {QStringLiteral("--version")});
     ASSERT_TRUE(p.waitForFinished(60000));
     EXPECT_EQ(QString::fromUtf8(p.readAllStandardOutput()), "Mirel V" + TexteVersionProgramme().trimmed() + '\n');
+}
+
+// Bytes that are no text (a picture named .dat) fail as any bad program, and the terminal gets
+// no control characters of theirs.
+TEST(Robustesse, BinaryProgramShowsNoControlCharacters) {
+    QTemporaryDir d;
+    QFile f(d.filePath("image.dat"));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(QByteArray("\x89PNG\x1B[2J\x07\0\x01IHDR\r\n", 16));
+    f.close();
+    const SortieProcessus r = Mirel({"render", f.fileName(), "-o", d.filePath("image.png")});
+    EXPECT_EQ(r.code, 1);
+    for (const char c : r.err) EXPECT_TRUE(uchar(c) >= 0x20 || c == '\n' || c == '\r' || c == '\t') << int(c);
 }
 
 // The VU meter example stays on its 120 x 80 mm plate: no cross is left at

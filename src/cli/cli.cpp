@@ -79,6 +79,15 @@ void Ecrit(FILE* f, const QString& t) {
     std::fwrite(b.constData(), 1, size_t(b.size()), f);
 }
 
+// A box of the run on stderr. Its text may quote a line of a file that is no
+// text: control characters, which a terminal would obey, are shown as "?".
+void EcritBoite(const QString& boite) {
+    QString t = boite;
+    for (QChar& c : t)
+        if ((c.unicode() < 0x20 && c != u'\n' && c != u'\r' && c != u'\t') || c.unicode() == 0x7F) c = u'?';
+    Ecrit(stderr, t + QStringLiteral("\n\n"));
+}
+
 int Usage(const QString& pourquoi) {
     Ecrit(stderr, QStringLiteral("mirel: %1\n\n").arg(pourquoi));
     Ecrit(stderr, QString::fromUtf8(Aide));
@@ -245,7 +254,7 @@ int Render(const Arguments& a, const QString& texte) {
     o.delai = a.delai;
     const ResultatRendu r =
         RendProgramme(texte, QFileInfo(a.fichier).absoluteFilePath(), a.sortie, o, ReglagesDe(a));
-    for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
+    for (const QString& m : r.messages) EcritBoite(m);
     for (const QString& m : {r.avertissement, r.arret, r.erreur})
         if (!m.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(m));
     return r.statut;
@@ -331,7 +340,7 @@ int Imprime(const Arguments& a, const QString& texte) {
         const QString faute = r.statut == 2 ? QStringLiteral("cannot write %1").arg(a.sortie) : pdf->Remplace();
         if (!faute.isEmpty()) std::tie(r.statut, r.erreur) = std::pair(2, faute);
     }
-    for (const QString& m : r.messages) Ecrit(stderr, m + QStringLiteral("\n\n"));
+    for (const QString& m : r.messages) EcritBoite(m);
     for (const QString& m : {r.arret, r.erreur})
         if (!m.isEmpty()) Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(m));
     return r.statut;
@@ -413,7 +422,7 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
                                   .arg(im.width()).arg(im.height()).arg(couleurs.size()));
                 if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1;
             }
-            for (const QString& m : sansPersonne.Vues) Ecrit(stderr, m + QStringLiteral("\n\n"));
+            for (const QString& m : sansPersonne.Vues) EcritBoite(m);
             if (arrete && statut == 0) {
                 Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(RaisonArret(true, false, delai)));
                 statut = 3;
