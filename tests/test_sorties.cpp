@@ -170,7 +170,9 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
     const QString v = d.filePath("v.png");
     for (const auto& [args, attendu] :
          {std::pair{QStringList{"render", cercle, "-o", v, "--dpi", "5000"}, "bad dpi: 5000 (10 to 2400)"},
-          std::pair{QStringList{"render", cercle, "-o", v, "--page", "A9"}, "bad size: A9 (A4, A3, A5, Letter, Legal or WxH in mm)"},
+          std::pair{QStringList{"render", cercle, "-o", v, "--page", "A9"}, "bad size: A9 (A4, A3, A5, Letter, Legal or WxH in mm, each from 1 to 10000)"},
+          std::pair{QStringList{"render", cercle, "-o", v, "--page", "0.001x0.001"}, "bad size: 0.001x0.001"},
+          std::pair{QStringList{"dump", cercle, "--pane", "1e9x1"}, "bad size: 1e9x1"},
           std::pair{QStringList{"render", cercle, "-o", v, "--zoom", "2"}, "--zoom does not apply to render"},
           std::pair{QStringList{"dump", cercle, "-o", v}, "-o does not apply to dump"},
           std::pair{QStringList{"print", cercle, "--page", "A3"}, "--page does not apply to print"},

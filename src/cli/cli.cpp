@@ -164,7 +164,10 @@ QString LitArguments(const QStringList& a, Arguments& r) {
         } else if (o == QLatin1String("--pane") || o == QLatin1String("--page")) {
             if (!valeur(v)) return o + QStringLiteral(" needs a size");
             const QSizeF t = TaillePage(v);
-            if (!t.isValid()) return QStringLiteral("bad size: %1 (%2 or WxH in mm)").arg(v, NomsPages().join(", "));
+            if (!t.isValid()) return QStringLiteral("bad size: %1 (%2 or WxH in mm, each from %3 to %4)")
+                                       .arg(v, NomsPages().join(", "))
+                                       .arg(PageMin)
+                                       .arg(PageMax);
             (o == QLatin1String("--pane") ? r.pane : r.page) = t;
         } else if (o == QLatin1String("--zoom")) {
             if (!valeur(v)) return QStringLiteral("--zoom needs a number");

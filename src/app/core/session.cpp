@@ -39,7 +39,7 @@ QSizeF TaillePage(const QString& nom) {
     if (wh.size() == 2) {
         bool a = false, b = false;
         const double w = wh[0].toDouble(&a), h = wh[1].toDouble(&b);
-        if (a && b && w > 0 && h > 0) return {w, h};
+        if (a && b && w >= PageMin && h >= PageMin && w <= PageMax && h <= PageMax) return {w, h};
     }
     return {};
 }

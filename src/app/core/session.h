@@ -21,6 +21,8 @@ QStringList NomsPages();
 // A page size in millimetres, portrait, from one of those names (any case) or
 // "WxH"; invalid when unknown.
 QSizeF TaillePage(const QString& nom);
+// The sides a page given as WxH may have, in millimetres.
+constexpr double PageMin = 1, PageMax = 10000;
 
 // A page given wider than high is a landscape page: the paper becomes
 // upright and the orientation landscape.
