@@ -240,7 +240,8 @@ TEST(Fichiers, FailedSaveKeepsTheOldFileAndShowsTheSystemsText) {
     EXPECT_EQ(Lit(cible), "Arc = 1, 2, 3\r\n");
 }
 
-// A modified text asks string 118: Cancel stops, Yes saves first, No goes on.
+// A modified text asks string 118: Cancel stops, Yes saves first (and stops when the text is not saved),
+// No goes on.
 TEST(Fichiers, ModifiedTextAsksWhetherToSaveFirst) {
     Session s;
     Ecrit(s.D("a.dat"), "Arc = 1, 2, 3\r\n");
@@ -262,6 +263,17 @@ TEST(Fichiers, ModifiedTextAsksWhetherToSaveFirst) {
     EXPECT_EQ(Lit(s.D("a.dat")), "Arc = 1, 2, 3\r\n");
     ASSERT_TRUE(Mnu_Nouveau(s.etat, s.regl, s.fen)); // an unmodified text asks nothing
     EXPECT_EQ(s.fen.messages.size(), 3);
+    // Yes whose save does not happen (Save as cancelled, a write that fails) stops the command: the
+    // text stays.
+    s.fen.editeur = "Cercle = 0, 0, 5\r\n";
+    s.etat.Modifie = true;
+    s.etat.FichierCourant.clear();
+    s.fen.reponses << Reponse::Oui << Reponse::Oui;
+    s.fen.ouvrir << s.D("a.dat");
+    EXPECT_FALSE(Mnu_Ouvrir(s.etat, s.regl, s.fen));
+    s.fen.enregistrer << s.D("absent/b.dat");
+    EXPECT_FALSE(Mnu_Nouveau(s.etat, s.regl, s.fen, true));
+    EXPECT_EQ(s.fen.editeur, "Cercle = 0, 0, 5\r\n");
 }
 
 // The template of New: the working folder's copy, the configuration folder's,

@@ -178,7 +178,8 @@ bool DemandeSauvegarde(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     if (f.TexteEditeur().isEmpty() || !(e.Modifie || e.HorsDisque)) return true;
     switch (f.Message(LoadResString(118 + r.LangueMessages), Boutons::OuiNonAnnuler)) {
     case Reponse::Annuler: return false;
-    case Reponse::Oui: Mnu_EnregistrerS(e, r, f); return true;
+    // A save that did not happen (Save as cancelled, a failed write) keeps the text.
+    case Reponse::Oui: return Mnu_EnregistrerS(e, r, f);
     default: return true;
     }
 }
