@@ -518,6 +518,8 @@ TEST(Fenetre, SaveAsAndSave) {
     f.RTB1->InsereTexte("CT = 3, 3\r\n");
     f.Mnu_EnregistrerS_Click();
     EXPECT_TRUE(b.boites.Messages().size() == 1 && !b.boites.Messages()[0].isEmpty() && !f.Modifie());
+    // The caption still says the text is not on disk.
+    EXPECT_TRUE(f.windowTitle().startsWith('*')) << f.windowTitle().toStdString();
 }
 
 // Open moves the run's folder (includes, New's template); %File and %Path name the main file.

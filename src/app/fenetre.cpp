@@ -398,8 +398,11 @@ QString Form1::TexteCaption() const {
     return t;
 }
 
-// A "*" ahead while the text is unsaved.
-void Form1::EcritCaption() { setWindowTitle((Modifie() ? QStringLiteral("*") : QString()) + TexteCaption()); }
+// A "*" ahead while the text is unsaved: modified, or not on disk since a
+// save failed.
+void Form1::EcritCaption() {
+    setWindowTitle((Modifie() || fichiers_.HorsDisque ? QStringLiteral("*") : QString()) + TexteCaption());
+}
 
 // --- layout
 
