@@ -127,19 +127,24 @@ TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
 }
 
 // A file changed on disk is offered once for reload, as soon as the change is seen; Yes reloads
-// it, No keeps the text. The window's own save is no change.
+// it, No keeps the text. The window's own save is no change. With changes not saved, the question
+// says they would be lost.
 TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
-    for (Reponse r : {Reponse::Oui, Reponse::Non}) {
+    for (const auto& [r, modifie] : {std::pair{Reponse::Oui, false}, {Reponse::Non, false}, {Reponse::Non, true}}) {
         Banc b;
         Form1& f = b.Demarre("CT = 1, 1\r\n");
         f.Mnu_EnregistrerS_Click();
         EXPECT_FALSE(f.Usage->VerifieDisque());
+        if (modifie) f.RTB1->InsereTexte("' x");
+        const QString texte = f.RTB1->TexteCrLf();
         b.Fichier("essai.dat", "CT = 2, 2\r\nCT = 3, 3\r\n");
         b.boites.reponses = {int(r)};
         QTRY_COMPARE_WITH_TIMEOUT(b.boites.Messages().size(), 1, 3000); // the watch on the file asks
         EXPECT_FALSE(f.Usage->VerifieDisque());
-        EXPECT_EQ(b.boites.Messages(), QStringList{LoadResString(394).arg(f.FichierCourant)});
-        EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : "CT = 1, 1\r\n");
+        const QString question = b.boites.Messages().value(0);
+        EXPECT_TRUE(question.startsWith(f.FichierCourant + "\na été modifié sur le disque"));
+        EXPECT_EQ(question.contains("perdre"), modifie) << question.toStdString();
+        EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : texte);
     }
 }
 

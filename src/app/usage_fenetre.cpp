@@ -151,8 +151,11 @@ bool UsageFenetre::VerifieDisque() {
     empreinte_ = maintenant;
     if (maintenant.taille < 0) return false;
     question_ = true;
-    const Reponse r = f_.s_.boites->Message(&f_, TitreBoite, LoadResString(394 + f_.regl.LangueMessages).arg(suivi_),
-                                            Boutons::OuiNon, Icone::Question);
+    // Two questions of two lines each: the second when reloading would lose
+    // changes not saved.
+    const QStringList questions = LoadResString(394 + f_.regl.LangueMessages).split(u'\n');
+    const QString question = questions.mid(f_.Modifie() ? 2 : 0, 2).join(u'\n').arg(suivi_);
+    const Reponse r = f_.s_.boites->Message(&f_, TitreBoite, question, Boutons::OuiNon, Icone::Question);
     question_ = false;
     if (r != Reponse::Oui) return false;
     const QString chemin = suivi_;
