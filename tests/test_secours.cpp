@@ -51,18 +51,21 @@ TEST(Secours, CopyFollowsUnsavedTextUntilSaveOrQuit) {
     EXPECT_EQ(Copies(etat.path()), 0);
 }
 
+// A copy older than its file is offered still, unless the file holds its text: another program
+// may have written the file since.
 TEST(Secours, StartOffersTheCopyOfAWindowThatDidNotQuit) {
     for (auto [nom, reponse, fichierRecrit, texte, questions] :
-         {std::tuple{"taken back", Reponse::Oui, false, "CT = 2, 2' a\n", 1}, {"declined", Reponse::Non, false, "' a\n", 1},
-          {"older than its file", Reponse::Oui, true, "' b\n", 0}}) {
+         {std::tuple{"taken back", Reponse::Oui, "", "CT = 2, 2' a\n", 1}, {"declined", Reponse::Non, "", "' a\n", 1},
+          {"older than its file, which holds its text", Reponse::Oui, "CT = 2, 2' a\r\n", "CT = 2, 2' a\n", 0},
+          {"older than its file, which holds another text", Reponse::Oui, "' b\r\n", "CT = 2, 2' a\n", 1}}) {
         QTemporaryDir etat;
         Banc b;
         QTest::keyClicks(Fenetre(b, etat.path(), "essai.dat", "' a\r\n").RTB1, "CT = 2, 2");
         QCoreApplication::processEvents();
         const QString chemin = b.travail.filePath("essai.dat");
         b.f.reset(); // gone without the unload question: its copy stays
-        if (fichierRecrit) {
-            b.Fichier("essai.dat", "' b\r\n");
+        if (*fichierRecrit) {
+            b.Fichier("essai.dat", fichierRecrit);
             QFile fi(chemin);
             fi.open(QIODevice::Append);
             fi.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);

@@ -83,6 +83,24 @@ void Secours::Supprime() {
     verrou_.reset(); // unlocks, and removes the lock file
 }
 
+namespace {
+
+// Whether the file of a copy holds the copy's text, line ends aside. A file
+// written after the copy may hold another text (another program wrote it):
+// the copy is then offered still.
+bool FichierTientLeTexte(const CopieSecours& c) {
+    if (c.Fichier.isEmpty()) return false;
+    const std::optional<TexteLu> lu = LitFic(c.Fichier);
+    auto sansFin = [](const QString& t) {
+        QString n = NormaliseFinsDeLigne(t);
+        while (n.endsWith(QLatin1String("\r\n"))) n.chop(2);
+        return n;
+    };
+    return lu && sansFin(lu->Texte) == sansFin(c.Texte);
+}
+
+} // namespace
+
 QList<CopieSecours> Secours::Abandonnees() const {
     QList<CopieSecours> r;
     if (dossier_.isEmpty()) return r;
@@ -107,9 +125,8 @@ QList<CopieSecours> Secours::Abandonnees() const {
         c.Nom = QString::fromUtf8(octets.mid(b + 1, z - b - 1));
         c.Texte = QString::fromUtf8(octets.mid(z + 1));
         c.Date = fi.lastModified();
-        const QFileInfo fichier(c.Fichier);
-        if (!c.Fichier.isEmpty() && fichier.exists() && fichier.lastModified() > c.Date) {
-            Jette(c); // the file was written after the copy
+        if (FichierTientLeTexte(c)) {
+            Jette(c); // nothing to take back: the file holds that text
             continue;
         }
         r.append(c);
