@@ -167,7 +167,7 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     Form1& f = b.Demarre("Arc = 30, 150, 60\n", "boucle.dat");
     f.RTB1->setPlainText("Arc = 30, 150, 60\nE1:\nGoto E1\n");
     struct Cas { int premierEsc; bool imprime; };
-    for (const Cas& c : {Cas{2300, true}, Cas{100, false}}) {
+    for (const Cas& c : {Cas{3000, true}, Cas{100, false}}) {
         SCOPED_TRACE(c.premierEsc);
         std::tie(f.e.Repere.DecalageVueX, f.e.Repere.DecalageVueY) = std::pair(12.0, -7.0);
         const int avant = f.NombreExecutions;
@@ -189,6 +189,13 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
         const InfoPdf i = Info(pdf);
         EXPECT_EQ(std::pair(i.pages, i.titre), std::pair(1, QString("boucle")));
     }
+    // A close asked while the page is being turned: no job, no redraw, and the window closes.
+    f.Mnu_EnregistrerS_Click();
+    const int avant = f.NombreExecutions;
+    QTimer::singleShot(100, &f, [&f] { f.close(); });
+    EXPECT_FALSE(f.Imprimer(PdfImprimante(b.travail.filePath("fermeture.pdf")).get()));
+    EXPECT_EQ(f.NombreExecutions, avant + 1);
+    QTRY_VERIFY_WITH_TIMEOUT(!f.isVisible(), 3000);
 }
 
 // A printer that cannot open the job fails the first line that draws, with its own box and no marked

@@ -130,11 +130,12 @@ TEST(Robustesse, BinaryProgramShowsNoControlCharacters) {
     QTemporaryDir d;
     QFile f(d.filePath("image.dat"));
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray("\x89PNG\x1B[2J\x07\0\x01IHDR\r\n", 16));
+    f.write(QByteArray("\x89PNG\x1B[2J\x07\0\x01IH\x9D\x9BDR\r\n", 18));
     f.close();
     const SortieProcessus r = Mirel({"render", f.fileName(), "-o", d.filePath("image.png")});
     EXPECT_EQ(r.code, 1);
-    for (const char c : r.err) EXPECT_TRUE(uchar(c) >= 0x20 || c == '\n' || c == '\r' || c == '\t') << int(c);
+    for (const QChar c : QString::fromUtf8(r.err))
+        EXPECT_TRUE(c.category() != QChar::Other_Control || c == u'\n' || c == u'\r' || c == u'\t') << int(c.unicode());
 }
 
 // The VU meter example stays on its 120 x 80 mm plate: no cross is left at

@@ -207,7 +207,7 @@ void Apercu::ActiveDirect(bool oui) {
 
 // A run of the window disables `Mnu_Visualiser` from its first step to its
 // last, before and after the interpreter's own flag.
-bool Apercu::EnCours() const { return f_.e.ExecutionEnCours || !f_.Mnu_Visualiser->isEnabled(); }
+bool Apercu::EnCours() const { return f_.EnExecution() || !f_.Mnu_Visualiser->isEnabled(); }
 
 bool Apercu::Libre() const { return !EnCours() && !f_.DessinOuvert && f_.pane->surface(); }
 

@@ -98,7 +98,7 @@ void DialogueExport::Raccourcis(Form1& f) {
 }
 
 void DialogueExport::Exporte(Form1& f, const QString& format) {
-    if (f.e.ExecutionEnCours) return;
+    if (f.EnExecution()) return;
     // The last choices, read with the settings at start-up and kept there.
     ChoixExport c = ChoixExportDe(f.Config.Export);
     if (!f.s_.boites->Export(&f, f.regl.LangueMenus, format, c)) return;

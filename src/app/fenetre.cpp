@@ -618,10 +618,14 @@ void Form1::FinRun() {
     pane->update();
     Dispose();
     if (Mnu_Code->isChecked()) RTB1->setFocus();
-    if (fermetureDemandee_) {
-        fermetureDemandee_ = false;
-        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
-    }
+    FermeSiDemandee();
+}
+
+bool Form1::FermeSiDemandee() {
+    if (!fermetureDemandee_) return false;
+    fermetureDemandee_ = false;
+    QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    return true;
 }
 
 // --- the mouse
@@ -1187,7 +1191,7 @@ bool Form1::eventFilter(QObject* objet, QEvent* ev) {
 
 void Form1::closeEvent(QCloseEvent* ev) {
     // A run, or a print getting ready, ends first; the window closes after it.
-    if (e.ExecutionEnCours || filtreExecution_) {
+    if (EnExecution()) {
         e.ArretDemande = true;
         fermetureDemandee_ = true;
         ev->ignore();

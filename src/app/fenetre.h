@@ -163,7 +163,9 @@ public:
     void FixeFichierPrincipal();
     bool Modifie() const;
     void SetModifie(bool m);
-    bool EnExecution() const { return e.ExecutionEnCours; }
+    // A run, or a print getting ready (its first run, on a session of its
+    // own), holds the window.
+    bool EnExecution() const { return e.ExecutionEnCours || filtreExecution_; }
 
 public slots:
     void Mnu_Ouvrir_Click();
@@ -231,6 +233,8 @@ private:
     bool PrepareExecution();        // what F4 and the zoom dialog's run start with
     void DebutRun();
     void FinRun();
+    // A close asked during a run or a print: queued now; true when it was.
+    bool FermeSiDemandee();
     void Occupe(bool oui);
     // The unload question (string 118): false keeps the window open.
     bool AccepteFermeture();

@@ -228,14 +228,12 @@ bool Form1::Imprimer(QPrinter* cible) {
     // print before its job opens.
     QPrinter& p = cible ? *cible : ImprimanteDe(*this);
     const QString texte = RTB1->TexteCrLf();
-    Mnu_Visualiser->setEnabled(false); // no live run in the meantime
     EssaiImpression essai;
     essai.veille = [this] {
         if (e.Host) e.Host->PompeEvenements();
         return e.ArretDemande;
     };
     PrepareImprimante(p, texte, FichierCourant, regl, essai);
-    Mnu_Visualiser->setEnabled(true);
     const bool annule = e.ArretDemande;
     FermeFichiers(e);
     bool signalee = false;
@@ -244,6 +242,8 @@ bool Form1::Imprimer(QPrinter* cible) {
     if (r.DecalageVueX == 0) r.DecalageVueX = panX;
     if (r.DecalageVueY == 0) r.DecalageVueY = panY;
     Occupe(false);
+    // A close asked while the page was being turned closes the window now.
+    if (FermeSiDemandee()) return accepte;
     // 8. The screen shows the drawing again, even after Esc, from the point
     // and centre 0, 0 as every run starts.
     e.ArretDemande = false;

@@ -5,6 +5,7 @@
 #include "app/core/meter.h"
 #include "app/editeur.h"
 #include "app/fenetre.h"
+#include "app/secours.h"
 #include "language/chaines.h"
 
 #include <QAction>
@@ -113,7 +114,7 @@ void UsageFenetre::EnregistreRecents() {
 }
 
 bool UsageFenetre::Ouvre(const QString& chemin) {
-    if (f_.e.ExecutionEnCours) return false;
+    if (f_.EnExecution()) return false;
     const Reglages& r = f_.regl;
     return f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) {
         if (!DemandeSauvegarde(ef, r, p)) return false;
@@ -144,7 +145,7 @@ UsageFenetre::Empreinte UsageFenetre::EmpreinteDe(const QString& chemin) {
 }
 
 bool UsageFenetre::VerifieDisque() {
-    if (question_ || suivi_.isEmpty() || f_.e.ExecutionEnCours) return false;
+    if (question_ || suivi_.isEmpty() || f_.EnExecution()) return false;
     const Empreinte maintenant = EmpreinteDe(suivi_);
     if (maintenant == empreinte_) return false;
     // Asked once for each change; a file gone is not a change to offer.
@@ -154,7 +155,7 @@ bool UsageFenetre::VerifieDisque() {
     // Two questions of two lines each: the second when reloading would lose
     // changes not saved.
     const QStringList questions = LoadResString(394 + f_.regl.LangueMessages).split(u'\n');
-    const QString question = questions.mid(f_.Modifie() ? 2 : 0, 2).join(u'\n').arg(suivi_);
+    const QString question = questions.mid(f_.secours->ARisque() ? 2 : 0, 2).join(u'\n').arg(suivi_);
     const Reponse r = f_.s_.boites->Message(&f_, TitreBoite, question, Boutons::OuiNon, Icone::Question);
     question_ = false;
     if (r != Reponse::Oui) return false;

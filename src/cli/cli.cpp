@@ -84,7 +84,7 @@ void Ecrit(FILE* f, const QString& t) {
 void EcritBoite(const QString& boite) {
     QString t = boite;
     for (QChar& c : t)
-        if ((c.unicode() < 0x20 && c != u'\n' && c != u'\r' && c != u'\t') || c.unicode() == 0x7F) c = u'?';
+        if (c.category() == QChar::Other_Control && c != u'\n' && c != u'\r' && c != u'\t') c = u'?';
     Ecrit(stderr, t + QStringLiteral("\n\n"));
 }
 
