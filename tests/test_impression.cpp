@@ -264,7 +264,7 @@ TEST(Impression, CommandLineExitStatus) {
             << c.args.join(' ').toStdString() << ": " << s.code << " " << s.err.toStdString();
     }
     EXPECT_EQ(Info(d.filePath("o.pdf")).titre, "bon");
-    // The PDF is written whole under a temporary name first: none is left behind.
+    // A failed print leaves no file of its own behind.
     EXPECT_EQ(QDir(d.path()).entryList(QDir::Files | QDir::Hidden).filter(".pdf"), QStringList({"f.pdf", "l.pdf", "o.pdf", "s.pdf"}));
 }
 

@@ -120,8 +120,7 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
                                     const Reglages& reglages, const OptionsImpression& options) {
     ResultatImpression res;
     // The time limit holds for the trial that turns the page and the print together.
-    const QDeadlineTimer fin = options.delai > 0 ? QDeadlineTimer(qint64(options.delai * 1000))
-                                                 : QDeadlineTimer(QDeadlineTimer::Forever);
+    const QDeadlineTimer fin = EcheanceDe(options.delai);
     EssaiImpression essai{options.reponses, options.saisies};
     if (options.delai > 0) essai.delai = std::min(essai.delai, options.delai / 2);
     const float zoomTexte = PrepareImprimante(p, texte, chemin, reglages, essai);

@@ -85,18 +85,13 @@ void Secours::Supprime() {
 
 namespace {
 
-// Whether the file of a copy holds the copy's text, line ends aside. A file
-// written after the copy may hold another text (another program wrote it):
-// the copy is then offered still.
+// Whether the file of a copy holds the copy's text, read as Open reads it. A
+// file written after the copy may hold another text (another program wrote
+// it): the copy is then offered still.
 bool FichierTientLeTexte(const CopieSecours& c) {
     if (c.Fichier.isEmpty()) return false;
     const std::optional<TexteLu> lu = LitFic(c.Fichier);
-    auto sansFin = [](const QString& t) {
-        QString n = NormaliseFinsDeLigne(t);
-        while (n.endsWith(QLatin1String("\r\n"))) n.chop(2);
-        return n;
-    };
-    return lu && sansFin(lu->Texte) == sansFin(c.Texte);
+    return lu && lu->Texte == LignesCrLf(c.Texte);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "app/boites.h"
 #include "app/core/config.h"
 #include "app/core/dump.h"
+#include "app/core/encodage.h"
 #include "app/core/fichiers.h"
 #include "app/core/meter.h"
 #include "app/core/externes.h"
@@ -25,17 +26,14 @@
 #include <QLocale>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QSaveFile>
 #include <QSet>
-#include <QStorageInfo>
 #include <QTemporaryFile>
 #include <QTimer>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -155,7 +153,7 @@ QString LitArguments(const QStringList& a, Arguments& r) {
             if (!valeur(v)) return QStringLiteral("--copies needs a number");
             r.copies = v.toInt(&ok);
             if (!ok || r.copies < 1) return QStringLiteral("bad number of copies: %1").arg(v);
-        } else if (o == QLatin1String("--listing") && r.commande == QLatin1String("print")) {
+        } else if (o == QLatin1String("--listing")) {
             r.listing = true;
         } else if (o == QLatin1String("--landscape")) {
             r.paysage = true;
@@ -197,8 +195,6 @@ QString LitArguments(const QStringList& a, Arguments& r) {
             if (!ok || r.delai < 0) return QStringLiteral("bad timeout: %1").arg(v);
         } else if (o == QLatin1String("--locale")) {
             if (!valeur(r.locale)) return QStringLiteral("--locale needs a name");
-        } else if (o.startsWith(u'-')) {
-            return QStringLiteral("unknown option: %1").arg(o);
         } else if (r.fichier.isEmpty()) {
             r.fichier = o;
         } else {
@@ -263,40 +259,30 @@ int Render(const Arguments& a, const QString& texte) {
     return r.statut;
 }
 
-// The PDF of `print -o`: printed under a temporary name beside it, and put
-// in its place only once whole, so that a print that fails (a full disk)
-// neither leaves a cut file nor loses the one that was there.
+// The PDF of `print -o`: printed into a temporary file, then written whole
+// over the name asked for, so that a print that fails (a full disk) neither
+// leaves a cut file nor loses the one that was there.
 class SortiePdf {
 public:
-    explicit SortiePdf(const QString& nom)
-        : nom_(nom), temporaire_(QFileInfo(nom).absolutePath() + QStringLiteral("/.") +
-                                 QFileInfo(nom).fileName() + QStringLiteral("-XXXXXX")) {}
-    // The temporary file, or the reason why none can be made there.
+    explicit SortiePdf(const QString& nom) : nom_(nom) {}
+    // The temporary file, or the reason why it or the file asked for cannot
+    // be written; told before the program runs.
     QString Ouvre() {
+        QSaveFile essai(nom_);
+        if (!essai.open(QIODevice::WriteOnly)) return Raison(essai.errorString());
+        essai.cancelWriting();
         if (!temporaire_.open()) return Raison(temporaire_.errorString());
         temporaire_.close();
         return {};
     }
     QString Temporaire() const { return temporaire_.fileName(); }
-    // The whole PDF takes the name asked for; else the reason.
+    // The whole PDF written under its name; else the reason.
     QString Remplace() {
-        QFile f(temporaire_.fileName());
-        const qint64 taille = f.size();
-        QByteArray fin;
-        if (f.open(QIODevice::ReadOnly) && f.seek(std::max<qint64>(0, taille - 1024))) fin = f.readAll();
-        if (!fin.contains("%%EOF")) {
-            const bool plein = QStorageInfo(QFileInfo(nom_).absolutePath()).bytesAvailable() < 65536;
-            return Raison(plein ? QString::fromLocal8Bit(std::strerror(ENOSPC))
-                                : QStringLiteral("the PDF was cut short"));
-        }
-        // As a new file would have, not the temporary file's owner-only rights.
-        const mode_t masque = ::umask(0);
-        ::umask(masque);
-        ::chmod(QFile::encodeName(temporaire_.fileName()).constData(), 0666 & ~masque);
-        if (::rename(QFile::encodeName(temporaire_.fileName()).constData(), QFile::encodeName(nom_).constData()) != 0)
-            return Raison(QString::fromLocal8Bit(std::strerror(errno)));
-        temporaire_.setAutoRemove(false);
-        return {};
+        QString raison;
+        const std::optional<QByteArray> pdf = LitOctets(temporaire_.fileName(), &raison);
+        if (!pdf) return Raison(raison);
+        if (!pdf->right(1024).contains("%%EOF")) return Raison(QStringLiteral("the PDF was cut short"));
+        return EcritOctets(nom_, *pdf, &raison) ? QString() : Raison(raison);
     }
 
 private:

@@ -52,9 +52,10 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur = nul
 // target only once everything is written (QSaveFile): a failure leaves the old
 // file as it was. False on failure, with the system's error text.
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
-// Several files written all or none: each whole under a temporary name first,
-// then each renamed over its old file. False with the system's reason in
-// `erreur` and the file that failed in `enFaute`.
+// Several files, each written whole under a temporary name before any is
+// renamed over its old file: a write that fails (a full disk) leaves every
+// old file as it was. False with the system's reason in `erreur` and the file
+// that failed in `enFaute`.
 bool EcritFichiers(const QList<std::pair<QString, QByteArray>>& fichiers, QString* erreur = nullptr,
                    QString* enFaute = nullptr);
 

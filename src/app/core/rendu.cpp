@@ -238,8 +238,7 @@ ResultatRendu RendProgramme(const QString& texte, const QString& chemin, const Q
     // The trial run answers as the drawing run will. The time limit holds for
     // both: the trial takes at most half of it, so that the drawing run, which
     // stops where the trial was stopped, fits in the rest.
-    const QDeadlineTimer fin = options.delai > 0 ? QDeadlineTimer(qint64(options.delai * 1000))
-                                                 : QDeadlineTimer(QDeadlineTimer::Forever);
+    const QDeadlineTimer fin = EcheanceDe(options.delai);
     Session essai(texte, QSizeF(297, 210), papier);
     essai.regl = reglages;
     essai.delai = options.delai / 2;

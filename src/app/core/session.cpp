@@ -78,7 +78,11 @@ void Session::Prepare() {
     for (Surface* s : {pane.get(), imprimante.get()})
         s->LimiteOperations(MaxOperationsRun, [this] { etat.ArretDemande = true; });
     hote.Expire = false;
-    hote.Echeance = delai > 0 ? QDeadlineTimer(qint64(delai * 1000)) : QDeadlineTimer(QDeadlineTimer::Forever);
+    hote.Echeance = EcheanceDe(delai);
+}
+
+QDeadlineTimer EcheanceDe(double delai) {
+    return delai > 0 ? QDeadlineTimer(qint64(delai * 1000)) : QDeadlineTimer(QDeadlineTimer::Forever);
 }
 
 QString Session::Arret() const {

@@ -7,6 +7,7 @@
 #include "drawing/surface.h"
 #include "language/etat.h"
 
+#include <QDeadlineTimer>
 #include <QSizeF>
 #include <QString>
 
@@ -32,6 +33,8 @@ void PapierEtOrientation(QSizeF& page, bool& paysage);
 // passed, or it drew more than `MaxOperationsRun` operations. Empty when it
 // ran to its end.
 QString RaisonArret(bool delaiPasse, bool limiteAtteinte, double delai);
+// The end of a time limit of `delai` seconds from now; none for 0.
+QDeadlineTimer EcheanceDe(double delai);
 
 struct Session {
     Reglages regl;
