@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,6 +20,8 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTimer>
+
+#include <functional>
 
 // One box as the window asked it.
 struct BoiteVue {
@@ -130,6 +133,18 @@ struct Banc {
 };
 
 // The colour of the character at a 0-based position of line `ligne`.
+// Serves events until `condition` holds or `ms` have passed; whether it held.
+// (Qt's QTRY macros only return from the test when they fail: GoogleTest
+// would not see it.)
+inline bool Attend(const std::function<bool()>& condition, int ms = 3000) {
+    for (QElapsedTimer t; !condition();) {
+        if (!t.isValid()) t.start();
+        if (t.elapsed() > ms) return false;
+        QTest::qWait(10);
+    }
+    return true;
+}
+
 inline QColor CouleurLigne(const Editeur& ed, int ligne, int colonne) {
     return ed.CouleurA(ed.document()->findBlockByNumber(ligne).position() + colonne);
 }

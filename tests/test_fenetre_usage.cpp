@@ -139,13 +139,22 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
         const QString texte = f.RTB1->TexteCrLf();
         b.Fichier("essai.dat", "CT = 2, 2\r\nCT = 3, 3\r\n");
         b.boites.reponses = {int(r)};
-        QTRY_COMPARE_WITH_TIMEOUT(b.boites.Messages().size(), 1, 3000); // the watch on the file asks
+        ASSERT_TRUE(Attend([&] { return b.boites.Messages().size() == 1; })); // the watch on the file asks
         EXPECT_FALSE(f.Usage->VerifieDisque());
         const QString question = b.boites.Messages().value(0);
         EXPECT_TRUE(question.startsWith(f.FichierCourant + "\na été modifié sur le disque"));
         EXPECT_EQ(question.contains("perdre"), modifie) << question.toStdString();
         EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : texte);
     }
+    // A file deleted on disk is no change to offer, but its text is then on no disk: not saved.
+    Banc b;
+    Form1& f = b.Demarre("CT = 1, 1\r\n");
+    f.Mnu_EnregistrerS_Click();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(f.Modifie());
+    ASSERT_TRUE(QFile::remove(f.FichierCourant));
+    EXPECT_TRUE(Attend([&] { return f.Modifie(); }));
+    EXPECT_TRUE(f.windowTitle().startsWith('*') && b.boites.Messages().isEmpty());
 }
 
 // The help opens on the first dial, which draws without a message, then the reference; Esc

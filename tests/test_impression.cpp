@@ -195,7 +195,7 @@ TEST(Impression, WindowPrintStopsAtEscAndRedraws) {
     QTimer::singleShot(100, &f, [&f] { f.close(); });
     EXPECT_FALSE(f.Imprimer(PdfImprimante(b.travail.filePath("fermeture.pdf")).get()));
     EXPECT_EQ(f.NombreExecutions, avant + 1);
-    QTRY_VERIFY_WITH_TIMEOUT(!f.isVisible(), 3000);
+    EXPECT_TRUE(Attend([&] { return !f.isVisible(); }));
 }
 
 // A printer that cannot open the job fails the first line that draws, with its own box and no marked

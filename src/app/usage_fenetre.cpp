@@ -148,9 +148,16 @@ bool UsageFenetre::VerifieDisque() {
     if (question_ || suivi_.isEmpty() || f_.EnExecution()) return false;
     const Empreinte maintenant = EmpreinteDe(suivi_);
     if (maintenant == empreinte_) return false;
-    // Asked once for each change; a file gone is not a change to offer.
+    // Asked once for each change. A file gone is not a change to offer, but
+    // the text is then on no disk: it counts as not saved (the caption's "*",
+    // the close question, the recovery copy).
     empreinte_ = maintenant;
-    if (maintenant.taille < 0) return false;
+    if (maintenant.taille < 0) {
+        f_.SetModifie(true);
+        f_.EcritCaption();
+        f_.secours->Ecrit();
+        return false;
+    }
     question_ = true;
     // Two questions of two lines each: the second when reloading would lose
     // changes not saved.
