@@ -7,7 +7,7 @@
 // writes no file. At the first line that would (`Input`, `ListeVar`,
 // `Shell#$`, an `OpenA` that opens or deletes a file, a rewrite of the
 // editor's text, an error box) it stops;
-// the reason stands in a line at the bottom of the pane and an error line is
+// the reason stands in a band at the top left of the pane and an error line is
 // painted red as F4 paints it, the caret left where the user types. F4 still
 // runs everything. A live run lets no events through: keys typed meanwhile
 // wait in the queue and reach the editor after it, none lost.
