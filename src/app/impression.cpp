@@ -1,5 +1,6 @@
 #include "app/impression.h"
 
+#include "app/core/encodage.h"
 #include "app/core/fichiers.h"
 #include "app/core/hote_memoire.h"
 #include "app/editeur.h"
@@ -53,7 +54,7 @@ ResultatImpression Refus(const QPrinter& p) {
     ResultatImpression r;
     r.statut = 2;
     r.erreur = p.outputFormat() == QPrinter::PdfFormat
-                   ? QStringLiteral("cannot write %1").arg(p.outputFileName())
+                   ? TexteNonEcrit(p.outputFileName())
                    : QStringLiteral("the printer %1 refused the job").arg(p.printerName());
     return r;
 }

@@ -286,7 +286,7 @@ public:
     }
 
 private:
-    QString Raison(const QString& pourquoi) const { return QStringLiteral("cannot write %1: %2").arg(nom_, pourquoi); }
+    QString Raison(const QString& pourquoi) const { return TexteNonEcrit(nom_, pourquoi); }
     QString nom_;
     QTemporaryFile temporaire_;
 };
@@ -326,7 +326,7 @@ int Imprime(const Arguments& a, const QString& texte) {
     ResultatImpression r =
         a.listing ? ImprimeListingProgramme(texte, chemin, p) : ImprimeProgramme(texte, chemin, p, ReglagesDe(a), o);
     if (pdf) {
-        const QString faute = r.statut == 2 ? QStringLiteral("cannot write %1").arg(a.sortie) : pdf->Remplace();
+        const QString faute = r.statut == 2 ? TexteNonEcrit(a.sortie) : pdf->Remplace();
         if (!faute.isEmpty()) std::tie(r.statut, r.erreur) = std::pair(2, faute);
     }
     for (const QString& m : r.messages) EcritBoite(m);
@@ -400,7 +400,7 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
             f.Lecture(QPointF(largeur / 3.0, f.zone->height() / 3.0), Qt::NoButton, Qt::NoModifier);
             const QImage im = f.grab().toImage();
             if (im.isNull() || !im.save(capture)) {
-                Ecrit(stderr, QStringLiteral("mirel: cannot write %1\n").arg(capture));
+                Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(TexteNonEcrit(capture)));
                 statut = 2;
             } else {
                 // A window's picture: a real size and more than a few colours.

@@ -183,6 +183,11 @@ bool EcritFichiers(const QList<std::pair<QString, QByteArray>>& fichiers, QStrin
     return true;
 }
 
+QString TexteNonEcrit(const QString& nom, const QString& raison) {
+    const QString t = QStringLiteral("cannot write %1").arg(nom);
+    return raison.isEmpty() ? t : t + QStringLiteral(": ") + raison;
+}
+
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur) {
     return EcritFichiers({{chemin, octets}}, erreur);
 }

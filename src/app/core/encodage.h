@@ -52,6 +52,9 @@ std::optional<QByteArray> LitOctets(const QString& chemin, QString* erreur = nul
 // target only once everything is written (QSaveFile): a failure leaves the old
 // file as it was. False on failure, with the system's error text.
 bool EcritOctets(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
+// The message of a file that could not be written: "cannot write NAME", and
+// the reason behind ": " when one is known.
+QString TexteNonEcrit(const QString& nom, const QString& raison = {});
 // Several files, each written whole under a temporary name before any is
 // renamed over its old file: a write that fails (a full disk) leaves every
 // old file as it was. False with the system's reason in `erreur` and the file

@@ -176,7 +176,7 @@ struct Pages {
         for (int i = 0; i < fichiers.size(); ++i) aEcrire.append({fichiers[i], octets.value(i)});
         QString raison, enFaute;
         if (EcritFichiers(aEcrire, &raison, &enFaute)) return true;
-        erreur = QStringLiteral("cannot write %1: %2").arg(enFaute, raison);
+        erreur = TexteNonEcrit(enFaute, raison);
         return false;
     }
 };
