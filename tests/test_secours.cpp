@@ -179,6 +179,9 @@ TEST(Secours, KilledWhileTypingOffersEveryTypedKeyBack) {
     const int avantLaFin = 40;
     EXPECT_EXIT(
         {
+            // The killed child cannot remove its folders: they go under the parent's.
+            QDir(racine).mkdir("tmp");
+            qputenv("TMPDIR", (racine + "/tmp").toUtf8());
             Banc b;
             Form1& f = Fenetre(b, etat, chemin);
             int n = 0;
