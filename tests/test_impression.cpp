@@ -255,7 +255,8 @@ TEST(Impression, CommandLineExitStatus) {
                          Cas{{bon, "-o", d.filePath("dossier.pdf")}, 2, "cannot write " + d.filePath("dossier.pdf") + ": "},
                          Cas{{bon, "-o", d.filePath("b.png")}, 2, "print -o writes a PDF file: " + d.filePath("b.png")},
                          Cas{{bon, "--printer", "file_d_attente_absente"}, 2, "no such printer: file_d_attente_absente"},
-                         Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0"},
+                         Cas{{bon, "--copies", "0"}, 2, "bad number of copies: 0 (1 to 999)"},
+                         Cas{{bon, "--copies", "1000"}, 2, "bad number of copies: 1000 (1 to 999)"},
                          Cas{{bon, "--zoom", "0"}, 2, "bad zoom: 0"},
                          Cas{{boucle, "-o", d.filePath("l.pdf"), "--timeout", "1"}, 3, "the run was stopped after 1 s"},
                          Cas{{soi, "-o", d.filePath("s.pdf"), "--answer", "cancel"}, 1, ""}}) {

@@ -152,7 +152,8 @@ QString LitArguments(const QStringList& a, Arguments& r) {
         } else if (o == QLatin1String("--copies")) {
             if (!valeur(v)) return QStringLiteral("--copies needs a number");
             r.copies = v.toInt(&ok);
-            if (!ok || r.copies < 1) return QStringLiteral("bad number of copies: %1").arg(v);
+            // A slip of the keyboard must not send a printer ten thousand sheets.
+            if (!ok || r.copies < 1 || r.copies > 999) return QStringLiteral("bad number of copies: %1 (1 to 999)").arg(v);
         } else if (o == QLatin1String("--listing")) {
             r.listing = true;
         } else if (o == QLatin1String("--landscape")) {
