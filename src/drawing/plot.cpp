@@ -337,67 +337,77 @@ void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int 
     f.write("\r\n");
 }
 
-void Plot(Etat& e, Genre genre) {
-    QString l = e.LigneCourante;
-    e.EtatOrdre |= 64;
-    // The "OFFSET" form rewrites the file instead of drawing it.
-    const QString marque = e.Separateur2 + QStringLiteral("OFFSET");
-    const bool offset = Trim(l).endsWith(marque, Qt::CaseInsensitive);
-    if (offset) l = Trim(l).chopped(marque.size());
+// What a Plot line asks for. Its parameters are read in their order, as
+// each may substitute variables or fail.
+struct Demande {
+    QString nom;          // the data file
+    QChar sep;            // the column separator
+    QString nomRef;       // the file of the reference curve, and its column
+    int colRef = 0;
+    int colX = 0;         // 0: the points are numbered from 1
+    QString nomX;         // another file whose column gives x
+    int colY = 0;
+    int ma = 0;           // half width of the moving average
+    int pas = 1;          // one point in `pas` is drawn
+    double ca = 1, cb = 0, cc = -1; // y is ca y + cb + cc times the reference
+    int nbLignes = 0;     // lines skipped at the top, shown in a box when negative
+    QString varLignes;    // the variable that receives the skipped lines
+    int maxPoints = 0;
+    Axe ax, ay;
+    QString varX, varY;   // statistics instead of a drawing
+    QString varNb;        // the count of points of each block
+    double rotation = 0;
+};
 
+Demande LitDemande(Etat& e, const QString& l) {
+    Demande d;
     const QString p1 = ParaN(e, l, 1), p2 = ParaN(e, l, 2), p3 = ParaN(e, l, 3);
     const QString p4 = ParaN(e, l, 4), p4brut = ParaBrut(e, l, 4);
-    const QString nom = Sous(e, p1, 1);
+    d.nom = Sous(e, p1, 1);
     const int code = int(ValeurChamp(e, Sous(e, p1, 2), 44));
-    const QChar sep(code > 0 ? code : 44);
-    const QString nomRef = Sous(e, p1, 3);
-    const int colRef = int(ValeurChamp(e, Sous(e, p1, 4), 0));
-    const int colX = int(ValeurChamp(e, Sous(e, p2, 1), 0));
-    const QString nomX = Sous(e, p2, 2);
-    const int colY = int(ValeurChamp(e, Sous(e, p3, 1), 0));
-    const int ma = int(std::abs(ValeurChamp(e, Sous(e, p3, 2), 0)));
-    int pas = int(ValeurChamp(e, Sous(e, p3, 3), 1));
-    if (pas <= 0) pas = 1;
-    double ca = ValeurChamp(e, Sous(e, p3, 4), 1);
-    if (ca == 0) ca = 1;
-    const double cb = ValeurChamp(e, Sous(e, p3, 5), 0), cc = ValeurChamp(e, Sous(e, p3, 6), -1);
-    const int nbLignes = int(ValeurChamp(e, Sous(e, p4, 1), 0));
-    const QString varLignes = Sous(e, p4brut, 2);
-    const int maxPoints = int(ValeurChamp(e, Sous(e, p4, 3), e.Ctx().MaxPlot));
-    Axe ax = LitAxe(e, ParaN(e, l, 5), ParaN(e, l, 6));
-    Axe ay = LitAxe(e, ParaN(e, l, 7), ParaN(e, l, 8));
-    const QString varX = Trim(ParaBrut(e, l, 9)), varY = Trim(ParaBrut(e, l, 10));
-    const QString varNb = Trim(ParaBrut(e, l, 11));
+    d.sep = QChar(code > 0 ? code : 44);
+    d.nomRef = Sous(e, p1, 3);
+    d.colRef = int(ValeurChamp(e, Sous(e, p1, 4), 0));
+    d.colX = int(ValeurChamp(e, Sous(e, p2, 1), 0));
+    d.nomX = Sous(e, p2, 2);
+    d.colY = int(ValeurChamp(e, Sous(e, p3, 1), 0));
+    d.ma = int(std::abs(ValeurChamp(e, Sous(e, p3, 2), 0)));
+    d.pas = std::max(1, int(ValeurChamp(e, Sous(e, p3, 3), 1)));
+    d.ca = ValeurChamp(e, Sous(e, p3, 4), 1);
+    if (d.ca == 0) d.ca = 1;
+    d.cb = ValeurChamp(e, Sous(e, p3, 5), 0);
+    d.cc = ValeurChamp(e, Sous(e, p3, 6), -1);
+    d.nbLignes = int(ValeurChamp(e, Sous(e, p4, 1), 0));
+    d.varLignes = Sous(e, p4brut, 2);
+    d.maxPoints = int(ValeurChamp(e, Sous(e, p4, 3), e.Ctx().MaxPlot));
+    d.ax = LitAxe(e, ParaN(e, l, 5), ParaN(e, l, 6));
+    d.ay = LitAxe(e, ParaN(e, l, 7), ParaN(e, l, 8));
+    d.varX = Trim(ParaBrut(e, l, 9));
+    d.varY = Trim(ParaBrut(e, l, 10));
+    d.varNb = Trim(ParaBrut(e, l, 11));
     double rx = 0, ry = 0;
     LitRotation(e, QStringLiteral("0") + e.Separateur2 + Trim(ParaN(e, l, 12)), rx, ry);
-    const double rotation = e.Repere.RotationCmd;
+    d.rotation = e.Repere.RotationCmd;
+    return d;
+}
 
-    // The file, read whole; the skipped lines shown or kept.
-    const QString chemin = FichierDeCommande(e, nom, QStringLiteral(".txt"));
-    QString texte;
-    std::vector<QStringView> lignes;
-    const int saut = std::abs(nbLignes);
-    if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
-        if (e.Host) e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
-        EpaisRestaure(e);
-        return;
-    }
-    if (offset) {
-        EcritOffset(e, lignes, colX, colY, sep, ax.offset, ay.offset);
-        EpaisRestaure(e);
-        return;
-    }
-    if (saut > 0 && (nbLignes < 0 || !varLignes.isEmpty())) {
-        QStringList passees;
-        for (int k = 0; k < saut; ++k) passees.append(lignes[k].toString());
-        const QString tete = passees.join(QStringLiteral("\r\n"));
-        if (nbLignes < 0 && e.Host) e.Host->Message(TitrePlot, tete, Boutons::Ok);
-        if (!varLignes.isEmpty()) EcritVarTxt(e, e.NiveauCourant, varLignes, tete);
-    }
-    const QVector<double> xAutre = nomX.isEmpty() ? QVector<double>() : Colonne(e, nomX, colX, saut, sep);
-    const QVector<double> yRef = nomRef.isEmpty() ? QVector<double>() : Colonne(e, nomRef, colRef, saut, sep);
+// The lines skipped at the top of the file, shown in a box (a negative
+// count) and kept in the variable the line names.
+void LignesPassees(Etat& e, const Demande& d, const std::vector<QStringView>& lignes, int saut) {
+    if (saut == 0 || (d.nbLignes >= 0 && d.varLignes.isEmpty())) return;
+    QStringList passees;
+    for (int k = 0; k < saut; ++k) passees.append(lignes[k].toString());
+    const QString tete = passees.join(QStringLiteral("\r\n"));
+    if (d.nbLignes < 0 && e.Host) e.Host->Message(TitrePlot, tete, Boutons::Ok);
+    if (!d.varLignes.isEmpty()) EcritVarTxt(e, e.NiveauCourant, d.varLignes, tete);
+}
 
-    // The blocks of points, "'EOD" between them, "STOP" ending all.
+// The blocks of points of the data lines after the skipped ones: "'EOD"
+// between blocks, "STOP" ending all; the drawing commands met between the
+// points are kept with the index of the point they come before.
+QVector<Bloc> LitBlocs(Etat& e, const Demande& d, const std::vector<QStringView>& lignes, int saut) {
+    const QVector<double> xAutre = d.nomX.isEmpty() ? QVector<double>() : Colonne(e, d.nomX, d.colX, saut, d.sep);
+    const QVector<double> yRef = d.nomRef.isEmpty() ? QVector<double>() : Colonne(e, d.nomRef, d.colRef, saut, d.sep);
     QVector<Bloc> blocs(1);
     int indexDonnee = 0;
     for (size_t k = saut; k < lignes.size(); ++k) {
@@ -420,25 +430,25 @@ void Plot(Etat& e, Genre genre) {
             continue;
         }
         Bloc& b = blocs.back();
-        const Champs champs(ligne, sep);
+        const Champs champs(ligne, d.sep);
         // A line too short for the columns asked for is passed over.
-        if (!champs.A(std::max(colX, colY)) || colY < 1) continue;
+        if (!champs.A(std::max(d.colX, d.colY)) || d.colY < 1) continue;
         const int n = int(b.y.size());
-        if (n >= maxPoints) continue;
+        if (n >= d.maxPoints) continue;
         if (n >= e.Ctx().MaxPlot) throw ErreurExecution("Subscript out of range");
-        double y = ValeurDonnee(champs[colY], b.yBrut);
+        double y = ValeurDonnee(champs[d.colY], b.yBrut);
         b.yBrut = y;
         const double ref = indexDonnee < yRef.size() ? yRef[indexDonnee] : 0;
-        y = ca * y + cb + (nomRef.isEmpty() ? 0 : cc * ref) + ay.offset;
+        y = d.ca * y + d.cb + (d.nomRef.isEmpty() ? 0 : d.cc * ref) + d.ay.offset;
         double x = n + 1;
-        if (!xAutre.isEmpty()) x = (indexDonnee < xAutre.size() ? xAutre[indexDonnee] : 0) + ax.offset;
-        else if (colX > 0) {
-            b.xBrut = ValeurDonnee(champs[colX], b.xBrut);
-            x = b.xBrut + ax.offset;
+        if (!xAutre.isEmpty()) x = (indexDonnee < xAutre.size() ? xAutre[indexDonnee] : 0) + d.ax.offset;
+        else if (d.colX > 0) {
+            b.xBrut = ValeurDonnee(champs[d.colX], b.xBrut);
+            x = b.xBrut + d.ax.offset;
         }
         ++indexDonnee;
         if (b.x.empty()) {
-            const size_t reste = std::min(lignes.size() - k, size_t(std::max(maxPoints, 0)));
+            const size_t reste = std::min(lignes.size() - k, size_t(std::max(d.maxPoints, 0)));
             b.x.reserve(reste);
             b.y.reserve(reste);
         }
@@ -448,104 +458,158 @@ void Plot(Etat& e, Genre genre) {
         b.sommeY += y;
     }
     if (blocs.size() > 1 && blocs.back().x.empty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
+    return blocs;
+}
 
-    const bool statistiques = !varX.isEmpty() || !varY.isEmpty();
-    const QString symbole = genre == Genre::Symbole && !statistiques ? TexteSymbole(e) : QString();
-    QStringList listeSymb, listeSymb2;
+// The least and the greatest of the values, 0 and 0 for none.
+std::pair<double, double> Etendue(const std::vector<double>& v) {
+    double mn = v.empty() ? 0 : v[0], mx = mn;
+    for (double t : v) mn = std::min(mn, t), mx = std::max(mx, t);
+    return {mn, mx};
+}
+
+// A block's statistics, in the variables the line names instead of a
+// drawing: x's least, greatest and mean ("1, n, n/2" for numbered points),
+// and y's.
+void EcritStatistiques(Etat& e, const Demande& d, const Bloc& b) {
+    const int n = int(b.y.size());
+    const double nn = std::max(n, 1);
+    const auto [xmn, xmx] = Etendue(b.x);
+    const auto [ymn, ymx] = Etendue(b.y);
+    if (!d.varX.isEmpty())
+        EcritVarTxt(e, e.NiveauCourant, d.varX,
+                    d.colX == 0 ? QStringLiteral("1, %1, %2").arg(n).arg(StrF(float(n / 2.0)))
+                                : StrF(float(xmn)) + QStringLiteral(", ") + StrF(float(xmx)) +
+                                      QStringLiteral(", ") + StrF(float(b.sommeX / nn)));
+    if (!d.varY.isEmpty())
+        EcritVarTxt(e, e.NiveauCourant, d.varY,
+                    StrF(float(ymn)) + QStringLiteral(", ") + StrF(float(ymx)) + QStringLiteral(", ") +
+                        StrF(float(b.sommeY / nn)));
+}
+
+// The symbol text and lists of `PlotS`.
+struct Symboles {
+    QString texte;
+    QStringList liste, liste2;
+};
+
+// The closed outline of a `PlotP` block, filled in the current colour and stroked.
+void RemplitSurface(Etat& e, const QVector<QPointF>& pixels, const QVector<QPointF>& contour) {
+    const int couleur = e.Styles.CouleurDefaut;
+    MarquePage(e, couleur);
+    PSetHorsPage(e, couleur);
+    PolygoneRempli(e, pixels, couleur);
+    e.Surf->FillStyle = 1;
+    for (int i = 0; i < contour.size(); ++i) {
+        const QPointF a = contour[i], c = contour[(i + 1) % contour.size()];
+        TraitRot(e, a.x(), a.y(), c.x(), c.y(), 0, couleur);
+    }
+}
+
+// One block drawn on its axes, limited to the block's own values where the
+// line gives no limits: a curve between the points within the limits, a
+// filled surface, or a symbol at each point within them. The block's
+// commands run before the points they came before.
+void TraceBloc(Etat& e, const Demande& d, Genre genre, Bloc& b, const Symboles& symboles) {
+    const int n = int(b.y.size());
+    auto [xmn, xmx] = Etendue(b.x);
+    auto [ymn, ymx] = Etendue(b.y);
+    if (d.colX == 0) xmn = 1, xmx = n;
+    const Placement placeX(d.ax, d.ax.min.value_or(xmn), d.ax.max.value_or(xmx));
+    const Placement placeY(d.ay, d.ay.min.value_or(ymn), d.ay.max.value_or(ymx));
+    MoyenneMobile(b.y, d.ma);
+    if (d.colX != 0) MoyenneMobile(b.x, d.ma);
+
+    QVector<QPointF> pixels, contour;
+    int prochaine = 0;
+    bool avantDedans = false;
+    double px = 0, py = 0, sx = 0, sy = 0;
+    auto commandesJusqua = [&](int i) {
+        while (prochaine < b.commandes.size() && b.commandes[prochaine].first <= i)
+            ExecuteLigneCommande(e, b.commandes[prochaine++].second);
+    };
+    // With a step above 1 the last point is taken as well. The interface
+    // is let through at every multiple of 10000 steps.
+    const int pas = d.pas;
+    auto suivant = [&](qint64 i) { return i + pas < n || i == n - 1 ? i + pas : n - 1; };
+    const qint64 tous = 10000LL * pas;
+    for (qint64 i = 0, pompe = tous; i < n; i = suivant(i)) {
+        if (i == pompe) {
+            if (e.Host) e.Host->PompeEvenements();
+            pompe += tous;
+        }
+        if (prochaine < b.commandes.size()) commandesJusqua(int(i));
+        const double bx = b.x[i], by = b.y[i];
+        const bool dedans = placeX.Dedans(bx) && placeY.Dedans(by);
+        px = placeX.Position(bx, px);
+        py = placeY.Position(by, py);
+        double x = px, y = py;
+        Tourne(d.rotation, x, y);
+        const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);
+        if (genre == Genre::Symbole) {
+            if (dedans) Symbole(e, symboles.texte, x, y, int(i + 1), symboles.liste, symboles.liste2);
+        } else if (genre == Genre::Surface && b.ferme) {
+            pixels.append(PixelDevice(e, vx, vy));
+            contour.append({vx, vy});
+        } else if (i > 0 && dedans && avantDedans && e.Surf) {
+            TraitRot(e, sx, sy, vx, vy, 0, e.Styles.CouleurDefaut);
+        }
+        avantDedans = dedans;
+        sx = vx, sy = vy;
+    }
+    commandesJusqua(n);
+    if (genre == Genre::Surface && b.ferme && e.Surf && pixels.size() > 2 && e.Styles.CouleurDefaut != -1)
+        RemplitSurface(e, pixels, contour);
+    if (Surface* s = e.Surf) {
+        s->CurrentX = sx;
+        s->CurrentY = sy;
+    }
+}
+
+void Plot(Etat& e, Genre genre) {
+    QString l = e.LigneCourante;
+    e.EtatOrdre |= 64;
+    // The "OFFSET" form rewrites the file instead of drawing it.
+    const QString marque = e.Separateur2 + QStringLiteral("OFFSET");
+    const bool offset = Trim(l).endsWith(marque, Qt::CaseInsensitive);
+    if (offset) l = Trim(l).chopped(marque.size());
+    const Demande d = LitDemande(e, l);
+
+    // The file, read whole; the skipped lines shown or kept.
+    const QString chemin = FichierDeCommande(e, d.nom, QStringLiteral(".txt"));
+    QString texte;
+    std::vector<QStringView> lignes;
+    const int saut = std::abs(d.nbLignes);
+    if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
+        if (e.Host) e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
+        EpaisRestaure(e);
+        return;
+    }
+    if (offset) {
+        EcritOffset(e, lignes, d.colX, d.colY, d.sep, d.ax.offset, d.ay.offset);
+        EpaisRestaure(e);
+        return;
+    }
+    LignesPassees(e, d, lignes, saut);
+    QVector<Bloc> blocs = LitBlocs(e, d, lignes, saut);
+
+    const bool statistiques = !d.varX.isEmpty() || !d.varY.isEmpty();
+    Symboles symboles;
+    if (genre == Genre::Symbole && !statistiques) symboles.texte = TexteSymbole(e);
     if (genre == Genre::Symbole) {
         QString v;
-        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB"), v)) listeSymb = v.split(e.Separateur1);
-        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB2"), v)) listeSymb2 = v.split(e.Separateur1);
+        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB"), v)) symboles.liste = v.split(e.Separateur1);
+        if (LitVar(e, e.NiveauCourant, QStringLiteral("%SYMB2"), v)) symboles.liste2 = v.split(e.Separateur1);
     }
     QStringList comptes;
     for (Bloc& b : blocs) {
-        const int n = int(b.y.size());
-        comptes.append(QString::number(n));
-        auto minmax = [](const std::vector<double>& v, double& mn, double& mx) {
-            mn = mx = v.empty() ? 0 : v[0];
-            for (double t : v) mn = std::min(mn, t), mx = std::max(mx, t);
-        };
-        double xmn, xmx, ymn, ymx;
-        minmax(b.x, xmn, xmx);
-        minmax(b.y, ymn, ymx);
-        if (statistiques) {
-            const double nn = std::max(n, 1);
-            if (!varX.isEmpty())
-                EcritVarTxt(e, e.NiveauCourant, varX,
-                            colX == 0 ? QStringLiteral("1, %1, %2").arg(n).arg(StrF(float(n / 2.0)))
-                                      : StrF(float(xmn)) + QStringLiteral(", ") + StrF(float(xmx)) +
-                                            QStringLiteral(", ") + StrF(float(b.sommeX / nn)));
-            if (!varY.isEmpty())
-                EcritVarTxt(e, e.NiveauCourant, varY,
-                            StrF(float(ymn)) + QStringLiteral(", ") + StrF(float(ymx)) +
-                                QStringLiteral(", ") + StrF(float(b.sommeY / nn)));
-            continue;
-        }
-        if (colX == 0) xmn = 1, xmx = n;
-        xmn = ax.min.value_or(xmn);
-        xmx = ax.max.value_or(xmx);
-        ymn = ay.min.value_or(ymn);
-        ymx = ay.max.value_or(ymx);
-        const Placement placeX(ax, xmn, xmx), placeY(ay, ymn, ymx);
-        MoyenneMobile(b.y, ma);
-        if (colX != 0) MoyenneMobile(b.x, ma);
-
-        QVector<QPointF> pixels, contour;
-        int prochaine = 0;
-        bool avantDedans = false;
-        double px = 0, py = 0, sx = 0, sy = 0;
-        auto commandesJusqua = [&](int i) {
-            while (prochaine < b.commandes.size() && b.commandes[prochaine].first <= i)
-                ExecuteLigneCommande(e, b.commandes[prochaine++].second);
-        };
-        // With a step above 1 the last point is taken as well. The interface
-        // is let through at every multiple of 10000 steps.
-        auto suivant = [&](qint64 i) { return i + pas < n || i == n - 1 ? i + pas : n - 1; };
-        const qint64 tous = 10000LL * pas;
-        for (qint64 i = 0, pompe = tous; i < n; i = suivant(i)) {
-            if (i == pompe) {
-                if (e.Host) e.Host->PompeEvenements();
-                pompe += tous;
-            }
-            if (prochaine < b.commandes.size()) commandesJusqua(int(i));
-            const double bx = b.x[i], by = b.y[i];
-            const bool dedans = placeX.Dedans(bx) && placeY.Dedans(by);
-            px = placeX.Position(bx, px);
-            py = placeY.Position(by, py);
-            double x = px, y = py;
-            Tourne(rotation, x, y);
-            const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);
-            if (genre == Genre::Symbole) {
-                if (dedans) Symbole(e, symbole, x, y, int(i + 1), listeSymb, listeSymb2);
-            } else if (genre == Genre::Surface && b.ferme) {
-                pixels.append(PixelDevice(e, vx, vy));
-                contour.append({vx, vy});
-            } else if (i > 0 && dedans && avantDedans && e.Surf) {
-                TraitRot(e, sx, sy, vx, vy, 0, e.Styles.CouleurDefaut);
-            }
-            avantDedans = dedans;
-            sx = vx, sy = vy;
-        }
-        commandesJusqua(n);
-        if (genre == Genre::Surface && b.ferme && e.Surf && pixels.size() > 2 && e.Styles.CouleurDefaut != -1) {
-            const int couleur = e.Styles.CouleurDefaut;
-            MarquePage(e, couleur);
-            PSetHorsPage(e, couleur);
-            PolygoneRempli(e, pixels, couleur);
-            e.Surf->FillStyle = 1;
-            for (int i = 0; i < contour.size(); ++i) {
-                const QPointF a = contour[i], c = contour[(i + 1) % contour.size()];
-                TraitRot(e, a.x(), a.y(), c.x(), c.y(), 0, couleur);
-            }
-        }
-        if (Surface* s = e.Surf) {
-            s->CurrentX = sx;
-            s->CurrentY = sy;
-        }
+        comptes.append(QString::number(b.y.size()));
+        if (statistiques) EcritStatistiques(e, d, b);
+        else TraceBloc(e, d, genre, b, symboles);
     }
-    if (!varNb.isEmpty()) EcritVarTxt(e, e.NiveauCourant, varNb, comptes.join(u'+'));
+    if (!d.varNb.isEmpty()) EcritVarTxt(e, e.NiveauCourant, d.varNb, comptes.join(u'+'));
     EpaisRestaure(e);
-    MajPointCourant(e, rotation);
+    MajPointCourant(e, d.rotation);
 }
 
 } // namespace
