@@ -76,7 +76,8 @@ TEST_F(Vars, ChercheVarCutsTheNameAtItsTerminators) {
 
 TEST_F(Vars, RemplaceVarSubstitutes) {
     for (const auto& [nom, valeur] : {std::pair{"%A", "5"}, {"%B", "%A*2"}, {"%L", "a,b,c"}, {"%S", "x§y§z"},
-                                      {"%I", "2"}, {"%P", "1--2--3"}, {"%N", "%X"}})
+                                      {"%I", "2"}, {"%P", "1--2--3"}, {"%N", "%X"}, {"%W", "10"},
+                                      {"%M", "%W,LEF2(\"abc\")"}, {"%Q", "%W§x"}})
         Pose(nom, QString::fromUtf8(valeur));
     const std::pair<const char*, const char*> cas[] = {
         {"1+%B", "1+5*2"}, // the value is substituted again in place
@@ -86,6 +87,8 @@ TEST_F(Vars, RemplaceVarSubstitutes) {
         {"%L(2)", "b"}, {"%L(#3)", "b"}, {"%L(#9)", ""}, {"%S(§3)", "z"}, {"%L(%I)", "b"},
         {"%P(§\"--\"2)", "2"},
         {"%L(-2)", "b,c"}, {"%S(§-2)", "y§z"}, {"%L(0)", ""}, // a negative index runs to the end, as ParaN
+        // An item is read as a parameter is: its variables and text functions first.
+        {"%M(1)mm", "10mm"}, {"%M(2)", "ab"}, {"%Q(§1)y", "10y"},
         {"VAR(%N)", "%X"}, // the % of the value is not substituted again
         {"%iRec", "1"}, {"%PI", "3.14159265358979"}, {"%CR", "\r"}, {"%Imp", "0"}, {"%EOF", "1"},
         {"%Pol", "Times New Roman"}};
@@ -108,8 +111,12 @@ TEST_F(Vars, RemplaceVarFailures) {
     Pose("%Long", QString(3000, u'x'));
     Pose("%C", "%D");
     Pose("%D", "%C");
-    // Out of the list, over 4096 characters, and values referring to each other.
-    for (QString t : {"%L(4)", "%Long+%Long", "%C+1"}) EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee) << t.toStdString();
+    Pose("%R", "%R(1),2");
+    Pose("%Blanc", "  ");
+    // Out of the list (a blank value has no item), over 4096 characters, and
+    // values referring to each other, directly or through an item.
+    for (QString t : {"%L(4)", "%Blanc(§1)", "%Long+%Long", "%C+1", "%R(1)"})
+        EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee) << t.toStdString();
 }
 
 TEST_F(Vars, SharedLevelThroughTheMarker) {

@@ -219,6 +219,7 @@ struct Etat {
     bool StopArgVu = false;          // `StopArg` ends the skipping for the rest of the run
     QString VarListeCourante;        // the list variable being stepped by Grad1/Val1
     QString ItemListeCourant;        // its current item
+    int ItemsEnCours = 0;            // list items being substituted within one another
 
     // --- expressions
     std::mt19937 Ale{12345u};        // generator behind ALE and the draws

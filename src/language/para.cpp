@@ -168,10 +168,12 @@ int NbPara(Etat& e, const QString& texte) {
     return 1 + int(texte.count(e.Separateur1));
 }
 
-int NbSousPara(Etat& e, const QString& texte) {
+int NbSousPara(Etat& e, const QString& texte) { return NbSousPara(texte, e.Separateur2); }
+
+int NbSousPara(const QString& texte, const QString& sep) {
     const QString t = Trim(texte);
     if (t.isEmpty() || t == QLatin1String(")")) return 0;
-    return 1 + int(texte.count(e.Separateur2));
+    return 1 + int(texte.count(sep));
 }
 
 void SautePara(Etat& e, QString& texte, int n) {

@@ -33,6 +33,8 @@ void ParaCoord(Etat& e, double& x, double& y, const QString& texte, int n, doubl
                double refY);
 int NbPara(Etat& e, const QString& texte);
 int NbSousPara(Etat& e, const QString& texte);
+// The number of sub-parameters of `texte` split on `sep`: none in a blank text or ")".
+int NbSousPara(const QString& texte, const QString& sep);
 // Drops the first n parameters of texte, in place.
 void SautePara(Etat& e, QString& texte, int n);
 

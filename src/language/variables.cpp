@@ -13,6 +13,7 @@
 #include <QDate>
 #include <QFileInfo>
 #include <QLocale>
+#include <QScopeGuard>
 
 #include <cmath>
 #include <string_view>
@@ -28,6 +29,7 @@ const QString MarquePartage = QStringLiteral("%IRE$#0");
 const QString PourcentCache = QStringLiteral("$£µ");
 constexpr int LongueurMaxSubstitution = 4096;
 constexpr int MaxSubstitutions = 10000;
+constexpr int MaxItemsEnCours = 64;
 
 [[noreturn]] void Echec(Etat& e, const QString& texte) {
     if (!texte.isEmpty()) e.TexteErreur = texte;
@@ -178,6 +180,11 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
     }
     if (!EstNombre(index)) return false;
     const int n = int(std::lround(index.toDouble()));
+    // An item is read as a parameter is, its variables and text functions
+    // first; a value whose item names the value itself would never end.
+    if (e.ItemsEnCours >= MaxItemsEnCours) Echec(e, QString());
+    ++e.ItemsEnCours;
+    const auto fin = qScopeGuard([&] { --e.ItemsEnCours; });
     QString item;
     switch (genre) {
     case Caractere:
@@ -187,11 +194,11 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
     // the value, as a parameter reader's does, and 0 is the empty text.
     case Parametre:
         if (n > NbPara(e, valeur)) Echec(e, QString());
-        item = Piece(valeur, n, e.Separateur1);
+        item = ParaN(e, valeur, int(n));
         break;
     case SousParametre:
-        if (n > (valeur.isEmpty() ? 0 : 1 + int(valeur.count(sep)))) Echec(e, QString());
-        item = Piece(valeur, n, sep);
+        if (n > NbSousPara(valeur, sep)) Echec(e, QString());
+        item = SousPara(e, valeur, n, sep);
         break;
     }
     texte = Left(texte, p - 1) + item + Mid(texte, ferme + 1);
@@ -433,6 +440,8 @@ int RemplaceVar(Etat& e, QString& texte) {
         }
         // e. The list index forms.
         if (FormeIndex(e, texte, p)) {
+            if (Len(texte) > LongueurMaxSubstitution) Echec(e, QString());
+            if (++substitutions > MaxSubstitutions) Echec(e, QString());
             p = InStr(p, texte, QStringLiteral("%"));
             continue;
         }
