@@ -74,6 +74,7 @@ TEST(Val, TextsAnchorsAndAngles) {
         {"Arc = 0, 360, 50\nVal = 8§360, 0, 360, 8",
          {"0", "45", "90", "135", "180", "225", "270", "315", "0"}},
         {a + "Val = 4§5, 0, 30, 8", {"0", "3", "0", "2", "0"}},
+        {a + "Val = 2§360, 1E20, 0, 8", {"280", "320", "0"}}, // beyond 64-bit whole numbers
         // Log scales: values from the position times Depart, prefixes on request.
         {"Exposant = L, 2\n" + a + "Val = 1§2, 5, , 8", {"5", "10", "50", "100", "500"}},
         {"Exposant = L, 3\n" + a + "Val = 1§1, 1, P§Ω, 8", {"1", "10", "100", "1kΩ"}},

@@ -33,11 +33,12 @@ enum class Genre { Simple, R, D };
 [[noreturn]] void AppelIncorrect() { throw ErreurExecution("Appel de procédure incorrect"); }
 
 // The whole-number remainder: both sides rounded to whole numbers (half-even),
-// the remainder with the sign of the left side.
+// the remainder with the sign of the left side. The remainder of two whole
+// numbers held as doubles is exact at any size, and a zero is never "-0".
 double ModEntier(double x, double m) {
-    const long long a = std::llrint(x), b = std::llrint(m);
+    const double a = std::nearbyint(x), b = std::nearbyint(m);
     if (b == 0) throw ErreurExecution("Division par zéro");
-    return double(a % b);
+    return std::fmod(a, b) + 0.0;
 }
 
 // The `Str` text made into the system's plain form: leading 0, locale's symbol.
