@@ -392,8 +392,8 @@ QString TexteValeurLog(double v, const QString& finBrute) {
     // Unit prefix.
     if (fin.startsWith(u'P')) {
         QString lettre;
-        const float x = Prefixe(float(v), lettre);
-        return DecimalSystemeF(x) + lettre;
+        const double x = Prefixe(v, lettre);
+        return DecimalSystemeF(float(x)) + lettre;
     }
     // Exponent, or a number format around the "E".
     if (fin.contains(u'E')) {

@@ -512,19 +512,21 @@ QString EvalTexte(Etat& e, QString texte) {
     return StrD(EvalExpr(e, u).value_or(0));
 }
 
-float Prefixe(float valeur, QString& lettre) {
-    // Limits as 32-bit floats: 1E-6 as a float reaches the µ row.
-    struct Ligne { float limite; const char16_t* lettre; float facteur; bool divise; };
+double Prefixe(double valeur, QString& lettre) {
+    // Limits as 32-bit floats: 1E-6 as a float reaches the µ row. The value
+    // is scaled as given, so that 9E9 gives 9 and not the 8.999999 of its
+    // nearest float.
+    struct Ligne { float limite; const char16_t* lettre; double facteur; bool divise; };
     static constexpr Ligne table[] = {
-        {1e18f, u"E", 1e18f, true}, {1e15f, u"P", 1e15f, true}, {1e12f, u"T", 1e12f, true},
-        {1e9f, u"G", 1e9f, true},   {1e6f, u"M", 1e6f, true},   {1000.0f, u"k", 1000.0f, true},
-        {1.0f, u"", 1.0f, false},   {0.001f, u"m", 1000.0f, false}, {1e-6f, u"µ", 1e6f, false},
-        {1e-9f, u"n", 1e9f, false}, {1e-12f, u"p", 1e12f, false}, {1e-15f, u"f", 1e15f, false},
-        {1e-18f, u"a", 1e18f, false},
+        {1e18f, u"E", 1e18, true}, {1e15f, u"P", 1e15, true}, {1e12f, u"T", 1e12, true},
+        {1e9f, u"G", 1e9, true},   {1e6f, u"M", 1e6, true},   {1000.0f, u"k", 1000.0, true},
+        {1.0f, u"", 1.0, false},   {0.001f, u"m", 1000.0, false}, {1e-6f, u"µ", 1e6, false},
+        {1e-9f, u"n", 1e9, false}, {1e-12f, u"p", 1e12, false}, {1e-15f, u"f", 1e15, false},
+        {1e-18f, u"a", 1e18, false},
     };
     lettre.clear();
     for (const Ligne& l : table) {
-        if (valeur >= l.limite) {
+        if (float(valeur) >= l.limite) {
             lettre = QString::fromUtf16(l.lettre);
             return l.divise ? valeur / l.facteur : valeur * l.facteur;
         }

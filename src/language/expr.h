@@ -23,7 +23,7 @@ QString EvalTexte(Etat& e, QString texte);
 bool Vrai(Etat& e, const QString& texte);
 
 // `Prefixe`: scales a value by the unit prefix table; `lettre` receives the letter.
-float Prefixe(float valeur, QString& lettre);
+double Prefixe(double valeur, QString& lettre);
 
 // The generator behind `ALE` and the draws: a number from 0 up to 1 (1
 // excluded); a negative x first seeds the generator with x, so that a program
