@@ -37,6 +37,8 @@ TEST(Chaine, ChaqueMelangeDeDonneesAtteintLeSecondPoint) {
         {"Chain = 100, 20, 150, %a", 100, 20, nullptr, 150},
         {"Chain = 100, -30, 130", 100, -30, nullptr, 130},
         {"Chain = 10, 60, 70", 10, 60, nullptr, 70}, // steep: Y / X above 4.85
+        {"Chain = 10, -60, 61", 10, -60, nullptr, 61}, // as steep, the second end higher
+        {"Chain = 1, -45.5, 50", 1, -45.5, nullptr, 50},
         {"Chain = 100, 20, %L, 40", 100, 20, "%L", 0},
         {"Chain = 100, %Y, 130, 40", 100, 0, nullptr, 130},
         {"Chain = 100, 10, %L, , 35", 100, 10, "%L", 0},

@@ -155,7 +155,8 @@ void Solveur::PourA(Portee& c) {
     const double q = L / D;
     if (q <= 1) Impossible(); // the chain is shorter than the chord
     const double a0 = X / (3.57 * std::log(std::sqrt(q * q - 1) + q));
-    double bas = Y / X < 4.85 ? a0 * 0.2 : a0 * 0.01;
+    // A steep chain needs a lower start, whichever end is the higher.
+    double bas = std::abs(Y) / X < 4.85 ? a0 * 0.2 : a0 * 0.01;
     double haut = a0 * 100;
     const double w = std::sqrt((L - D) * L) * 0.00001;
     const double tol = w >= 0.0001 ? 0.00001 : std::max(w, 0.0000001);
