@@ -60,6 +60,21 @@ TEST(Chaine, ChaqueMelangeDeDonneesAtteintLeSecondPoint) {
     }
 }
 
+// The largest slack below the chord, on a span that drops and on its mirror.
+TEST(Chaine, PlusGrandeFlecheSousLaCorde) {
+    for (const char* ligne : {"Chain = 100, 20, 130, , , , , , , %XS, %YS", "Chain = -100, 20, 130, , , , , , , %XS, %YS"}) {
+        SCOPED_TRACE(ligne);
+        auto s = Lance(ligne);
+        double xs = 0, ys = 0;
+        for (const OpSurface& o : Lignes(*s)) {
+            const double v = -20 * std::abs(o.x2) / 100 - o.y2;
+            if (v > ys) ys = v, xs = o.x2;
+        }
+        EXPECT_NEAR(Var(*s, "%YS"), ys, 0.01);
+        EXPECT_NEAR(Var(*s, "%XS"), xs, 1); // the drawn points are 1 mm apart
+    }
+}
+
 // A starting angle fixes the first slope; from 90 degrees on it is held at 573.
 TEST(Chaine, AngleDeDepart) {
     auto s = Lance("Chain = 100, 0, %L, %a, 30\nChain = 100, 0, %L2, , 90\nChain = 100, 0, %L3, , 120");

@@ -428,10 +428,11 @@ void CmdChain(Etat& e) {
     if (!sorties[1].isEmpty())
         EcritVarTxt(e, e.NiveauCourant, sorties[1], StrF(float(T1)) + QStringLiteral(", ") + StrF(float(T2)));
     Ecrit(e, sorties[2], sens * c.X0);
-    // The largest slack below the chord: where the slope is Y / X.
+    // The largest slack below the chord: where the curve runs parallel to it,
+    // its slope -Y / X (Y is the drop of the second end).
     double xs = 0, ys = 0;
     if (!charge) {
-        xs = c.a * argsh(c.Y / c.X) + c.X0;
+        xs = c.X0 - c.a * argsh(c.Y / c.X);
         const double yc = c.a * ch((xs - c.X0) / c.a) - c.a * ch(c.X0 / c.a);
         ys = -c.Y * xs / c.X - yc;
     } else {
