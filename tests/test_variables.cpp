@@ -113,9 +113,10 @@ TEST_F(Vars, RemplaceVarFailures) {
     Pose("%D", "%C");
     Pose("%R", "%R(1),2");
     Pose("%Blanc", "  ");
+    Pose("%Sep", "%L(§\"x%Sep\"1)"); // a separator that names its own list
     // Out of the list (a blank value has no item), over 4096 characters, and
     // values referring to each other, directly or through an item.
-    for (QString t : {"%L(4)", "%Blanc(§1)", "%Long+%Long", "%C+1", "%R(1)"})
+    for (QString t : {"%L(4)", "%Blanc(§1)", "%Long+%Long", "%C+1", "%R(1)", "%L(§\"x%Sep\"1)"})
         EXPECT_THROW(RemplaceVar(e, t), ErreurProvoquee) << t.toStdString();
 }
 

@@ -157,6 +157,10 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
     if (ferme == 0) return false;
     QString interieur = Mid(texte, paren + 1, ferme - paren - 1);
     const QString valeur = e.Ctx().ValVar[slot];
+    // A form whose separator or item names its own list would never end.
+    if (e.ItemsEnCours >= MaxItemsEnCours) Echec(e, QString());
+    ++e.ItemsEnCours;
+    const auto finItem = qScopeGuard([&] { --e.ItemsEnCours; });
     enum { Parametre, Caractere, SousParametre } genre = Parametre;
     QString sep = e.Separateur2;
     if (interieur.startsWith(u'#')) {
@@ -180,11 +184,8 @@ bool FormeIndex(Etat& e, QString& texte, int p) {
     }
     if (!EstNombre(index)) return false;
     const int n = int(std::lround(index.toDouble()));
-    // An item is read as a parameter is, its variables and text functions
-    // first; a value whose item names the value itself would never end.
-    if (e.ItemsEnCours >= MaxItemsEnCours) Echec(e, QString());
-    ++e.ItemsEnCours;
-    const auto fin = qScopeGuard([&] { --e.ItemsEnCours; });
+    // The item is read as a parameter is, its variables and text functions
+    // first, so that text behind the form cannot join a name in it.
     QString item;
     switch (genre) {
     case Caractere:
