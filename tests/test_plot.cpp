@@ -121,6 +121,20 @@ TEST(Plot, SymbolsAndRefusedSymbol) {
     QList<double> rayons;
     for (const OpSurface& op : Ops(*s, OpSurface::Cercle)) rayons.append(op.r);
     EXPECT_EQ(rayons, (QList<double>{2, 3, 1, 2, 3}));
+    // Under AngRot the symbols stand on the turned curve, whatever their kind.
+    for (const char* symbole : {"Cercle=#X,#Y,1", "Plus=#X,#Y,2"}) {
+        s = d.Lance(QString("AngRot = 90\n%CmdSymb = %1\nPlotS = mesure§59, 1, 2, 0, 10, 0, 10\n").arg(symbole));
+        const auto cercles = Ops(*s, OpSurface::Cercle);
+        const auto lignes = Lignes(*s);
+        const QPointF centre = cercles.isEmpty() ? QPointF((lignes[0].x1 + lignes[0].x2) / 2, (lignes[0].y1 + lignes[0].y2) / 2)
+                                                 : QPointF(cercles[0].x1, cercles[0].y1);
+        EXPECT_MM(centre.x(), -0.0) << symbole; // the first point, (0, 0) turned
+        EXPECT_MM(centre.y(), 0) << symbole;
+        const QPointF second = cercles.size() > 1 ? QPointF(cercles[1].x1, cercles[1].y1)
+                                                  : QPointF((lignes[2].x1 + lignes[2].x2) / 2, (lignes[2].y1 + lignes[2].y2) / 2);
+        EXPECT_MM(second.x(), -20) << symbole; // (10, 20) turned by 90 degrees
+        EXPECT_MM(second.y(), 10) << symbole;
+    }
 }
 
 // A missing or too short file shows the file error, in a box titled as the others, and the run goes on.

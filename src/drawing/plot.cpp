@@ -24,6 +24,7 @@
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <cmath>
 #include <cstdint>
@@ -256,6 +257,12 @@ QString TexteSymbole(Etat& e) {
 // first point takes the second element.
 void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringList& symb,
              const QStringList& symb2) {
+    // The point is already turned by the Plot's rotation: the symbol stands
+    // on it, so AngRot is not applied to it a second time.
+    EtatRepere& r = e.Repere;
+    const float angRot = r.AngRotDefaut;
+    r.AngRotDefaut = 0;
+    const auto rend = qScopeGuard([&] { r.AngRotDefaut = angRot; });
     if (!symb2.isEmpty()) texte.replace(QLatin1String("#SYMB2"), symb2[i % symb2.size()], Qt::CaseInsensitive);
     if (!symb.isEmpty()) texte.replace(QLatin1String("#SYMB"), symb[i % symb.size()], Qt::CaseInsensitive);
     texte.replace(QLatin1String("#X"), StrD(x), Qt::CaseInsensitive);
