@@ -150,15 +150,16 @@ TEST(Plot, MissingOrShortFileShowsTheFileError) {
     }
 }
 
+// The lines it skips at the top are copied as they stand.
 TEST(Plot, OffsetFormRewritesTheFile) {
-    Dossier d("'tête\nCouleur = 255\n1;2\n0,5;1R\n");
+    Dossier d("X;Y\n'tête\nCouleur = 255\n1;2\n0,5;1R\n");
     const QString avant = QDir::currentPath();
     QDir::setCurrent(d.d.path());
-    auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\n");
+    auto s = d.Lance("Plot = mesure§59, 1, 2, 1, 1, 10, 1, 0.25§OFFSET\n");
     QDir::setCurrent(avant);
     EXPECT_TRUE(Lignes(*s).isEmpty());
     QFile f(d.d.filePath("Plot_Offset.txt"));
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(f.readAll()), "'tête\r\nCouleur = 255\r\n11.0;2.25\r\n10.5;1.0r\r\n");
+    EXPECT_EQ(QString::fromUtf8(f.readAll()), "X;Y\r\n'tête\r\nCouleur = 255\r\n11.0;2.25\r\n10.5;1.0r\r\n");
 }
 } // namespace

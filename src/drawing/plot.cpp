@@ -311,15 +311,16 @@ QString Format00(double v) {
     return t;
 }
 
-// The "OFFSET" form: the file rewritten with its coordinates moved.
-void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int colX, int colY, QChar sep,
+// The "OFFSET" form: the file rewritten with its coordinates moved; the
+// `saut` lines skipped at its top are copied as they stand.
+void EcritOffset(Etat& e, const std::vector<QStringView>& lignes, int saut, int colX, int colY, QChar sep,
                  double dx, double dy) {
     QStringList sortie;
-    for (const QStringView vue : lignes) {
-        const QString brute = vue.toString();
+    for (size_t k = 0; k < lignes.size(); ++k) {
+        const QString brute = lignes[k].toString();
         const QString l = Trim(brute);
         const QString maj = l.toUpper();
-        if (LigneHorsPoints(l)) {
+        if (k < size_t(saut) || LigneHorsPoints(l)) {
             sortie.append(brute);
             continue;
         }
@@ -593,7 +594,7 @@ void Plot(Etat& e, Genre genre) {
         return;
     }
     if (offset) {
-        EcritOffset(e, lignes, d.colX, d.colY, d.sep, d.ax.offset, d.ay.offset);
+        EcritOffset(e, lignes, saut, d.colX, d.colY, d.sep, d.ax.offset, d.ay.offset);
         EpaisRestaure(e);
         return;
     }
