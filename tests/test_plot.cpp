@@ -27,7 +27,7 @@ double Longueur(const OpSurface& op) { return std::hypot(op.x2 - op.x1, op.y2 - 
 
 // The short line "9" is passed over, "3,5" reads 3.5, "1R" is 1 + 1; blocks are not joined.
 TEST(Plot, LinesFollowTheFactorsAndBlocksStaySeparate) {
-    Dossier d("'x;y\n0;0\n1;2\n2;3,5\n9\n'EOD\n5;1\n6;1R\n");
+    Dossier d("'x;y\n0;0\n1;2\n2;3,5\n9\n'EOD\n5;1\n6;1R\n'EOD NP\n'eod\n"); // no data behind the last two
     auto s = d.Lance("Plot = mesure§59, 1, 2, 0, 10, 0, 10, 0, , , %N\n");
     EXPECT_TRUE(Messages(*s).isEmpty()) << Messages(*s).join("|").toStdString();
     const auto l = Lignes(*s);

@@ -465,7 +465,8 @@ QVector<Bloc> LitBlocs(Etat& e, const Demande& d, const std::vector<QStringView>
         b.sommeX += x;
         b.sommeY += y;
     }
-    if (blocs.size() > 1 && blocs.back().x.empty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
+    // An "'EOD" with no data behind it opens no block.
+    while (blocs.size() > 1 && blocs.back().x.empty() && blocs.back().commandes.isEmpty()) blocs.removeLast();
     return blocs;
 }
 
