@@ -70,6 +70,10 @@ TEST(Meter, ScalesVariantsAndInversion) {
         for (const QString& a : c.absentes)
             for (const QString& x : l) EXPECT_FALSE(x.startsWith(a)) << x.toStdString();
     }
+    // Without values, their count of divisions (here 0) is not read.
+    const ImportMeter sansValeurs = Importe(Mtr("10 0 0 0 10 1 30 35 V\r\n", "0", "Y"));
+    EXPECT_TRUE(sansValeurs.Erreur.isEmpty()) << sansValeurs.Erreur.toStdString();
+    EXPECT_TRUE(sansValeurs.Texte.contains("Grad = 10, 6, , , .3mm, noir"));
 }
 
 TEST(Meter, FilesItRefuses) {

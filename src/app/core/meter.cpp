@@ -112,16 +112,15 @@ QString LigneEchelle(const Ligne& en, const Ligne& s, int n) {
     s.Exige(8);
     const double F3 = en.Nombre(3), F6 = en.Nombre(6), F7 = en.Nombre(7), F9 = en.Nombre(9),
                  F10 = en.Nombre(10), F16 = en.Nombre(16), F17 = en.Nombre(17), F18 = en.Nombre(18);
-    const double S1 = s.Nombre(1), S2 = s.Nombre(2), S4 = s.Nombre(4), S5 = s.Nombre(5),
-                 S6 = s.Nombre(6), S7 = s.Nombre(7), S8 = s.Nombre(8);
+    const double S1 = s.Nombre(1), S4 = s.Nombre(4), S6 = s.Nombre(6), S7 = s.Nombre(7), S8 = s.Nombre(8);
     // The radius of the arc that the pointer's end sweeps, seen from the
     // offset centre.
     const double sA = std::sin((180 - F6 / 2) * DegRad);
     const double D = F7 + S7 - F3;
     const double t = F7 * sA / D;
     const double R = t == 0 ? D : F7 * std::sin(F6 / 2 * DegRad - std::asin(t)) / t;
-    const double exposant = 1 / S6, mineures = S4 / S8, valeurs = S1 / S2;
-    for (const double v : {R, exposant, mineures, valeurs})
+    const double exposant = 1 / S6, mineures = S4 / S8;
+    for (const double v : {R, exposant, mineures})
         if (!std::isfinite(v)) s.Echec(MsgGeometrie, QString());
     const QString c = Contient(en.Texte(8), u'N') ? QStringLiteral("n") : QStringLiteral("Noir");
     QString r;
@@ -132,7 +131,10 @@ QString LigneEchelle(const Ligne& en, const Ligne& s, int n) {
          N(F16) + QStringLiteral("mm, noir") + Fin;
     r += QStringLiteral("Grad = ") + N(mineures) + QStringLiteral(", ") + N(F9) + QStringLiteral(", , , ") +
          N(F17) + QStringLiteral("mm, noir") + Fin;
+    // A scale without values reads neither their count of divisions nor their end.
     if (!Contient(en.Texte(19), u'Y')) {
+        const double S2 = s.Nombre(2), S5 = s.Nombre(5), valeurs = S1 / S2;
+        if (!std::isfinite(valeurs)) s.Echec(MsgGeometrie, QString());
         const float A = float(S4);
         const float B = float(S5 + A);
         const QString f21 = en.Texte(21);
