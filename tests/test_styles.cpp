@@ -89,6 +89,12 @@ TEST(Styles, SquareEndDrawsAPolygonAroundAThinLine) {
     EXPECT_NEAR(p[0].points[0].y(), -10 * point, point);
     EXPECT_NEAR(p[0].points[1].y(), 10 * point, point);
     EXPECT_TRUE(Lignes(*s).size() == 1 && Lignes(*s)[0].largeur == 1);
+    // Dashed, a segment of no length after a long one is a dot, not the last one's bar.
+    s = LanceImprimante("EpaisT = 20§C§3\nTrait = 0,0,10,0,,,10,0");
+    const auto q = Ops(*s, OpSurface::Polygone);
+    ASSERT_FALSE(q.isEmpty());
+    EXPECT_NEAR(q.last().points[0].y(), q.last().points[1].y(), point);
+    EXPECT_EQ(Lignes(*s).last().largeur, 1);
 }
 
 TEST(Styles, DashPatternCutsTheLines) {

@@ -266,19 +266,13 @@ void TraitRot(Etat& e, double x1, double y1, double x2, double y2, double rotati
     // A point handed to the line primitive is a 32-bit float; a point beyond
     // the float's range is an overflow of the line.
     x1 = Float32(x1); y1 = Float32(y1); x2 = Float32(x2); y2 = Float32(y2);
-    const bool tirets = st.TiretL1 > 0;
-    // 2. The dash pattern's continuity.
-    if (tirets) {
-        if (x1 == x2 && y1 == y2) {
-            Segment(e, x1, y1, x2, y2, couleur);
-            st.TiretFinX = float(x2);
-            st.TiretFinY = float(y2);
-            return;
-        }
-        if (std::abs(x1 - st.TiretFinX) > 0.01 || std::abs(y1 - st.TiretFinY) > 0.01) {
-            st.TiretReste = 0;
-            st.TiretPhase = 0;
-        }
+    // 2. The dash pattern's continuity. A segment of no length is drawn
+    // whole, as a dot, and leaves the pattern as it stands.
+    const bool point = x1 == x2 && y1 == y2;
+    const bool tirets = st.TiretL1 > 0 && !point;
+    if (tirets && (std::abs(x1 - st.TiretFinX) > 0.01 || std::abs(y1 - st.TiretFinY) > 0.01)) {
+        st.TiretReste = 0;
+        st.TiretPhase = 0;
     }
     // 3. Square ends: width 1 while the polygon does the body.
     const int largeur = s->DrawWidth;
