@@ -382,6 +382,12 @@ int RemplaceVar(Etat& e, QString& texte) {
     }
 
     int resultat = 0, substitutions = 0;
+    // A text grown beyond its limit fails the line, and so do values that
+    // name each other through "=<", which would never end.
+    auto apresRemplacement = [&] {
+        if (Len(texte) > LongueurMaxSubstitution) Echec(e, QString());
+        if (++substitutions > MaxSubstitutions) Echec(e, QString());
+    };
     int p = InStr(texte, QStringLiteral("%"));
     while (p > 0 && p < Len(texte)) {
         if (texte[p] == u' ') { // "% " is no variable and no fault
@@ -433,16 +439,13 @@ int RemplaceVar(Etat& e, QString& texte) {
                 if (s != QLatin1String(" AND") && s != QLatin1String(" OR ")) ++apres;
             }
             RemplacePar(texte, p, apres, valeur);
-            if (Len(texte) > LongueurMaxSubstitution) Echec(e, QString());
-            // Values that name each other through "=<" would never end.
-            if (++substitutions > MaxSubstitutions) Echec(e, QString());
+            apresRemplacement();
             p = InStr(p, texte, QStringLiteral("%")); // restart at the same place
             continue;
         }
         // e. The list index forms.
         if (FormeIndex(e, texte, p)) {
-            if (Len(texte) > LongueurMaxSubstitution) Echec(e, QString());
-            if (++substitutions > MaxSubstitutions) Echec(e, QString());
+            apresRemplacement();
             p = InStr(p, texte, QStringLiteral("%"));
             continue;
         }
