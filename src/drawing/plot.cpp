@@ -252,19 +252,25 @@ QString TexteSymbole(Etat& e) {
     return SymboleDefaut;
 }
 
+// The symbol text and lists of `PlotS`.
+struct Symboles {
+    QString texte;
+    QStringList liste, liste2;
+};
+
 // The symbol at one point (mm from the origin). The symbol lists are read at
 // the point's index in its block, counted from 1, modulo their length: the
 // first point takes the second element.
-void Symbole(Etat& e, QString texte, double x, double y, int i, const QStringList& symb,
-             const QStringList& symb2) {
+void Symbole(Etat& e, const Symboles& s, double x, double y, int i) {
     // The point is already turned by the Plot's rotation: the symbol stands
     // on it, so AngRot is not applied to it a second time.
     EtatRepere& r = e.Repere;
     const float angRot = r.AngRotDefaut;
     r.AngRotDefaut = 0;
     const auto rend = qScopeGuard([&] { r.AngRotDefaut = angRot; });
-    if (!symb2.isEmpty()) texte.replace(QLatin1String("#SYMB2"), symb2[i % symb2.size()], Qt::CaseInsensitive);
-    if (!symb.isEmpty()) texte.replace(QLatin1String("#SYMB"), symb[i % symb.size()], Qt::CaseInsensitive);
+    QString texte = s.texte;
+    if (!s.liste2.isEmpty()) texte.replace(QLatin1String("#SYMB2"), s.liste2[i % s.liste2.size()], Qt::CaseInsensitive);
+    if (!s.liste.isEmpty()) texte.replace(QLatin1String("#SYMB"), s.liste[i % s.liste.size()], Qt::CaseInsensitive);
     texte.replace(QLatin1String("#X"), StrD(x), Qt::CaseInsensitive);
     texte.replace(QLatin1String("#Y"), StrD(y), Qt::CaseInsensitive);
     const int egal = texte.indexOf(u'=');
@@ -496,12 +502,6 @@ void EcritStatistiques(Etat& e, const Demande& d, const Bloc& b) {
                         StrF(float(b.sommeY / nn)));
 }
 
-// The symbol text and lists of `PlotS`.
-struct Symboles {
-    QString texte;
-    QStringList liste, liste2;
-};
-
 // The closed outline of a `PlotP` block, filled in the current colour and stroked.
 void RemplitSurface(Etat& e, const QVector<QPointF>& pixels, const QVector<QPointF>& contour) {
     const int couleur = e.Styles.CouleurDefaut;
@@ -556,7 +556,7 @@ void TraceBloc(Etat& e, const Demande& d, Genre genre, Bloc& b, const Symboles& 
         Tourne(d.rotation, x, y);
         const double vx = VersSurfaceX(e, x), vy = VersSurfaceY(e, y);
         if (genre == Genre::Symbole) {
-            if (dedans) Symbole(e, symboles.texte, x, y, int(i + 1), symboles.liste, symboles.liste2);
+            if (dedans) Symbole(e, symboles, x, y, int(i + 1));
         } else if (genre == Genre::Surface && b.ferme) {
             pixels.append(PixelDevice(e, vx, vy));
             contour.append({vx, vy});
