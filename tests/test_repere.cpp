@@ -62,6 +62,9 @@ TEST(Repere, CommandsFillVariables) {
         {"CentreEI = 30, 20, N, %X, %Y", "%X", "30"}, {"CentreEI = 30, 20, N, %X, %Y", "%Y", "20"},
         {"CT = 3, 4", "%CTx", "3"}, {"CT = 3, 4", "%CTy", "4"}, {"AngRot = 30", "%ANGR", "30"},
         {"FormatI = Landscape", "%FPay", "1"}, {"CentreE = 10, 10\n? = %X, %Y", "%Y", "0"},
+        // The pen is kept in single precision: 100000.01 mm from the page's edge is 100000.0078125.
+        {"CentreE = 100000, 0, N\nPlus = 0.01, 0.01, 0\n? = %X, %Y", "%X", ".0078125"},
+        {"CentreE = 100000, 0, N\nPlus = 0.01, 0.01, 0\nCT = 0R, 0R, N", "%CTx", ".0078125"},
     };
     for (const auto& c : cas) EXPECT_EQ(Variable(*Lance(c.prog), c.nom), c.valeur) << c.prog;
 }

@@ -332,11 +332,22 @@ void DessinePlus(Etat& e, double x, double y, double s, double a, int couleur, d
              0, couleur);
 }
 
+// The pen in the frame of the origins: the Surface's position is read as the
+// frame keeps it, in single precision, so that far from the page's edge a
+// point keeps only a float's digits (100000.01 mm is read 100000.0078125).
+namespace {
+void StyloDansRepere(const Etat& e, double& X, double& Y) {
+    const EtatRepere& r = e.Repere;
+    X = float(e.Surf->CurrentX) - r.OrigineX - r.CTx;
+    Y = float(e.Surf->CurrentY) - r.OrigineY - r.CTy;
+}
+} // namespace
+
 void MajPointCourant(Etat& e, double angle) {
     EtatRepere& r = e.Repere;
     if (!e.Surf) return;
-    double X = e.Surf->CurrentX - r.OrigineX - r.CTx;
-    double Y = e.Surf->CurrentY - r.OrigineY - r.CTy;
+    double X = 0, Y = 0;
+    StyloDansRepere(e, X, Y);
     // Back to the unturned frame of the command: the turn of LitRotation by
     // the opposite angle.
     Tourne(-angle, X, Y);
@@ -467,12 +478,11 @@ void CmdRefCur(Etat& e) {
 }
 
 void CmdPoint(Etat& e) {
-    EtatRepere& r = e.Repere;
     Surface* s = e.Surf;
     if (!s) return;
     const QString l = e.LigneCourante;
-    double x = s->CurrentX - r.OrigineX - r.CTx;
-    double y = s->CurrentY - r.OrigineY - r.CTy;
+    double x = 0, y = 0;
+    StyloDansRepere(e, x, y);
     double angle = 0;
     if (AngleDonne(e, ParaN(e, l, 2), angle) && angle != 0) Tourne(angle, x, y);
     const QString deux = ParaBrut(e, l, 1) + ParaBrut(e, l, 2);
