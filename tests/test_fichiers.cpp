@@ -137,7 +137,7 @@ TEST(Fichiers, ReadingNormalisesLineEndsAndFindsTheZoom) {
 }
 
 // The start-up load (no run of its own); a file is saved back in its encoding (UTF-16 files
-// have their byte order mark), but a character that Windows-1252 lacks turns it to UTF-8 rather
+// have their byte order mark, an 8-bit file behind a UTF-8 mark keeps it), but a character that Windows-1252 lacks turns it to UTF-8 rather
 // than lose it.
 TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
     QByteArray cp1252;
@@ -149,6 +149,8 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
         {cp1252 + "\r\n", Encodage::Windows1252, "", 1.0f},
         {QString("Texte = 0, 0, ,µA § °\r\n").toUtf8(), Encodage::Utf8, "Texte = 0, 0, ,µA § °\r\n", 1.0f},
         {"\xEF\xBB\xBFZoomIni = 2\r\n", Encodage::Utf8Bom, "ZoomIni = 2\r\n", 2.0f},
+        // A UTF-8 mark before 8-bit text: the mark is not part of line 1.
+        {"\xEF\xBB\xBFZoomIni = 2 ' caf\xE9\r\n", Encodage::Windows1252Bom, "ZoomIni = 2 ' café\r\n", 2.0f},
         {QByteArray("\xFF\xFEZ\0o\0o\0m\0I\0n\0i\0=\0\x33\0\r\0\n\0", 24), Encodage::Utf16Le, "ZoomIni=3\r\n", 3.0f},
         {QByteArray("\xFE\xFF\0Z\0o\0o\0m\0I\0n\0i\0=\0\x34\0\r\0\n", 24), Encodage::Utf16Be, "ZoomIni=4\r\n", 4.0f}};
     // What each encoding writes of a text.
@@ -175,7 +177,10 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
         if (debut.isEmpty()) EXPECT_EQ(s.fen.editeur.mid(0x80 - 3, 1), "€"); // byte 80
         s.fen.editeur += "' Ω\r\n";
         ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-        EXPECT_EQ(s.etat.Enc, enc == Encodage::Windows1252 ? Encodage::Utf8 : enc);
+        const Encodage apres = enc == Encodage::Windows1252      ? Encodage::Utf8
+                               : enc == Encodage::Windows1252Bom ? Encodage::Utf8Bom
+                                                                 : enc;
+        EXPECT_EQ(s.etat.Enc, apres);
         EXPECT_EQ(Lit(s.D("f.dat")), octetsDe(s.etat.Enc, s.fen.editeur));
     }
 }

@@ -91,16 +91,17 @@ QString DecodeOctets(const QByteArray& octets, Encodage& encodage) {
         encodage = marque ? Encodage::Utf8Bom : Encodage::Utf8;
         return s;
     }
-    encodage = Encodage::Windows1252;
-    return DecodeWindows1252(octets);
+    encodage = marque ? Encodage::Windows1252Bom : Encodage::Windows1252;
+    return DecodeWindows1252(corps);
 }
 
 QByteArray EncodeTexte(const QString& texte, Encodage& encodage) {
     for (const auto& [enc, marque, format] : MarquesUtf16())
         if (encodage == enc) return marque + QByteArray(QStringEncoder(format).encode(texte));
-    if (encodage == Encodage::Windows1252) {
-        if (auto b = EncodeWindows1252(texte)) return *b;
-        encodage = Encodage::Utf8;
+    if (encodage == Encodage::Windows1252 || encodage == Encodage::Windows1252Bom) {
+        const bool marque = encodage == Encodage::Windows1252Bom;
+        if (auto b = EncodeWindows1252(texte)) return marque ? MarqueUtf8() + *b : *b;
+        encodage = marque ? Encodage::Utf8Bom : Encodage::Utf8;
     }
     QByteArray b = texte.toUtf8();
     if (encodage == Encodage::Utf8Bom) b.prepend(MarqueUtf8());

@@ -18,6 +18,7 @@ enum class Encodage {
     Utf8,        // UTF-8 without a byte order mark (also plain ASCII)
     Utf8Bom,     // UTF-8 that started with the mark EF BB BF, written back with it
     Windows1252, // 8-bit files written before UTF-8 was used
+    Windows1252Bom, // 8-bit text behind a UTF-8 mark (an 8-bit edit of a marked file), written back so
     Utf16Le,     // UTF-16 that started with its byte order mark FF FE ("Unicode" text), written back so
     Utf16Be,     // the same with the mark FE FF
 };
@@ -33,13 +34,13 @@ QString DecodeWindows1252(const QByteArray& octets);
 // None when some character of the text is outside Windows-1252.
 std::optional<QByteArray> EncodeWindows1252(const QString& texte);
 
-// Reads bytes: UTF-16 after its byte order mark; else UTF-8 when valid (a
-// leading mark is dropped and noted), otherwise Windows-1252. `encodage`
-// receives the choice.
+// Reads bytes: UTF-16 after its byte order mark; else UTF-8 when valid,
+// otherwise Windows-1252 (a leading UTF-8 mark is dropped and noted either
+// way). `encodage` receives the choice.
 QString DecodeOctets(const QByteArray& octets, Encodage& encodage);
 // Writes text in an encoding. A text that Windows-1252 cannot hold (a
 // character typed since the file was read) is written in UTF-8 rather than
-// losing characters: `encodage` then becomes Utf8.
+// losing characters: `encodage` then becomes Utf8, or Utf8Bom behind a mark.
 QByteArray EncodeTexte(const QString& texte, Encodage& encodage);
 
 // CR LF, a lone CR and a lone LF all become CR LF, the line end of command
