@@ -130,7 +130,7 @@ TEST(Robustesse, BinaryProgramShowsNoControlCharacters) {
     QTemporaryDir d;
     QFile f(d.filePath("image.dat"));
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray("\x89PNG\x1B[2J\x07\0\x01IH\x9D\x9BDR\r\n", 18));
+    f.write(QByteArray("\x89PNG\x1B[2J\x07\0\x01IH\x9D\x9B" "DR\r\n", 19));
     f.close();
     const SortieProcessus r = Mirel({"render", f.fileName(), "-o", d.filePath("image.png")});
     EXPECT_EQ(r.code, 1);

@@ -122,7 +122,9 @@ ResultatImpression ImprimeProgramme(const QString& texte, const QString& chemin,
     ResultatImpression res;
     // The time limit holds for the trial that turns the page and the print together.
     const QDeadlineTimer fin = EcheanceDe(options.delai);
-    EssaiImpression essai{options.reponses, options.saisies};
+    EssaiImpression essai;
+    essai.reponses = options.reponses;
+    essai.saisies = options.saisies;
     if (options.delai > 0) essai.delai = std::min(essai.delai, options.delai / 2);
     const float zoomTexte = PrepareImprimante(p, texte, chemin, reglages, essai);
     Reglages regl = reglages;
