@@ -138,7 +138,8 @@ TEST(Editeur, CtrlVPastesPlainTextOnly) {
     EXPECT_TRUE(t.C(0, 0) == Editeur::Bleu && t.C(1, 0) == Editeur::Bleu && t.C(2, 0) == Editeur::Bleu);
 }
 
-// Every loaded line ends with CR LF; CR LF positions and the document's convert (a CR or LF: the line's end).
+// Every loaded line ends with CR LF, and only there; CR LF positions and the document's convert (a CR or
+// LF: the line's end).
 TEST(Editeur, LoadedTextEndsEveryLineWithCrLfAndPositionsConvert) {
     Ed t("CT = 1, 1");
     EXPECT_EQ(t.ed.TexteCrLf(), "CT = 1, 1\r\n");
@@ -147,6 +148,17 @@ TEST(Editeur, LoadedTextEndsEveryLineWithCrLfAndPositionsConvert) {
     for (auto [doc, crlf] : {std::pair{0, 0}, {3, 4}, {8, 11}}) EXPECT_EQ(t.ed.VersCrLf(doc), crlf);
     for (auto [crlf, doc] : {std::pair{4, 3}, {11, 8}, {2, 2}, {3, 2}}) EXPECT_EQ(t.ed.VersDocument(crlf), doc);
     for (int d = 0; d < t.ed.document()->characterCount() - 1; ++d) EXPECT_EQ(t.ed.VersDocument(t.ed.VersCrLf(d)), d);
+    // The characters that a text document would take for line or frame breaks stay inside their
+    // line, loaded or pasted; Shift+Enter breaks the line as Enter does.
+    const QString durs = QStringLiteral("' a\u2028b\u2029c\uFDD0d\uFDD1e\r\n");
+    t.ed.ChargeTexte(durs);
+    EXPECT_EQ(t.ed.TexteCrLf(), durs);
+    EXPECT_EQ(t.ed.document()->blockCount(), 2);
+    t.ed.InsereTexte(durs);
+    EXPECT_EQ(t.ed.TexteCrLf(), durs + durs);
+    QTest::keyClick(&t.ed, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(t.ed.TexteCrLf(), durs + "\r\n" + durs); // at the caret, behind the pasted line
+    EXPECT_EQ(t.ed.document()->blockCount(), 4);
 }
 
 // The editor's keys raise their commands and type nothing; only Ctrl-Z counts as a change; a move

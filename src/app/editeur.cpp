@@ -12,6 +12,9 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <array>
+#include <utility>
+
 const QColor Editeur::Noir(0, 0, 0);
 const QColor Editeur::Bleu(0, 0, 255);
 const QColor Editeur::Vert(0, 128, 0);
@@ -24,10 +27,25 @@ QString Blancs(QString t) {
     return t;
 }
 
+// A text document breaks a line at U+2028 and U+2029 and takes U+FDD0 and
+// U+FDD1 for the edges of a frame. In a command file they are ordinary
+// characters of their line: the document holds them as private-use stand-ins,
+// one for one so that positions agree, and the text given back has them
+// again. (A file's own stand-ins would come back as these four; they mean
+// nothing to a command program.)
+constexpr std::array<std::pair<char16_t, char16_t>, 4> Remplacants = {
+    {{0x2028, 0xE028}, {0x2029, 0xE029}, {0xFDD0, 0xEDD0}, {0xFDD1, 0xEDD1}}};
+
+QString Echange(QString t, bool versDocument) {
+    for (auto [car, remplacant] : Remplacants)
+        t.replace(QChar(versDocument ? car : remplacant), QChar(versDocument ? remplacant : car));
+    return t;
+}
+
 QString LignesDocument(QString t) {
     t.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     t.replace(u'\r', u'\n');
-    return t;
+    return Echange(t, true);
 }
 
 // Keeps the caret, the selection and both scroll positions across a change.
@@ -71,9 +89,8 @@ Editeur::Editeur(QWidget* parent) : QPlainTextEdit(parent) {
 QString Editeur::TexteCrLf() const {
     if (!texteCrLf_) {
         QString t = document()->toRawText();
-        t.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n"));
-        t.replace(QChar::LineSeparator, QStringLiteral("\r\n"));
-        texteCrLf_ = t;
+        t.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n")); // the ends of the blocks
+        texteCrLf_ = Echange(t, false);
     }
     return *texteCrLf_;
 }
@@ -94,6 +111,8 @@ void Editeur::ChargeTexte(const QString& texteCrLf) {
     LigneDebut = LigneFin = 0;
     MajLigne();
 }
+
+QString Editeur::TexteDocument(const QString& texteCrLf) { return LignesDocument(texteCrLf); }
 
 int Editeur::VersCrLf(int positionDocument) const {
     const QTextBlock b = document()->findBlock(positionDocument);
@@ -414,6 +433,14 @@ void Editeur::keyPressEvent(QKeyEvent* ev) {
             ColoreBloc();
         }
         LigneDebut = LigneFin = LigneCaret();
+    }
+    if ((k == Qt::Key_Return || k == Qt::Key_Enter) && (ev->modifiers() & Qt::ShiftModifier)) {
+        // A line of a command file ends in one way: Shift+Enter breaks it as Enter
+        // does, not by a line separator inside it.
+        QKeyEvent sansMaj(ev->type(), k, ev->modifiers() & ~Qt::ShiftModifier, ev->text(),
+                          ev->isAutoRepeat(), ushort(ev->count()));
+        QPlainTextEdit::keyPressEvent(&sansMaj);
+        return;
     }
     QPlainTextEdit::keyPressEvent(ev);
 }

@@ -34,6 +34,9 @@ public:
     // Lines ended by CR LF; the same text, kept, while the document is
     // unchanged (a run that comes again finds its lines already read).
     QString TexteCrLf() const;
+    // A text as the document holds it: lines ended by "\n", and the characters
+    // that a text document would take for breaks held by stand-ins (below).
+    static QString TexteDocument(const QString& texteCrLf);
     // LitFic's editor half: the editor emptied, each line appended with CR LF
     // and coloured; caret at 0, block at the first line.
     void ChargeTexte(const QString& texteCrLf);

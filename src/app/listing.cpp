@@ -100,6 +100,6 @@ bool ImprimeListing(QPrinter& p, QTextDocument& doc, const QString& entete) {
 bool ImprimeListingTexte(QPrinter& p, const QString& texte, const QString& chemin) {
     QTextDocument doc;
     doc.setDefaultFont(Editeur::Police());
-    doc.setPlainText(QString(texte).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    doc.setPlainText(Editeur::TexteDocument(texte));
     return ImprimeListing(p, doc, EnteteListing(chemin, QString(), QDate::currentDate()));
 }

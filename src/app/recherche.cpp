@@ -404,7 +404,7 @@ void FrmFind::RemplaceSelection() {
     // With the change event on, the block under edit covers the new text and
     // is recoloured at once.
     ed_->ColorationActive = true;
-    c.insertText(Text2->text(), f);
+    c.insertText(Editeur::TexteDocument(Text2->text()), f);
     ed_->setTextCursor(c);
     ed_->VideLigneSale();
     longueurTrouvee_ = int(Text2->text().size());
