@@ -185,7 +185,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         Tape(f, c.programme);
         const int caret = f.RTB1->textCursor().position();
         QTest::qWait(Apercu::DelaiDirect + 150);
-        QTest::qWaitFor([&f] { return !f.pane->TexteEtat().isEmpty(); }, 3000);
+        EXPECT_TRUE(QTest::qWaitFor([&f] { return !f.pane->TexteEtat().isEmpty(); }, 3000));
         const QString etat = f.pane->TexteEtat();
         EXPECT_TRUE(etat.contains(QString("ligne %1 (").arg(c.ligne)) && etat.contains(c.raison)) << etat.toStdString();
         // One run: its own marks in the text start no other.
