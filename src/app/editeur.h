@@ -35,7 +35,8 @@ public:
     // unchanged (a run that comes again finds its lines already read).
     QString TexteCrLf() const;
     // A text as the document holds it: lines ended by "\n", and the characters
-    // that a text document would take for breaks held by stand-ins (below).
+    // that a text document would take for breaks (U+2028, U+2029, U+FDD0,
+    // U+FDD1) held by private-use stand-ins, which TexteCrLf gives back.
     static QString TexteDocument(const QString& texteCrLf);
     // LitFic's editor half: the editor emptied, each line appended with CR LF
     // and coloured; caret at 0, block at the first line.
