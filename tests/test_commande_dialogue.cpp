@@ -54,6 +54,8 @@ TEST(CommandeDialogue, OkWritesTheLineBack) {
         {"Poly = 0, 0, 10, 0, 10, 10", {{0, ""}}, "Poly = 0, 0, 10, 0, 10, 10"},
         {"Poly = 0, 0, 10, 0, 10, 10", {{0, "Rouge"}}, "Poly =Rouge, 0, 0, 10, 0, 10, 10"},
         {"Texte = 5, 5, , , Un, deux", {{7, " Un, trois"}}, "Texte = 5, 5, , , Un, trois"},
+        // A value of the user's that ends in the second separator keeps it.
+        {"Texte = 10, 10, , , Paragraphe §", {{0, "20"}}, "Texte =20, 10, , , Paragraphe §"},
         // Variables, conditions and input keep their own joins.
         {"%d = 5", {{2, " 6"}}, "%d = 6"},
         {"%d==%a*2", {{0, "e"}, {2, "%a*3"}}, "%e==%a*3"},

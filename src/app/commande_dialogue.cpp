@@ -314,17 +314,25 @@ ModeleMasque ConstruitMasque(const QString& ligne, const Reglages& r, int decala
 }
 
 QString AssembleLigne(const ModeleMasque& m) {
-    // The parameters from their rows: a second separator only ahead of a
-    // value or of a later sub-parameter; trailing empty parameters dropped.
+    // The parameters from their rows, from the last row back: a second
+    // separator only ahead of a value or of a later sub-parameter that was put
+    // in, so that empty trailing sub-parameters leave none behind while a value
+    // that ends in the separator keeps it. Trailing empty parameters dropped.
     QStringList params;
-    for (const RangMasque& r : m.Rangs) {
-        while (params.size() <= r.Champ) params << QString();
-        QString& p = params[r.Champ];
-        if (r.Second) p += m.Sep2;
-        p += r.Valeur;
+    QList<bool> suite; // a sub-parameter of the parameter was put in behind
+    for (auto r = m.Rangs.crbegin(); r != m.Rangs.crend(); ++r) {
+        while (params.size() <= r->Champ) {
+            params << QString();
+            suite << false;
+        }
+        QString& p = params[r->Champ];
+        if (r->Second && (!r->Valeur.isEmpty() || suite[r->Champ])) {
+            p.prepend(m.Sep2 + r->Valeur);
+            suite[r->Champ] = true;
+        } else {
+            p.prepend(r->Valeur);
+        }
     }
-    for (QString& p : params)
-        while (p.endsWith(m.Sep2)) p.chop(m.Sep2.size());
     while (!params.isEmpty() && params.last().isEmpty()) params.removeLast();
 
     switch (m.Sorte) {
