@@ -3,6 +3,7 @@
 
 #include "app/commande_dialogue.h"
 #include "app/core/aide.h"
+#include "app/core/dmk.h"
 #include "app/core/externes.h"
 #include "app/impression.h"
 
@@ -161,9 +162,16 @@ TEST(CommandeDialogue, EveryDescribedCommandRoundTrips) {
     QTemporaryDir dossier;
     for (const char* n : {"MCE_Trou", "MCE_Butee", "MCE_Platine"})
         QFile::copy(QString(MIREL_SOURCE_DIR "/examples/") + n + ".dmk", dossier.filePath(QString(n) + ".dmk"));
+    // A header whose second parameter has a blank description still gives that parameter a row.
+    std::mt19937 ale(1);
+    QFile vide(dossier.filePath("MCE_Vide.dmk"));
+    ASSERT_TRUE(vide.open(QIODevice::WriteOnly));
+    vide.write(CodeDmk("' Vide\r\n'$FVide;a; ;c\r\n'$$\r\nStop\r\n", ale).value_or(""));
+    vide.close();
     r.DossierProgramme = r.DossierTravail = dossier.path() + '/';
     ChargeCommandesExternes(r);
-    ASSERT_EQ(r.CommandesExternes.size(), 3);
+    ASSERT_EQ(r.CommandesExternes.size(), 4);
+    EXPECT_EQ(AssembleLigne(ConstruitMasque("MCE_Vide = 1, 2, 3", r, 0, ",", "§")), "MCE_Vide = 1, 2, 3");
     QStringList mots = r.CommandesExternes;
     for (const RangeeSyntaxe& s : RangeesSyntaxe())
         for (const QString& m : QString::fromLatin1(s.Mots).split(' '))

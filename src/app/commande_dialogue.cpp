@@ -265,7 +265,9 @@ ModeleMasque ConstruitMasque(const QString& ligne, const Reglages& r, int decala
                        m.Cle == QLatin1String("TEXTE") || champs.last().trimmed() == QLatin1String("[...]");
     for (int f = 1; f < champs.size(); ++f) {
         const QString& champ = champs[f];
-        if (champ.trimmed().isEmpty()) continue; // a blank alone: no parameter
+        // A command without parameters has one blank field and no row; a blank
+        // field among others still holds its parameter's value.
+        if (champ.trimmed().isEmpty() && champs.size() == 2) continue;
         const int k = f - 1;
         QString p = params.value(k);
         if (f == champs.size() - 1 && joint && params.size() > k + 1) p = params.mid(k).join(sep1);
