@@ -100,6 +100,8 @@ TEST(Meter, WindowImportsAndKeepsTheEditorOnAMalformedFile) {
     f.ImprimanteChoisie = std::make_unique<QPrinter>();
     f.ImprimanteChoisie->setPageSize(QPageSize(QPageSize::Letter));
     f.Mnu_OuvrirMeter_Click();
+    ASSERT_EQ(b.boites.vues.back().genre, "ouvrir");
+    EXPECT_EQ(b.boites.vues.back().texte, "Fichiers Meter (*.mtr);;Tous les fichiers (*.*)");
     EXPECT_TRUE(f.RTB1->TexteCrLf().contains("Arc = 45, 135, 25.1, Noir"));
     EXPECT_TRUE(f.RTB1->TexteCrLf().contains("CentreI = 108, ")); // the centre of the chosen printer's sheet
     EXPECT_EQ(f.FichierCourant, mtr);
