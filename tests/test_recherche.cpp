@@ -126,6 +126,13 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
         EXPECT_FALSE(f.RTB1->textCursor().hasSelection());
         EXPECT_EQ(f.RTB1->textCursor().position(), c.trouves.back() + 3);
         EXPECT_FALSE(d.Remplacer->isEnabled());
+        // With no match standing, the search starts again from the top: after the last one, or
+        // after the caret moved.
+        QTest::keyClick(f.RTB1, Qt::Key_F3);
+        EXPECT_EQ(f.RTB1->textCursor().selectionStart(), c.trouves.front());
+        QTest::keyClick(f.RTB1, Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClick(f.RTB1, Qt::Key_F3);
+        EXPECT_EQ(f.RTB1->textCursor().selectionStart(), c.trouves.front());
     }
 }
 
@@ -163,6 +170,13 @@ TEST(Recherche, DialogKeysAndCtrlHReplaceOneMatchAtATime) {
     EXPECT_FALSE(d.Remplacer->isEnabled());
     QTest::keyClick(d.Text1, Qt::Key_Escape);
     EXPECT_FALSE(d.isVisible());
+    // A match typed over is not replaced: Ctrl-H looks again from the caret.
+    f.RTB1->ChargeTexte("' abc abc\r\n");
+    QTest::keyClick(f.RTB1, Qt::Key_F3);
+    QTest::keyClick(f.RTB1, Qt::Key_Q);
+    QTest::keyClick(f.RTB1, Qt::Key_H, Qt::ControlModifier);
+    EXPECT_EQ(Texte(f), "' q abc\n");
+    EXPECT_EQ(f.RTB1->textCursor().selectionStart(), 4);
 }
 
 TEST(Recherche, ReplaceAllCountsKeepsTheCaretAndIsOneLevel) {

@@ -368,9 +368,12 @@ void FrmFind::F3() {
 void FrmFind::Suivant_Click() {
     if (Text1->text().isEmpty()) return;
     QTextDocument* doc = ed_->document();
+    // From behind the match that stands, when this is not the first search;
+    // with no match standing (none found last time, or the caret moved), from
+    // the top of the text: so F3 goes round the text.
     int depart = ed_->textCursor().selectionStart();
-    // From behind the match that stands, when this is not the first search.
-    if (ed_->PositionRecherche >= 0 && FindNb >= 1) depart = ed_->PositionRecherche + longueurTrouvee_;
+    if (ed_->PositionRecherche < 0) depart = 0;
+    else if (FindNb >= 1) depart = ed_->PositionRecherche + longueurTrouvee_;
     depart = std::clamp(depart, 0, doc->characterCount() - 1);
     FindDepart = depart;
     FindFlags = (Check1->isChecked() ? 2 : 0) | (Check2->isChecked() ? 4 : 0);
@@ -413,8 +416,10 @@ void FrmFind::RemplaceSelection() {
 void FrmFind::Remplacer_Click() {
     if (ed_->PositionRecherche < 0) return;
     const QTextCursor c = ed_->textCursor();
-    // Only the match itself is replaced; a selection moved since is searched again.
+    // Only the match itself is replaced; a selection moved or typed over
+    // since is searched again, from the caret.
     if (c.selectionStart() != ed_->PositionRecherche || c.selectionEnd() - c.selectionStart() != longueurTrouvee_) {
+        FindNb = 0;
         Suivant_Click();
         return;
     }
