@@ -134,6 +134,15 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
         QTest::keyClick(f.RTB1, Qt::Key_F3);
         EXPECT_EQ(f.RTB1->textCursor().selectionStart(), c.trouves.front());
     }
+    // A whole word that begins inside a rejected candidate is still found.
+    for (const auto& [texte, mot, trouve] : {std::tuple{"Grad = 110,10, 5", "10,", 11}, {"' ba a a", "a a", 5}}) {
+        Banc b;
+        Form1& f = b.Demarre(Programme(texte));
+        f.recherche->Find->Text1->setText(mot);
+        f.recherche->Find->Check1->setChecked(true);
+        QTest::keyClick(f.RTB1, Qt::Key_F3);
+        EXPECT_EQ(f.RTB1->textCursor().selectionStart(), trouve) << texte;
+    }
 }
 
 TEST(Recherche, F3AndCtrlFWithoutTextOpenTheDialogOnTheSelection) {

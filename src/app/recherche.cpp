@@ -32,6 +32,22 @@ const QString Remplacements = QStringLiteral(" remplacements");
 
 QString SansEt(QString t) { return t.remove(u'&'); }
 
+// The next match from a position; a whole word has no letter or digit just
+// before or after it. A candidate that is not a whole word is passed by one
+// character only, so that a word beginning inside it is still found ("10,"
+// in "110,10,"): the document's own whole-word search skips past it.
+QTextCursor Cherche(const QTextDocument& doc, const QString& texte, int depart, QTextDocument::FindFlags options) {
+    const bool motEntier = options.testFlag(QTextDocument::FindWholeWords);
+    options &= ~QTextDocument::FindFlags(QTextDocument::FindWholeWords);
+    for (QTextCursor c = doc.find(texte, depart, options); !c.isNull();
+         c = doc.find(texte, c.selectionStart() + 1, options)) {
+        if (!motEntier) return c;
+        const QChar avant = doc.characterAt(c.selectionStart() - 1), apres = doc.characterAt(c.selectionEnd());
+        if (!avant.isLetterOrNumber() && !apres.isLetterOrNumber()) return c;
+    }
+    return QTextCursor();
+}
+
 // Keys that change nothing: Shift, Ctrl, Alt, Pause, Caps Lock, the range
 // 25 higher (Insert among them), the system keys, the function keys, the
 // locks and the media keys.
@@ -380,7 +396,7 @@ void FrmFind::Suivant_Click() {
     QTextDocument::FindFlags options;
     if (FindFlags & 2) options |= QTextDocument::FindWholeWords;
     if (FindFlags & 4) options |= QTextDocument::FindCaseSensitively;
-    const QTextCursor trouve = doc->find(Text1->text(), depart, options);
+    const QTextCursor trouve = Cherche(*doc, Text1->text(), depart, options);
     ++FindNb;
     if (trouve.isNull()) {
         ed_->PositionRecherche = -1;
