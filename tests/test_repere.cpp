@@ -142,6 +142,12 @@ TEST(Repere, Zoom) {
     EXPECT_TRUE(Messages(*s).isEmpty());
     EXPECT_FLOAT_EQ(s->etat.Repere.ZoomDepart, 2);
     EXPECT_FLOAT_EQ(s->etat.Repere.ZoomE, 1);
+    // No zoom of 0, and a negative one is its size: the view would show nothing, or the drawing mirrored.
+    for (const auto& [ligne, ecran, imprimante] :
+         {std::tuple{"ZoomIni = 0\nZoomIniI = 0", 1.0f, 1.0f}, {"ZoomIni = -2\nZoomIniI = -0.5", 2.0f, 0.5f}}) {
+        auto z = Lance(ligne);
+        EXPECT_EQ(std::pair(z->etat.Repere.ZoomDepart, z->etat.Repere.ZoomDepartI), std::pair(ecran, imprimante)) << ligne;
+    }
     const auto tard = Messages(*Lance("CT = 1, 1\nZoomIni = 2"));
     ASSERT_EQ(tard.size(), 1);
     EXPECT_TRUE(tard[0].startsWith(QStringLiteral("Erreur dans l'ordre des commandes ligne : 2"))) << tard[0].toStdString();
