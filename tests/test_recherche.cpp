@@ -134,6 +134,15 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
         QTest::keyClick(f.RTB1, Qt::Key_F3);
         EXPECT_EQ(f.RTB1->textCursor().selectionStart(), c.trouves.front());
     }
+    // A text that is nowhere leaves the caret where it was.
+    {
+        Banc b;
+        Form1& f = b.Demarre(Programme(Commentaires));
+        f.recherche->Find->Text1->setText("zzz");
+        Selection(f, 9, 9);
+        QTest::keyClick(f.RTB1, Qt::Key_F3);
+        EXPECT_EQ(f.RTB1->textCursor().position(), 9);
+    }
     // A whole word that begins inside a rejected candidate is still found.
     for (const auto& [texte, mot, trouve] : {std::tuple{"Grad = 110,10, 5", "10,", 11}, {"' ba a a", "a a", 5}}) {
         Banc b;

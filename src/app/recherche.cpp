@@ -362,7 +362,8 @@ void FrmFind::Legendes(int lm) {
 
 void FrmFind::Montre() {
     const QString selection = ed_->textCursor().selectedText();
-    if (!selection.isEmpty()) Text1->setText(selection.section(QChar::ParagraphSeparator, 0, 0));
+    if (!selection.isEmpty())
+        Text1->setText(Editeur::TexteHorsDocument(selection.section(QChar::ParagraphSeparator, 0, 0)));
     if (ed_->PositionRecherche < 0) Remplacer->setEnabled(false);
     show();
     raise();
@@ -384,19 +385,20 @@ void FrmFind::F3() {
 void FrmFind::Suivant_Click() {
     if (Text1->text().isEmpty()) return;
     QTextDocument* doc = ed_->document();
-    // From behind the match that stands, when this is not the first search;
-    // with no match standing (none found last time, or the caret moved), from
-    // the top of the text: so F3 goes round the text.
+    // The caret, or behind the match that stands when this is not the first
+    // search, is where the caret returns when nothing is found. With no match
+    // standing (none found last time, or the caret moved) the search starts
+    // from the top of the text: so F3 goes round the text.
     int depart = ed_->textCursor().selectionStart();
-    if (ed_->PositionRecherche < 0) depart = 0;
-    else if (FindNb >= 1) depart = ed_->PositionRecherche + longueurTrouvee_;
+    if (ed_->PositionRecherche >= 0 && FindNb >= 1) depart = ed_->PositionRecherche + longueurTrouvee_;
     depart = std::clamp(depart, 0, doc->characterCount() - 1);
     FindDepart = depart;
+    if (ed_->PositionRecherche < 0) depart = 0;
     FindFlags = (Check1->isChecked() ? 2 : 0) | (Check2->isChecked() ? 4 : 0);
     QTextDocument::FindFlags options;
     if (FindFlags & 2) options |= QTextDocument::FindWholeWords;
     if (FindFlags & 4) options |= QTextDocument::FindCaseSensitively;
-    const QTextCursor trouve = Cherche(*doc, Text1->text(), depart, options);
+    const QTextCursor trouve = Cherche(*doc, Editeur::TexteDocument(Text1->text()), depart, options);
     ++FindNb;
     if (trouve.isNull()) {
         ed_->PositionRecherche = -1;
