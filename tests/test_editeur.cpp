@@ -156,6 +156,11 @@ TEST(Editeur, LoadedTextEndsEveryLineWithCrLfAndPositionsConvert) {
     EXPECT_EQ(t.ed.document()->blockCount(), 2);
     t.ed.InsereTexte(durs);
     EXPECT_EQ(t.ed.TexteCrLf(), durs + durs);
+    t.ed.selectAll(); // copied out with the file's own characters
+    t.ed.copy();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString(durs + durs).replace("\r\n", "\n"));
+    t.ed.moveCursor(QTextCursor::Start);
+    t.ed.moveCursor(QTextCursor::Down);
     QTest::keyClick(&t.ed, Qt::Key_Return, Qt::ShiftModifier);
     EXPECT_EQ(t.ed.TexteCrLf(), durs + "\r\n" + durs); // at the caret, behind the pasted line
     EXPECT_EQ(t.ed.document()->blockCount(), 4);

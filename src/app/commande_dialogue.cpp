@@ -118,7 +118,7 @@ LigneSousCaret LigneLogique(const QTextDocument& doc, int ligneCaret) {
         texte += t.chopped(2);
         b = b.next();
     }
-    l.Texte = texte.remove(u'\t');
+    l.Texte = Editeur::TexteHorsDocument(texte.remove(u'\t')); // as the file holds it
     return l;
 }
 
@@ -321,19 +321,12 @@ QString AssembleLigne(const ModeleMasque& m) {
     // in, so that empty trailing sub-parameters leave none behind while a value
     // that ends in the separator keeps it. Trailing empty parameters dropped.
     QStringList params;
-    QList<bool> suite; // a sub-parameter of the parameter was put in behind
     for (auto r = m.Rangs.crbegin(); r != m.Rangs.crend(); ++r) {
-        while (params.size() <= r->Champ) {
-            params << QString();
-            suite << false;
-        }
-        QString& p = params[r->Champ];
-        if (r->Second && (!r->Valeur.isEmpty() || suite[r->Champ])) {
-            p.prepend(m.Sep2 + r->Valeur);
-            suite[r->Champ] = true;
-        } else {
-            p.prepend(r->Valeur);
-        }
+        while (params.size() <= r->Champ) params << QString();
+        QString& p = params[r->Champ]; // what stands behind, of this parameter
+        const bool separateur = r->Second && (!r->Valeur.isEmpty() || !p.isEmpty());
+        p.prepend(r->Valeur);
+        if (separateur) p.prepend(m.Sep2);
     }
     while (!params.isEmpty() && params.last().isEmpty()) params.removeLast();
 

@@ -42,12 +42,6 @@ QString Echange(QString t, bool versDocument) {
     return t;
 }
 
-QString LignesDocument(QString t) {
-    t.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    t.replace(u'\r', u'\n');
-    return Echange(t, true);
-}
-
 // Keeps the caret, the selection and both scroll positions across a change.
 class GardeVue {
 public:
@@ -90,7 +84,7 @@ QString Editeur::TexteCrLf() const {
     if (!texteCrLf_) {
         QString t = document()->toRawText();
         t.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n")); // the ends of the blocks
-        texteCrLf_ = Echange(t, false);
+        texteCrLf_ = TexteHorsDocument(t);
     }
     return *texteCrLf_;
 }
@@ -102,7 +96,7 @@ void Editeur::ChargeTexte(const QString& texteCrLf) {
     QStringList lignes = texteCrLf.split(QStringLiteral("\r\n"));
     if (!lignes.isEmpty() && lignes.last().isEmpty()) lignes.removeLast();
     QString t;
-    if (!lignes.isEmpty()) t = LignesDocument(lignes.join(u'\n')) + u'\n';
+    if (!lignes.isEmpty()) t = TexteDocument(lignes.join(u'\n')) + u'\n';
     setPlainText(t);
     ColorationActive = true;
     ColoreTexte(0, document()->characterCount());
@@ -112,7 +106,13 @@ void Editeur::ChargeTexte(const QString& texteCrLf) {
     MajLigne();
 }
 
-QString Editeur::TexteDocument(const QString& texteCrLf) { return LignesDocument(texteCrLf); }
+QString Editeur::TexteDocument(QString texteCrLf) {
+    texteCrLf.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    texteCrLf.replace(u'\r', u'\n');
+    return Echange(texteCrLf, true);
+}
+
+QString Editeur::TexteHorsDocument(QString texte) { return Echange(texte, false); }
 
 int Editeur::VersCrLf(int positionDocument) const {
     const QTextBlock b = document()->findBlock(positionDocument);
@@ -357,7 +357,7 @@ void Editeur::Remplace(int debut, int longueur, const QString& texte) {
     c.setPosition(std::clamp(debut + longueur, 0, max), QTextCursor::KeepAnchor);
     QTextCharFormat f;
     f.setForeground(Noir);
-    c.insertText(LignesDocument(texte), f);
+    c.insertText(TexteDocument(texte), f);
     ColorationActive = true;
     Modifie = true;
 }
@@ -366,7 +366,7 @@ void Editeur::InsereTexte(const QString& texte) {
     QTextCursor c = textCursor();
     QTextCharFormat f;
     f.setForeground(Noir);
-    c.insertText(LignesDocument(texte), f);
+    c.insertText(TexteDocument(texte), f);
     setTextCursor(c);
     emit insere();
 }
@@ -480,7 +480,7 @@ void Editeur::Colle() {
 }
 
 void Editeur::InsereColore(const QString& texte) {
-    const QString t = LignesDocument(texte);
+    const QString t = TexteDocument(texte);
     if (t.isEmpty()) return;
     setUpdatesEnabled(false);
     QTextCursor c = textCursor();
@@ -503,6 +503,13 @@ void Editeur::InsereColore(const QString& texte) {
 }
 
 bool Editeur::canInsertFromMimeData(const QMimeData* source) const { return source->hasText(); }
+
+QMimeData* Editeur::createMimeDataFromSelection() const {
+    // Copy, cut and drag give plain text with the file's own characters.
+    auto* m = new QMimeData;
+    m->setText(TexteHorsDocument(textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n')));
+    return m;
+}
 
 void Editeur::insertFromMimeData(const QMimeData* source) {
     // Drops and the context menu's paste: plain text, coloured as Ctrl-V does,

@@ -37,7 +37,9 @@ public:
     // A text as the document holds it: lines ended by "\n", and the characters
     // that a text document would take for breaks (U+2028, U+2029, U+FDD0,
     // U+FDD1) held by private-use stand-ins, which TexteCrLf gives back.
-    static QString TexteDocument(const QString& texteCrLf);
+    static QString TexteDocument(QString texteCrLf);
+    // A piece of the document's text with those characters given back.
+    static QString TexteHorsDocument(QString texte);
     // LitFic's editor half: the editor emptied, each line appended with CR LF
     // and coloured; caret at 0, block at the first line.
     void ChargeTexte(const QString& texteCrLf);
@@ -115,6 +117,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* ev) override;
     bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
+    QMimeData* createMimeDataFromSelection() const override;
     void dropEvent(QDropEvent* ev) override;
 
 private:
