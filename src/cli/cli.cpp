@@ -410,14 +410,14 @@ int Fenetre(int argc, char** argv, const QStringList& args) {
                     for (int x = 0; x < im.width(); x += 4) couleurs.insert(im.pixel(x, y));
                 Ecrit(stdout, QStringLiteral("screenshot %1x%2, %3 colours sampled\n")
                                   .arg(im.width()).arg(im.height()).arg(couleurs.size()));
-                // A blank window, or a run that showed an error box.
-                if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1;
-                if (f.e.ErreursAffichees > 0) statut = 1;
+                if (im.width() < 600 || im.height() < 400 || couleurs.size() < 8) statut = 1; // a blank window
             }
             for (const QString& m : sansPersonne.Vues) EcritBoite(m);
             if (arrete && statut == 0) {
                 Ecrit(stderr, QStringLiteral("mirel: %1\n").arg(RaisonArret(true, false, delai)));
                 statut = 3;
+            } else if (statut == 0 && f.e.ErreursAffichees > 0) {
+                statut = 1; // the run showed an error box
             }
             f.hide();
             app.quit();
