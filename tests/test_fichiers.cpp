@@ -123,7 +123,7 @@ TEST(Fichiers, OpenLoadsTheChosenFileOrTheTemplate) {
 }
 
 // Every line end becomes CR LF, the last line's included. The zoom is that of the first
-// ZoomIni line not starting with "'": what follows its first "=" (or position 8), else 1.
+// ZoomIni line not starting with "'": what follows its first "=" (or position 8), as a size, else 1.
 TEST(Fichiers, ReadingNormalisesLineEndsAndFindsTheZoom) {
     const std::pair<QByteArray, QString> fins[] = {{"a\nb\rc\r\nd", "a\r\nb\r\nc\r\nd\r\n"}, {"\n\r\n", "\r\n\r\n"},
                                                    {"", ""}, {"\r\n", "\r\n"}, {"Arc", "Arc\r\n"}};
@@ -132,7 +132,7 @@ TEST(Fichiers, ReadingNormalisesLineEndsAndFindsTheZoom) {
     const std::pair<QString, float> zooms[] = {
         {"Arc = 1\r\n", 1.0f}, {"' ZoomIni = 3\r\n\t 'ZoomIni = 4\r\n  zoomini = 2.5 ' x\r\nZoomIni = 7\r\n", 2.5f},
         {"\tZoomIni 1.5\r\n", 1.5f}, {"ZoomIni = 0\r\nZoomIni = 4\r\n", 1.0f}, {"ZoomIniI = 3\r\n", 3.0f},
-        {"Trait = 5,2,3,4 ' ZoomIni = 9", 5.0f}};
+        {"Trait = 5,2,3,4 ' ZoomIni = 9", 5.0f}, {"ZoomIni = -2\r\n", 2.0f}};
     for (const auto& [texte, zoom] : zooms) EXPECT_FLOAT_EQ(ZoomIniDe(texte), zoom) << texte.toStdString();
 }
 

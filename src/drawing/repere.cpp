@@ -389,13 +389,14 @@ namespace {
 void ZoomInitial(Etat& e, float& cible) {
     if (e.NiveauCourant != 1) return;
     if (e.EtatOrdre > 4) ErreurOrdre(e);
-    // A zoom is a size: 0 counts as 1, as when the file is read, and a
-    // negative one as its size, as the zoom dialog takes it; else the view
-    // would show nothing, or the drawing mirrored off the pane.
-    const float z = std::abs(float(ParaVal0(e, e.LigneCourante, 1)));
-    cible = z == 0 ? 1.0f : z;
+    cible = ZoomDepartDe(ParaVal0(e, e.LigneCourante, 1));
 }
 } // namespace
+
+float ZoomDepartDe(double valeur) {
+    const float z = std::abs(float(valeur));
+    return z == 0 ? 1.0f : z;
+}
 
 void CmdZoomIni(Etat& e) { ZoomInitial(e, e.Repere.ZoomDepart); }
 void CmdZoomIniI(Etat& e) { ZoomInitial(e, e.Repere.ZoomDepartI); }

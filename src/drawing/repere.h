@@ -65,6 +65,10 @@ QPointF PixelDevice(const Etat& e, double x, double y, bool arrondi = true);
 
 // Commands.
 void CmdFormatI(Etat& e);
+// A starting zoom as ZoomIni gives it, on the command's line or when the file
+// is read: a size, so 0 counts as 1 and a negative one as its size (else the
+// view would show nothing, or the drawing mirrored off the pane).
+float ZoomDepartDe(double valeur);
 void CmdZoomIni(Etat& e);
 void CmdZoomIniI(Etat& e);
 void CmdFacteur(Etat& e);

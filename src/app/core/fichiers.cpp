@@ -2,6 +2,7 @@
 #include "app/core/fichiers.h"
 
 #include "app/core/dmk.h"
+#include "drawing/repere.h"
 #include "language/chaines.h"
 #include "language/etat.h"
 #include "language/vb.h"
@@ -26,9 +27,7 @@ float ZoomIniDe(const QString& texte) {
         const QString ligne = LTrim(texte.mid(debut, fin - debut).remove(u'\t'));
         if (ligne.startsWith(u'\'')) continue;
         const int egal = InStr(ligne, QStringLiteral("="));
-        float z = float(ValVb(egal > 0 ? Mid(ligne, egal + 1) : Mid(ligne, 8)));
-        if (z == 0) z = 1;
-        return z;
+        return ZoomDepartDe(ValVb(egal > 0 ? Mid(ligne, egal + 1) : Mid(ligne, 8)));
     }
     return 1;
 }

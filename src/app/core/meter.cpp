@@ -201,8 +201,8 @@ bool ChargeMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f, const Q
 
 bool Mnu_OuvrirMeter(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     if (!DemandeSauvegarde(e, r, f)) return false;
-    const QString filtre = LoadResString(109 + r.LangueMessages) + QStringLiteral(" (*.mtr)|*.mtr|") +
-                           LoadResString(106 + r.LangueMessages) + QStringLiteral(" (*.*)|*.*|");
+    const QString filtre =
+        LoadResString(109 + r.LangueMessages) + QStringLiteral(" (*.mtr)|*.mtr|") + FiltreListe(r.LangueMessages);
     const QString nom = f.DialogueOuvrir(e.DossierFichier, filtre);
     if (nom.isEmpty()) return false;
     return ChargeMeter(e, r, f, nom);
