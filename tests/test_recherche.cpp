@@ -142,6 +142,11 @@ TEST(Recherche, F3FindsTheNextMatchByWholeWordAndCase) {
         Selection(f, 9, 9);
         QTest::keyClick(f.RTB1, Qt::Key_F3);
         EXPECT_EQ(f.RTB1->textCursor().position(), 9);
+        // A line separator inside a line is found as it was typed.
+        f.RTB1->ChargeTexte(QStringLiteral("' a\u2028b\r\n"));
+        f.recherche->Find->Text1->setText(QStringLiteral("a\u2028b"));
+        QTest::keyClick(f.RTB1, Qt::Key_F3);
+        EXPECT_EQ(f.RTB1->textCursor().selectionStart(), 2);
     }
     // A whole word that begins inside a rejected candidate is still found.
     for (const auto& [texte, mot, trouve] : {std::tuple{"Grad = 110,10, 5", "10,", 11}, {"' ba a a", "a a", 5}}) {
