@@ -3,6 +3,7 @@
 
 #include "drawing/repere.h"
 #include "drawing/styles.h"
+#include "drawing/surface_peinte.h"
 
 #include <algorithm>
 #include <array>
@@ -60,6 +61,19 @@ TEST(Styles, UnknownOrBlankColourTakesTheDefault) {
     EXPECT_EQ(Variable(*s, "%Coul"), QStringLiteral("BLEU"));
     // A default colour N draws nothing but moves the pen.
     AttendTraits(*Lance("Couleur = N\nTrait = 0,0,10,5\nTrait = 1R,1R,5,0,,ROUGE"), {{11, 6, 5, 0}});
+    // Nor does a scale's arc or band that takes that default: the red disc under them stays whole.
+    auto peint = [](const QString& lignes) {
+        Session z(Programme("CentreE = 100, 50, N\nCercleP = 0, 0, 30,,,ROUGE\n" + lignes));
+        const double w = 297 / 25.4 * DpiEcran, h = 210 / 25.4 * DpiEcran;
+        QImage im(int(w), int(h), QImage::Format_RGB32);
+        SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran, [&](int) -> QPaintDevice* { return &im; });
+        AttachePane(z.etat, &pane);
+        z.Execute();
+        pane.EndDoc();
+        EXPECT_TRUE(Messages(z).isEmpty()) << Messages(z).join("|").toStdString();
+        return im;
+    };
+    EXPECT_TRUE(peint("Couleur = N\nArc = 30, 150, 20\nSectP = 40, 140, 10, 15") == peint(""));
 }
 
 TEST(Styles, LineWidthInMillimetresOrDeviceDots) {

@@ -83,7 +83,10 @@ using Journal = QVector<OpSurface>;
 constexpr qsizetype MaxOperationsRun = 1'000'000;
 
 // Colour helpers: a colour is kept as one number, red + 256 green + 65536 blue.
+// A negative one is the colour N, whichever way it came (a default colour N, an
+// "RVB" of negative values): it paints nothing.
 inline QColor VersQColor(int bgr) {
+    if (bgr < 0) return QColor(Qt::transparent);
     return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
 }
 inline int RGB(int r, int g, int b) { return r + 256 * g + 65536 * b; }

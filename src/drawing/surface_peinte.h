@@ -77,8 +77,8 @@ private:
     // colour chart paints a million cells.
     void Etend(const QRectF& r, const QColor& trait, const std::optional<QColor>& remplissage = std::nullopt) {
         if (!encre_.isNull() && encre_.contains(r)) return;
-        const auto blanc = [](const QColor& c) { return c.rgb() == qRgb(255, 255, 255); };
-        if (blanc(trait) && (!remplissage || blanc(*remplissage))) return;
+        const auto sansEncre = [](const QColor& c) { return c.alpha() == 0 || c.rgb() == qRgb(255, 255, 255); };
+        if (sansEncre(trait) && (!remplissage || sansEncre(*remplissage))) return;
         encre_ = encre_.isNull() ? r : encre_.united(r);
     }
     void Etend(const QRectF& r) { encre_ = encre_.isNull() ? r : encre_.united(r); }
