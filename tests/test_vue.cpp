@@ -196,6 +196,9 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
             << etat.toStdString();
         // Only an error line is red, as F4 marks it.
         EXPECT_EQ(CouleurLigne(*f.RTB1, c.ligne - 1, 0) == QColor(255, 0, 0), c.raison == "foo = 2") << c.ligne;
+        // Undo changes the text as typing does: the preview follows it.
+        QTest::keyClick(f.RTB1, Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_TRUE(ApercuDe(f).Minuterie.isActive());
     }
 }
 

@@ -164,9 +164,10 @@ Apercu::Apercu(Form1& f) : QObject(&f), f_(f) {
     connect(&MinuterieTaille, &QTimer::timeout, this, &Apercu::Taille);
 
     // Only what the user types counts: the colouring and the loading of a
-    // file change the text with ColorationActive cleared.
+    // file change the text with ColorationActive cleared (so does an undo,
+    // which the window reports by TexteChange).
     connect(f.RTB1->document(), &QTextDocument::contentsChange, this, [this](int, int retires, int ajoutes) {
-        if (DirectActif() && f_.RTB1->ColorationActive && (retires || ajoutes)) Minuterie.start();
+        if (f_.RTB1->ColorationActive && (retires || ajoutes)) TexteChange();
     });
     // A run of the window disables `Mnu_Visualiser` for its length: at its
     // start the live status and a pending live run go (F4 runs it all), after
@@ -195,6 +196,10 @@ void Apercu::Legendes() {
 }
 
 bool Apercu::DirectActif() const { return Mnu_ApercuDirect->isChecked(); }
+
+void Apercu::TexteChange() {
+    if (DirectActif()) Minuterie.start();
+}
 
 void Apercu::ActiveDirect(bool oui) {
     Mnu_ApercuDirect->setChecked(oui);

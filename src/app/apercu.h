@@ -54,6 +54,8 @@ public:
     void AjusteDessin(bool agrandir = true);
     void ActiveDirect(bool oui);
     bool DirectActif() const;
+    // The user changed the text (typing, undo, redo): a live run follows the pause.
+    void TexteChange();
 
     // One live run now (the timer's end).
     void ExecuteDirect();

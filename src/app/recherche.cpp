@@ -567,8 +567,14 @@ Recherche::Recherche(Editeur* ed, QAction* defaire, QAction* refaire, QAction* r
             emit etatChange();
         };
     };
-    auto defaireFn = etat([this] { Annulation.Mnu_Defaire(); });
-    auto refaireFn = etat([this] { Annulation.Mnu_Refaire(); });
+    auto defaireFn = etat([this] {
+        Annulation.Mnu_Defaire();
+        emit texteRestaure();
+    });
+    auto refaireFn = etat([this] {
+        Annulation.Mnu_Refaire();
+        emit texteRestaure();
+    });
     connect(defaire, &QAction::triggered, this, defaireFn);
     connect(refaire, &QAction::triggered, this, refaireFn);
     connect(ed, &Editeur::defaire, this, defaireFn);

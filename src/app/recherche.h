@@ -138,7 +138,8 @@ public:
     FrmFind* Find;
 
 signals:
-    void etatChange(); // the undo counters changed (Text4)
+    void etatChange();     // the undo counters changed (Text4)
+    void texteRestaure();  // undo or redo brought a copy of the text back
 
 protected:
     bool eventFilter(QObject* objet, QEvent* ev) override;
