@@ -101,8 +101,17 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     QStringList liste;
     for (int i = 0; i < 10; ++i) liste = AjouteRecent(liste, QString::number(i % 9));
     EXPECT_EQ(liste, (QStringList{"0", "8", "7", "6", "5", "4", "3", "2"}));
+    // Save as puts its file first among the recent files, and an export is named after it.
+    const QString copie = QFileInfo(chemin).absolutePath() + "/copie.dat";
+    b.boites.reponses = {copie};
+    f.Mnu_Enregistrer->trigger();
+    EXPECT_EQ(f.Config.Recents.value(0), copie);
+    b.boites.reponses.clear();
+    f.Exporte("pdf");
+    ASSERT_EQ(b.boites.vues.back().genre, "enregistrer");
+    EXPECT_EQ(b.boites.vues.back().titre, QFileInfo(chemin).absolutePath() + "/copie.pdf");
     QTest::keyClick(f.RTB1, Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains("Recents = " + chemin + "|" + autre));
+    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains("Recents = " + copie + "|" + chemin + "|" + autre));
 }
 
 // A dropped .dat or .mtr file opens as Open opens it, over the editor as well as the drawing,

@@ -105,8 +105,10 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     f.Config.Export = TexteChoixExport(c);
     f.s_.config->EcritConfig(CleCfg::Export, u' ' + f.Config.Export);
 
-    const QString base = f.FichierCourant.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
-                                                    : f.FichierCourant.left(f.FichierCourant.lastIndexOf(u'.'));
+    // Named after the file of the caption: the last one saved, under Save as too.
+    const QString fichier = f.NomCourant.isEmpty() ? f.FichierCourant : f.NomCourant;
+    const QString base = fichier.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
+                                           : fichier.left(fichier.lastIndexOf(u'.'));
     const QString filtre = format.toUpper() + QStringLiteral(" (*.") + format + u')';
     const QString nom = f.s_.boites->FichierEnregistrer(&f, base + u'.' + format, filtre, format);
     if (nom.isEmpty()) return;
