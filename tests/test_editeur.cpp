@@ -32,6 +32,19 @@ struct Ed {
 // A loaded text: keywords take their spelling and blue, comments green, the
 // rest black. Spots are "line:column" and B (blue), N (black) or V (green).
 TEST(Editeur, LoadedLinesTakeTheKeywordSpellingAndColours) {
+    {
+        // With the caret behind a line marked red as an error, the next text loaded is coloured as usual.
+        Ed t("Cercle = 1, 2\nfoo = 2\n");
+        QTextCursor c(t.ed.document()->findBlockByNumber(1));
+        c.setPosition(c.position() + 7, QTextCursor::KeepAnchor);
+        QTextCharFormat rouge;
+        rouge.setForeground(Editeur::Rouge);
+        c.mergeCharFormat(rouge);
+        c.clearSelection();
+        t.ed.setTextCursor(c);
+        t.ed.ChargeTexte("abc = 1\r\nArc = 1, 2, 3\r\n");
+        EXPECT_TRUE(t.C(0, 0) == Editeur::Noir && t.C(1, 0) == Editeur::Bleu && t.C(1, 6) == Editeur::Noir);
+    }
     const char* const cas[][3] = {
         {"arc = 30, 150, 60\ncentreei = 105, 148.5\n  epaist=0.3mm",
          "Arc = 30, 150, 60\nCentreEI = 105, 148.5\n  EpaisT=0.3mm", "0:0B 0:2B 0:4N 2:2B 2:8N"},
@@ -207,3 +220,4 @@ TEST(Editeur, SyntaxRowOfALine) {
         EXPECT_EQ(RangSyntaxe(mot), rang) << ligne;
     }
 }
+

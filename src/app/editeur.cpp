@@ -97,13 +97,22 @@ void Editeur::ChargeTexte(const QString& texteCrLf) {
     if (!lignes.isEmpty() && lignes.last().isEmpty()) lignes.removeLast();
     QString t;
     if (!lignes.isEmpty()) t = TexteDocument(lignes.join(u'\n')) + u'\n';
-    setPlainText(t);
+    TexteNoir(t);
     ColorationActive = true;
     ColoreTexte(0, document()->characterCount());
     QTextCursor c(document());
     setTextCursor(c);
     LigneDebut = LigneFin = 0;
     MajLigne();
+}
+
+void Editeur::TexteNoir(const QString& texte) {
+    // A new text takes the caret's format: behind a line marked red as an
+    // error it would be red, and a red line is never coloured again.
+    QTextCharFormat noir;
+    noir.setForeground(Noir);
+    setCurrentCharFormat(noir);
+    setPlainText(texte);
 }
 
 QString Editeur::TexteDocument(QString texteCrLf) {

@@ -43,6 +43,8 @@ public:
     // LitFic's editor half: the editor emptied, each line appended with CR LF
     // and coloured; caret at 0, block at the first line.
     void ChargeTexte(const QString& texteCrLf);
+    // The whole document replaced by a text in black, before any colouring.
+    void TexteNoir(const QString& texte);
     int VersCrLf(int positionDocument) const;
     int VersDocument(int positionCrLf) const;
     // Line (0-based) of a document position.

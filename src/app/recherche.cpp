@@ -270,7 +270,7 @@ void AnneauAnnulation::Restaure() {
     const CopieTexte& c = RTB2[UndoSlot];
     const int vertical = ed_->verticalScrollBar()->value();
     ed_->ColorationActive = false;
-    ed_->setPlainText(c.Texte);
+    ed_->TexteNoir(c.Texte);
     QTextDocument* doc = ed_->document();
     QTextCursor lot(doc);
     lot.beginEditBlock();
