@@ -147,6 +147,7 @@ TEST(Plot, MissingOrShortFileShowsTheFileError) {
         EXPECT_TRUE(Messages(*s)[0].startsWith("Erreur fichier: ")) << Messages(*s)[0].toStdString();
         EXPECT_EQ(s->hote.Messages()[0].titre, "Mirel");
         EXPECT_EQ(Variable(*s, "%Z"), "1");
+        EXPECT_EQ(s->etat.ErreursAffichees, 1); // an error box for the exit status of dump and render
     }
 }
 

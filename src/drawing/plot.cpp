@@ -590,6 +590,7 @@ void Plot(Etat& e, Genre genre) {
     std::vector<QStringView> lignes;
     const int saut = std::abs(d.nbLignes);
     if (!LitLignesDonnees(chemin, texte, lignes) || lignes.size() < size_t(saut)) {
+        ++e.ErreursAffichees; // the run goes on, but the exit status tells of the box
         if (e.Host) e.Host->Message(QStringLiteral("Mirel"), Chaine(e, 126) + QStringLiteral(": ") + chemin, Boutons::Ok);
         EpaisRestaure(e);
         return;
