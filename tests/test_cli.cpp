@@ -36,6 +36,8 @@ TEST(Cli, ExitStatus) {
     const QString bon = Fichier(d, "CT = 1, 1\r\n"), png = d.filePath("o.png");
     const std::tuple<QStringList, int, QByteArray> cas[] = { // arguments, status, printed
         {{"--help"}, 0, ""},
+        {{"render", "--help"}, 0, "Usage:"},
+        {{"dump", "x.dat", "-h"}, 0, "Usage:"},
         {{"--version"}, 0, "Mirel "},
         {{"dump", bon, "--zoom", "2", "--pane", "100x100"}, 0, ""},
         {{"render", Fichier(d, "CT = 1, 1\r\nInconnu\r\n", "e.dat"), "-o", png}, 1,

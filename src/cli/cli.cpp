@@ -46,12 +46,12 @@ const char* const Aide =
     "  mirel --screenshot OUT.png [--timeout SECONDS] [FILE.dat]\n"
     "                                   open the window, run FILE, save the window as\n"
     "                                   OUT.png and quit\n"
-    "  mirel render FILE.dat -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|A5|Letter|Legal|WxH]\n"
+    "  mirel render FILE.dat|FILE.mtr -o OUT.pdf|OUT.svg|OUT.png [--dpi N] [--page A4|A3|A5|Letter|Legal|WxH]\n"
     "                                   [--landscape] [--text-as-paths] [common options]\n"
     "                                   --text-as-paths: SVG text as outlines (laser engravers)\n"
-    "  mirel dump FILE.dat [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
+    "  mirel dump FILE.dat|FILE.mtr [--printer] [--pane WxH] [--zoom Z] [--page P] [--landscape]\n"
     "                                   [common options]\n"
-    "  mirel print FILE.dat [--printer NAME] [--zoom Z] [--copies N] [--listing] [-o OUT.pdf]\n"
+    "  mirel print FILE.dat|FILE.mtr [--printer NAME] [--zoom Z] [--copies N] [--listing] [-o OUT.pdf]\n"
     "                                   [common options]\n"
     "                                   prints at true size (times Z) on the printer\n"
     "                                   (default: the system's default printer), or into\n"
@@ -434,7 +434,9 @@ int MirelMain(int argc, char** argv) {
     for (int i = 0; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
     const QString premier = args.value(1);
     const bool aide = premier == QLatin1String("help") && args.size() == 2 && !QFileInfo::exists(premier);
-    if (premier == QLatin1String("--help") || premier == QLatin1String("-h") || aide) {
+    // "--help" anywhere, as in "mirel render --help".
+    const bool demandee = args.mid(1).contains(QLatin1String("--help")) || args.mid(1).contains(QLatin1String("-h"));
+    if (demandee || aide) {
         Ecrit(stdout, QString::fromUtf8(Aide));
         return 0;
     }
