@@ -32,16 +32,12 @@ struct Ed {
 // A loaded text: keywords take their spelling and blue, comments green, the
 // rest black. Spots are "line:column" and B (blue), N (black) or V (green).
 TEST(Editeur, LoadedLinesTakeTheKeywordSpellingAndColours) {
-    {
-        // With the caret behind a line marked red as an error, the next text loaded is coloured as usual.
+    // With the caret on a line marked red as an error, or a selection backwards into it, the next
+    // text loaded is coloured as usual.
+    for (int selection : {0, -3}) {
         Ed t("Cercle = 1, 2\nfoo = 2\n");
-        QTextCursor c(t.ed.document()->findBlockByNumber(1));
-        c.setPosition(c.position() + 7, QTextCursor::KeepAnchor);
-        QTextCharFormat rouge;
-        rouge.setForeground(Editeur::Rouge);
-        c.mergeCharFormat(rouge);
-        c.clearSelection();
-        t.ed.setTextCursor(c);
+        t.ed.MarqueRouge(t.ed.document()->findBlockByNumber(1).position(), 7);
+        t.Caret(1, 7, selection);
         t.ed.ChargeTexte("abc = 1\r\nArc = 1, 2, 3\r\n");
         EXPECT_TRUE(t.C(0, 0) == Editeur::Noir && t.C(1, 0) == Editeur::Bleu && t.C(1, 6) == Editeur::Noir);
     }
@@ -220,4 +216,3 @@ TEST(Editeur, SyntaxRowOfALine) {
         EXPECT_EQ(RangSyntaxe(mot), rang) << ligne;
     }
 }
-

@@ -109,6 +109,7 @@ void Editeur::ChargeTexte(const QString& texteCrLf) {
 void Editeur::TexteNoir(const QString& texte) {
     // A new text takes the caret's format: behind a line marked red as an
     // error it would be red, and a red line is never coloured again.
+    moveCursor(QTextCursor::Start); // no selection: the format goes to what comes
     QTextCharFormat noir;
     noir.setForeground(Noir);
     setCurrentCharFormat(noir);
