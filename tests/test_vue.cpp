@@ -200,6 +200,12 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         QTest::keyClick(f.RTB1, Qt::Key_Z, Qt::ControlModifier);
         EXPECT_TRUE(ApercuDe(f).Minuterie.isActive());
     }
+    // Nothing to undo: no run.
+    Banc b;
+    Form1& f = b.Demarre("Cercle = 50, 50, 10\r\n");
+    ApercuDe(f).Mnu_ApercuDirect->trigger();
+    QTest::keyClick(f.RTB1, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(ApercuDe(f).Minuterie.isActive());
 }
 
 // The live preview runs once typing pauses, is kept in the settings, and is

@@ -1,4 +1,5 @@
 #include "app/apercu.h"
+#include "app/recherche.h"
 
 #include "app/core/config.h"
 #include "app/editeur.h"
@@ -164,11 +165,12 @@ Apercu::Apercu(Form1& f) : QObject(&f), f_(f) {
     connect(&MinuterieTaille, &QTimer::timeout, this, &Apercu::Taille);
 
     // Only what the user types counts: the colouring and the loading of a
-    // file change the text with ColorationActive cleared (so does an undo,
-    // which the window reports by TexteChange).
+    // file change the text with ColorationActive cleared (so do undo, redo
+    // and the command dialog, which tell of it by texteRemplace).
     connect(f.RTB1->document(), &QTextDocument::contentsChange, this, [this](int, int retires, int ajoutes) {
         if (f_.RTB1->ColorationActive && (retires || ajoutes)) TexteChange();
     });
+    connect(f.recherche, &Recherche::texteRemplace, this, &Apercu::TexteChange);
     // A run of the window disables `Mnu_Visualiser` for its length: at its
     // start the live status and a pending live run go (F4 runs it all), after
     // its end a loaded file is fitted.

@@ -54,8 +54,6 @@ public:
     void AjusteDessin(bool agrandir = true);
     void ActiveDirect(bool oui);
     bool DirectActif() const;
-    // The user changed the text (typing, undo, redo): a live run follows the pause.
-    void TexteChange();
 
     // One live run now (the timer's end).
     void ExecuteDirect();
@@ -69,6 +67,9 @@ public:
     QTimer MinuterieTaille; // the redraw after a resize
 
 private:
+    // The user changed the text (typing, undo, redo, the command dialog): a
+    // live run follows the pause.
+    void TexteChange();
     CadreVue Cadre() const;
     // The view changed: the new scale and offsets, then a run at the same zoom.
     void Applique(const ReglageVue& r);

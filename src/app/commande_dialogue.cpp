@@ -608,5 +608,6 @@ bool OuvreMasque(Form1& f, Boites& boites, const std::function<void(FrmCmd&)>& i
     anneau.Snapshot();
     anneau.SansSnap = false;
     emit f.recherche->etatChange();
+    emit f.recherche->texteRemplace();
     return true;
 }

@@ -196,7 +196,6 @@ Form1::Form1(ServicesFenetre s) : s_(std::move(s)) {
     });
 
     VueApercu = new Apercu(*this);
-    connect(recherche, &Recherche::texteRestaure, VueApercu, &Apercu::TexteChange);
     DialogueExport::Raccourcis(*this);
 
     resize(1100, 720);

@@ -240,8 +240,8 @@ void AnneauAnnulation::Insertion() {
     SansSnap = true;
 }
 
-void AnneauAnnulation::Mnu_Defaire() {
-    if (!defaire_->isEnabled() || UndoNb <= 0) return;
+bool AnneauAnnulation::Mnu_Defaire() {
+    if (!defaire_->isEnabled() || UndoNb <= 0) return false;
     --UndoNb;
     if (UndoNb <= 1) defaire_->setEnabled(false);
     RedoNb = std::min(RedoNb + 1, Taille);
@@ -252,10 +252,11 @@ void AnneauAnnulation::Mnu_Defaire() {
     DerShift = 2;
     // Whatever comes next begins a level: typing after an undo clears the redo.
     SansSnap = false;
+    return UndoNb >= 1;
 }
 
-void AnneauAnnulation::Mnu_Refaire() {
-    if (!refaire_->isEnabled() || RedoNb <= 0) return;
+bool AnneauAnnulation::Mnu_Refaire() {
+    if (!refaire_->isEnabled() || RedoNb <= 0) return false;
     UndoNb = std::min(UndoNb + 1, Taille);
     defaire_->setEnabled(true);
     if (--RedoNb == 0) refaire_->setEnabled(false);
@@ -264,6 +265,7 @@ void AnneauAnnulation::Mnu_Refaire() {
     DerTouche = 89;
     DerShift = 2;
     SansSnap = false;
+    return true;
 }
 
 void AnneauAnnulation::Restaure() {
@@ -568,12 +570,10 @@ Recherche::Recherche(Editeur* ed, QAction* defaire, QAction* refaire, QAction* r
         };
     };
     auto defaireFn = etat([this] {
-        Annulation.Mnu_Defaire();
-        emit texteRestaure();
+        if (Annulation.Mnu_Defaire()) emit texteRemplace();
     });
     auto refaireFn = etat([this] {
-        Annulation.Mnu_Refaire();
-        emit texteRestaure();
+        if (Annulation.Mnu_Refaire()) emit texteRemplace();
     });
     connect(defaire, &QAction::triggered, this, defaireFn);
     connect(refaire, &QAction::triggered, this, refaireFn);

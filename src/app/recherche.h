@@ -67,8 +67,9 @@ public:
     bool ToucheRelachee(int touche, int shift, bool appuiVu);
     // An insertion by menu or dialog: a level of its own, which typing continues.
     void Insertion();
-    void Mnu_Defaire();
-    void Mnu_Refaire();
+    // Each true when a copy of the text was brought back.
+    bool Mnu_Defaire();
+    bool Mnu_Refaire();
     const CopieTexte& Copie(int slot) const { return RTB2[slot]; }
 
 private:
@@ -139,7 +140,7 @@ public:
 
 signals:
     void etatChange();     // the undo counters changed (Text4)
-    void texteRestaure();  // undo or redo brought a copy of the text back
+    void texteRemplace();  // the user's text replaced at once: undo, redo, the command dialog's OK
 
 protected:
     bool eventFilter(QObject* objet, QEvent* ev) override;
