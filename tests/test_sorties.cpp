@@ -186,7 +186,8 @@ TEST(Sorties, FailedWritesAndOffPageDrawingAreReported) {
                          Cas{"CercleP = -5, 20, 10,,,ROUGE\n", "runs off the page and is cut: it reaches -15"},
                          Cas{"Texte = 150, 20, , , WWWWWWWWWWWWWWWWWWWWWWWWWWWWWW\n", "runs off the page and is cut"},
                          Cas{"CercleP = 20, 350, 10,,,ROUGE\n", "lies wholly off the page: it reaches 9"},
-                         Cas{"CercleP = -5, 20, 10,,,BLANC\n", ""}}) { // white leaves no ink
+                         Cas{"CercleP = -5, 20, 10,,,BLANC\n", ""}, // white leaves no ink, nor the colour N
+                         Cas{"Couleur = N\nCentreE = 0, 0, N\nArc = 30, 150, 20\n", ""}}) {
         const SortieProcessus r = Mirel({"render", Ecrit(d, "h.dat", c.programme), "-o", d.filePath("h.png"), "--dpi", "30"});
         EXPECT_EQ(r.code, 0) << c.programme;
         const QString err = QString::fromUtf8(r.err);

@@ -4,6 +4,9 @@
 #include "drawing/repere.h"
 #include "drawing/styles.h"
 #include "drawing/surface_peinte.h"
+#include "app/core/rendu.h"
+
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <array>
@@ -74,6 +77,13 @@ TEST(Styles, UnknownOrBlankColourTakesTheDefault) {
         return im;
     };
     EXPECT_TRUE(peint("Couleur = N\nArc = 30, 150, 20\nSectP = 40, 140, 10, 15") == peint(""));
+    // Nor anything in an SVG, where an engraver would cut even an invisible path.
+    QTemporaryDir d;
+    const ResultatRendu r = RendProgramme(Programme("Couleur = N\nArc = 30, 150, 20\nSectP = 40, 140, 10, 15"),
+                                          d.filePath("n.dat"), d.filePath("n.svg"), OptionsRendu(), Reglages());
+    QFile svg(d.filePath("n.svg"));
+    ASSERT_TRUE(r.statut == 0 && svg.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(svg.readAll().contains("<path"));
 }
 
 TEST(Styles, LineWidthInMillimetresOrDeviceDots) {

@@ -94,7 +94,7 @@ void Surface::Line(double x1, double y1, double x2, double y2, int couleur) {
     op.genre = OpSurface::Ligne;
     op.x1 = x1; op.y1 = y1; op.x2 = x2; op.y2 = y2;
     op.couleur = couleur;
-    if (Enregistre(op)) DevLigne(VersPixel(x1, y1), VersPixel(x2, y2), VersQColor(couleur), DrawWidth);
+    if (Enregistre(op) && Encre(couleur)) DevLigne(VersPixel(x1, y1), VersPixel(x2, y2), VersQColor(couleur), DrawWidth);
     CurrentX = x2;
     CurrentY = y2;
 }
@@ -105,7 +105,7 @@ void Surface::BoiteMasque(double x1, double y1, double x2, double y2, int couleu
     op.points = {{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}};
     op.couleur = couleur;
     op.remplissage = couleur;
-    if (Enregistre(op)) DevBoiteMasque(QRectF(VersPixel(x1, y1), VersPixel(x2, y2)).normalized(), VersQColor(couleur));
+    if (Enregistre(op) && Encre(couleur)) DevBoiteMasque(QRectF(VersPixel(x1, y1), VersPixel(x2, y2)).normalized(), VersQColor(couleur));
     CurrentX = x2;
     CurrentY = y2;
 }
@@ -125,7 +125,7 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     if (rempli) op.remplissage = FillColor;
     CurrentX = x;
     CurrentY = y;
-    if (!Enregistre(op)) return;
+    if (!Enregistre(op) || !(Encre(couleur) || (rempli && Encre(FillColor)))) return;
     // The radius is measured in horizontal units; the aspect is the ratio of
     // the vertical radius to the horizontal one.
     const double a = aspect.value_or(1.0);
@@ -143,7 +143,7 @@ void Surface::PSet(double x, double y, int couleur) {
     op.genre = OpSurface::Point;
     op.x1 = x; op.y1 = y;
     op.couleur = couleur;
-    if (Enregistre(op)) DevPoint(VersPixel(x, y), VersQColor(couleur));
+    if (Enregistre(op) && Encre(couleur)) DevPoint(VersPixel(x, y), VersQColor(couleur));
     CurrentX = x;
     CurrentY = y;
 }
@@ -162,7 +162,7 @@ void Surface::Polygon(const QVector<QPointF>& pixels) {
     }
     op.couleur = ForeColor;
     if (FillStyle == 0) op.remplissage = FillColor;
-    if (!Enregistre(op)) return;
+    if (!Enregistre(op) || !(Encre(ForeColor) || (FillStyle == 0 && Encre(FillColor)))) return;
     std::optional<QColor> remp;
     if (FillStyle == 0) remp = VersQColor(FillColor);
     DevPolygone(pixels, VersQColor(ForeColor), DrawWidth, remp);
@@ -249,7 +249,7 @@ void Surface::TextOut(double x, double y, double angle, const QString& texte, bo
     op.taille = Font.Size;
     op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
     op.couleur = ForeColor;
-    if (!Enregistre(op)) return;
+    if (!Enregistre(op) || !Encre(ForeColor)) return;
     DevTexte(p, angle, texte, PoliceQt(), VersQColor(ForeColor));
 }
 
@@ -321,7 +321,7 @@ void Surface::EcritTexteDevice(QPointF p, const QString& texte) {
         op.gras = Font.Bold; op.italique = Font.Italic; op.souligne = Font.Underline;
     }
     op.couleur = ForeColor;
-    if (!Enregistre(op)) return;
+    if (!Enregistre(op) || !Encre(ForeColor)) return;
     DevTexte(p, angle, texte, f, VersQColor(ForeColor));
 }
 

@@ -84,9 +84,12 @@ constexpr qsizetype MaxOperationsRun = 1'000'000;
 
 // Colour helpers: a colour is kept as one number, red + 256 green + 65536 blue.
 // A negative one is the colour N, whichever way it came (a default colour N, an
-// "RVB" of negative values): it paints nothing.
+// "RVB" of negative values): it paints nothing. A mark in it reaches no device
+// (an engraver reading the SVG would cut even an invisible path), and an
+// outline in it around a coloured fill is transparent.
+inline bool Encre(int bgr) { return bgr >= 0; }
 inline QColor VersQColor(int bgr) {
-    if (bgr < 0) return QColor(Qt::transparent);
+    if (!Encre(bgr)) return QColor(Qt::transparent);
     return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
 }
 inline int RGB(int r, int g, int b) { return r + 256 * g + 65536 * b; }
