@@ -391,11 +391,10 @@ void FrmFind::Suivant_Click() {
     // search, is where the caret returns when nothing is found. With no match
     // standing (none found last time, or the caret moved) the search starts
     // from the top of the text: so F3 goes round the text.
-    int depart = ed_->textCursor().selectionStart();
-    if (ed_->PositionRecherche >= 0 && FindNb >= 1) depart = ed_->PositionRecherche + longueurTrouvee_;
-    depart = std::clamp(depart, 0, doc->characterCount() - 1);
-    FindDepart = depart;
-    if (ed_->PositionRecherche < 0) depart = 0;
+    int retour = ed_->textCursor().selectionStart();
+    if (ed_->PositionRecherche >= 0 && FindNb >= 1) retour = ed_->PositionRecherche + longueurTrouvee_;
+    FindDepart = std::clamp(retour, 0, doc->characterCount() - 1);
+    const int depart = ed_->PositionRecherche < 0 ? 0 : FindDepart;
     FindFlags = (Check1->isChecked() ? 2 : 0) | (Check2->isChecked() ? 4 : 0);
     QTextDocument::FindFlags options;
     if (FindFlags & 2) options |= QTextDocument::FindWholeWords;

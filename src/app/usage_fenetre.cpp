@@ -126,12 +126,11 @@ bool UsageFenetre::Ouvre(const QString& chemin) {
     });
 }
 
-void UsageFenetre::ApresCommandeFichier() {
+void UsageFenetre::ApresCommandeFichier(bool nomEcrit) {
     const QString c = f_.FichierCourant.isEmpty() ? QString() : QFileInfo(f_.FichierCourant).absoluteFilePath();
     if (!c.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, c);
-    // The file of the caption, once written by Save as, is the most recent.
-    const QString nom = f_.NomCourant.isEmpty() ? QString() : QFileInfo(f_.NomCourant).absoluteFilePath();
-    if (!nom.isEmpty() && nom != c && QFileInfo(nom).isFile()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, nom);
+    // The file of the caption just written by Save as is the most recent.
+    if (nomEcrit) f_.Config.Recents = AjouteRecent(f_.Config.Recents, QFileInfo(f_.NomCourant).absoluteFilePath());
     Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
     if (c != suivi_) {
         if (!suivi_.isEmpty()) veille_->removePath(suivi_);

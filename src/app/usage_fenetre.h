@@ -45,8 +45,9 @@ public:
     // question to save, the uninstaller's name refused, a meter file imported.
     bool Ouvre(const QString& chemin);
     // After every command of the file menu: the file joins the recent files
-    // and is watched on disk.
-    void ApresCommandeFichier();
+    // and is watched on disk; `nomEcrit`: Save as wrote the caption's file,
+    // which comes first among the recent files.
+    void ApresCommandeFichier(bool nomEcrit = false);
     // At the window's close, with the other keys: "Recents =".
     void EnregistreRecents();
     // Offers to reload the current file when it changed on disk since it was

@@ -62,10 +62,7 @@ QString MessageDesinstalleur(const QString& nom) {
     return nom + QStringLiteral("\nN'est pas un fichier Mirel\nIs not a Mirel file\nIst keine Mirel Datei.");
 }
 
-QString FiltreOuvrir(int d) {
-    return LoadResString(105 + d) + QStringLiteral(" (*.dat)|") + QStringLiteral("*.dat|") +
-           LoadResString(106 + d) + QStringLiteral(" (*.*)|*.*|");
-}
+QString FiltreOuvrir(int d) { return LoadResString(105 + d) + QStringLiteral(" (*.dat)|*.dat|") + FiltreListe(d); }
 
 QString FiltreEnregistrer(int d) {
     return LoadResString(105 + d) + QStringLiteral(" (*.dat)|*.dat|") + LoadResString(106 + d) +
