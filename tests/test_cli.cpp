@@ -38,6 +38,7 @@ TEST(Cli, ExitStatus) {
         {{"--help"}, 0, ""},
         {{"render", "--help"}, 0, "Usage:"},
         {{"dump", "x.dat", "-h"}, 0, "Usage:"},
+        {{"dump", "/nonexistent/x.dat", "--input", "-h"}, 2, ""}, // a value, not a request for help
         {{"--version"}, 0, "Mirel "},
         {{"dump", bon, "--zoom", "2", "--pane", "100x100"}, 0, ""},
         {{"render", Fichier(d, "CT = 1, 1\r\nInconnu\r\n", "e.dat"), "-o", png}, 1,

@@ -103,6 +103,7 @@ struct Arguments {
     QString commande, fichier, sortie, nomImprimante;
     int copies = 1;
     bool imprimante = false, paysage = false, listing = false, zoomDonne = false, contours = false;
+    bool aide = false; // "--help" where an option stands: the usage, nothing run
     QSizeF pane = QSizeF(297, 210), page = QSizeF(210, 297);
     double zoom = 1, dpi = 300, delai = 60;
     int langue = 0;
@@ -130,6 +131,10 @@ std::optional<QString> CommandeDeOption(const QString& commande, const QString& 
 QString LitArguments(const QStringList& a, Arguments& r) {
     for (int i = 2; i < a.size(); ++i) {
         const QString& o = a[i];
+        if (o == QLatin1String("--help") || o == QLatin1String("-h")) {
+            r.aide = true;
+            return QString();
+        }
         if (o.startsWith(u'-')) {
             if (const std::optional<QString> autre = CommandeDeOption(r.commande, o)) {
                 if (autre->isEmpty()) return QStringLiteral("unknown option: %1").arg(o);
@@ -434,9 +439,7 @@ int MirelMain(int argc, char** argv) {
     for (int i = 0; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
     const QString premier = args.value(1);
     const bool aide = premier == QLatin1String("help") && args.size() == 2 && !QFileInfo::exists(premier);
-    // "--help" anywhere, as in "mirel render --help".
-    const bool demandee = args.mid(1).contains(QLatin1String("--help")) || args.mid(1).contains(QLatin1String("-h"));
-    if (demandee || aide) {
+    if (premier == QLatin1String("--help") || premier == QLatin1String("-h") || aide) {
         Ecrit(stdout, QString::fromUtf8(Aide));
         return 0;
     }
@@ -461,6 +464,10 @@ int MirelMain(int argc, char** argv) {
     a.commande = premier;
     const QString faute = LitArguments(args, a);
     if (!faute.isEmpty()) return Usage(faute);
+    if (a.aide) { // as in "mirel render --help"
+        Ecrit(stdout, QString::fromUtf8(Aide));
+        return 0;
+    }
     QLocale::setDefault(QLocale(a.locale));
     QString erreur;
     const std::optional<TexteLu> lu = LitFic(a.fichier, &erreur);
