@@ -6,6 +6,8 @@
 #include "drawing/surface_peinte.h"
 #include "app/core/rendu.h"
 
+#include <QBuffer>
+#include <QSvgGenerator>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -84,6 +86,21 @@ TEST(Styles, UnknownOrBlankColourTakesTheDefault) {
     QFile svg(d.filePath("n.svg"));
     ASSERT_TRUE(r.statut == 0 && svg.open(QIODevice::ReadOnly));
     EXPECT_FALSE(svg.readAll().contains("<path"));
+    // A red fill inside an outline in N: the fill, and no invisible stroke around it.
+    QBuffer tampon;
+    QSvgGenerator gen;
+    gen.setOutputDevice(&tampon);
+    gen.setSize(QSize(100, 100));
+    {
+        SurfacePeinte p(GenreSurface::Ecran, 100, 100, 0.25, [&](int) -> QPaintDevice* { return &gen; });
+        p.FillStyle = 0;
+        p.ForeColor = -1;
+        p.FillColor = RGB(255, 0, 0);
+        p.Polygon({{10, 10}, {50, 10}, {50, 50}});
+        p.EndDoc();
+    }
+    EXPECT_TRUE(tampon.data().contains("fill=\"#ff0000\"") && !tampon.data().contains("stroke-opacity=\"0\""))
+        << tampon.data().toStdString();
 }
 
 TEST(Styles, LineWidthInMillimetresOrDeviceDots) {

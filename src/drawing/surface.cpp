@@ -134,7 +134,7 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     if (a < 1) ry = rPx * a;
     else if (a > 1) rx = rPx / a;
     std::optional<QColor> remp;
-    if (rempli) remp = VersQColor(FillColor);
+    if (rempli && Encre(FillColor)) remp = VersQColor(FillColor);
     DevEllipse(VersPixel(x, y), rx, ry, debut, fin, VersQColor(couleur), DrawWidth, remp);
 }
 
@@ -164,7 +164,7 @@ void Surface::Polygon(const QVector<QPointF>& pixels) {
     if (FillStyle == 0) op.remplissage = FillColor;
     if (!Enregistre(op) || !(Encre(ForeColor) || (FillStyle == 0 && Encre(FillColor)))) return;
     std::optional<QColor> remp;
-    if (FillStyle == 0) remp = VersQColor(FillColor);
+    if (FillStyle == 0 && Encre(FillColor)) remp = VersQColor(FillColor);
     DevPolygone(pixels, VersQColor(ForeColor), DrawWidth, remp);
 }
 

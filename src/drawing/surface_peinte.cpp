@@ -92,7 +92,9 @@ void SurfacePeinte::EndDoc() {
 // on: the printer's dot at 600 dpi is a quarter of a pixel at 150 dpi.
 const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
     if (stylo_ && stylo_->couleur == c && stylo_->largeur == w) return stylo_->pen;
-    QPen pen(c);
+    // An outline in the colour N around a coloured fill: no pen at all, so that
+    // no invisible stroke reaches an SVG or PDF.
+    QPen pen = c.alpha() == 0 ? QPen(Qt::NoPen) : QPen(c);
     pen.setWidthF(std::max(double(std::max(1, w)), 1.0 / echelle_));
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
