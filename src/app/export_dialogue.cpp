@@ -106,8 +106,9 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     f.s_.config->EcritConfig(CleCfg::Export, u' ' + f.Config.Export);
 
     // Named after the file of the caption: the last one saved, under Save as too.
-    const QString base = f.NomCourant.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
-                                                : f.NomCourant.left(f.NomCourant.lastIndexOf(u'.'));
+    const QString fichier = f.NomCourant.isEmpty() ? f.FichierCourant : f.NomCourant;
+    const QString base = fichier.isEmpty() ? f.DossierFichier + QStringLiteral("Mirel")
+                                           : fichier.left(fichier.lastIndexOf(u'.'));
     const QString filtre = format.toUpper() + QStringLiteral(" (*.") + format + u')';
     const QString nom = f.s_.boites->FichierEnregistrer(&f, base + u'.' + format, filtre, format);
     if (nom.isEmpty()) return;

@@ -1040,19 +1040,18 @@ private:
 };
 
 bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichiers&)>& commande) {
-    const QString nomAvant = NomCourant;
+    fichiers_.NomEcrit = false;
     fichiers_.NomCourant = NomCourant;
     fichiers_.FichierCourant = FichierCourant;
     fichiers_.DossierFichier = DossierFichier;
     fichiers_.Modifie = Modifie();
     PontFichiers pont(*this);
     const bool r = commande(fichiers_, pont);
-    const bool nomEcrit = r && !fichiers_.NomCourant.isEmpty() && fichiers_.NomCourant != nomAvant;
     NomCourant = fichiers_.NomCourant;
     FichierCourant = fichiers_.FichierCourant;
     DossierFichier = fichiers_.DossierFichier;
     SetModifie(fichiers_.Modifie);
-    Usage->ApresCommandeFichier(nomEcrit && NomCourant != FichierCourant);
+    Usage->ApresCommandeFichier(fichiers_.NomEcrit);
     EcritCaption();
     secours->Ecrit(); // a text put on disk needs its copy no more
     return r;
