@@ -110,6 +110,15 @@ void Surface::BoiteMasque(double x1, double y1, double x2, double y2, int couleu
     CurrentY = y2;
 }
 
+namespace {
+// The fill a device paints: none for a figure not filled, or filled in the
+// colour N.
+std::optional<QColor> Remplissage(bool rempli, int couleur) {
+    if (rempli && Encre(couleur)) return VersQColor(couleur);
+    return std::nullopt;
+}
+} // namespace
+
 void Surface::Circle(double x, double y, double r, int couleur, std::optional<double> debut,
                      std::optional<double> fin, std::optional<double> aspect) {
     OpSurface op;
@@ -125,7 +134,8 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     if (rempli) op.remplissage = FillColor;
     CurrentX = x;
     CurrentY = y;
-    if (!Enregistre(op) || !(Encre(couleur) || (rempli && Encre(FillColor)))) return;
+    const std::optional<QColor> remp = Remplissage(rempli, FillColor);
+    if (!Enregistre(op) || (!Encre(couleur) && !remp)) return;
     // The radius is measured in horizontal units; the aspect is the ratio of
     // the vertical radius to the horizontal one.
     const double a = aspect.value_or(1.0);
@@ -133,8 +143,6 @@ void Surface::Circle(double x, double y, double r, int couleur, std::optional<do
     double rx = rPx, ry = rPx;
     if (a < 1) ry = rPx * a;
     else if (a > 1) rx = rPx / a;
-    std::optional<QColor> remp;
-    if (rempli && Encre(FillColor)) remp = VersQColor(FillColor);
     DevEllipse(VersPixel(x, y), rx, ry, debut, fin, VersQColor(couleur), DrawWidth, remp);
 }
 
@@ -162,9 +170,8 @@ void Surface::Polygon(const QVector<QPointF>& pixels) {
     }
     op.couleur = ForeColor;
     if (FillStyle == 0) op.remplissage = FillColor;
-    if (!Enregistre(op) || !(Encre(ForeColor) || (FillStyle == 0 && Encre(FillColor)))) return;
-    std::optional<QColor> remp;
-    if (FillStyle == 0 && Encre(FillColor)) remp = VersQColor(FillColor);
+    const std::optional<QColor> remp = Remplissage(FillStyle == 0, FillColor);
+    if (!Enregistre(op) || (!Encre(ForeColor) && !remp)) return;
     DevPolygone(pixels, VersQColor(ForeColor), DrawWidth, remp);
 }
 
