@@ -439,10 +439,11 @@ int MirelMain(int argc, char** argv) {
     for (int i = 0; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
     const QString premier = args.value(1);
     const bool aide = premier == QLatin1String("help") && args.size() == 2 && !QFileInfo::exists(premier);
-    if (premier == QLatin1String("--help") || premier == QLatin1String("-h") || aide) {
+    auto afficheAide = [] {
         Ecrit(stdout, QString::fromUtf8(Aide));
         return 0;
-    }
+    };
+    if (premier == QLatin1String("--help") || premier == QLatin1String("-h") || aide) return afficheAide();
     if (premier == QLatin1String("--version")) {
         Ecrit(stdout, QStringLiteral("Mirel V%1\n").arg(TexteVersionProgramme().trimmed()));
         return 0;
@@ -464,10 +465,7 @@ int MirelMain(int argc, char** argv) {
     a.commande = premier;
     const QString faute = LitArguments(args, a);
     if (!faute.isEmpty()) return Usage(faute);
-    if (a.aide) { // as in "mirel render --help"
-        Ecrit(stdout, QString::fromUtf8(Aide));
-        return 0;
-    }
+    if (a.aide) return afficheAide(); // as in "mirel render --help"
     QLocale::setDefault(QLocale(a.locale));
     QString erreur;
     const std::optional<TexteLu> lu = LitFic(a.fichier, &erreur);
