@@ -1,5 +1,5 @@
 // The colour charts, run on the 600 dpi printer whose pixels are small next to the cells.
-#include "outils.h"
+#include "outils_peint.h"
 
 #include "drawing/repere.h"
 #include "drawing/surface_peinte.h"
@@ -76,16 +76,7 @@ TEST(PalCoul, CellsAndColours) {
 TEST(PalCoul, HiddenPatchesSkippedWithoutChange) {
     auto peint = [](bool enregistre) {
         Session s(Programme("CentreE = 10, 10, N\nPalCoul2 = 24, 270, 190"));
-        const double w = 297 / 25.4 * DpiEcran, h = 210 / 25.4 * DpiEcran;
-        QImage im(int(w), int(h), QImage::Format_RGB32);
-        im.fill(Qt::white);
-        Journal j;
-        SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran, [&](int) -> QPaintDevice* { return &im; });
-        if (enregistre) pane.SetJournal(&j);
-        AttachePane(s.etat, &pane);
-        s.Execute();
-        pane.EndDoc();
-        return im;
+        return PeintEcran(s, enregistre);
     };
     const QImage tout = peint(true), visible = peint(false);
     int encre = 0, differents = 0, ecart = 0;

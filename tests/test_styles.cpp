@@ -1,5 +1,5 @@
 // Colours and line styles: reading a colour, line widths, and the dash pattern.
-#include "outils.h"
+#include "outils_peint.h"
 
 #include "drawing/repere.h"
 #include "drawing/styles.h"
@@ -69,12 +69,7 @@ TEST(Styles, UnknownOrBlankColourTakesTheDefault) {
     // Nor does a scale's arc or band that takes that default: the red disc under them stays whole.
     auto peint = [](const QString& lignes) {
         Session z(Programme("CentreE = 100, 50, N\nCercleP = 0, 0, 30,,,ROUGE\n" + lignes));
-        const double w = 297 / 25.4 * DpiEcran, h = 210 / 25.4 * DpiEcran;
-        QImage im(int(w), int(h), QImage::Format_RGB32);
-        SurfacePeinte pane(GenreSurface::Ecran, w, h, 25.4 / DpiEcran, [&](int) -> QPaintDevice* { return &im; });
-        AttachePane(z.etat, &pane);
-        z.Execute();
-        pane.EndDoc();
+        const QImage im = PeintEcran(z);
         EXPECT_TRUE(Messages(z).isEmpty()) << Messages(z).join("|").toStdString();
         return im;
     };
