@@ -98,6 +98,19 @@ TEST(Styles, UnknownOrBlankColourTakesTheDefault) {
         << tampon.data().toStdString();
 }
 
+// The point a printed text sets far off the page to ready the page stays in the
+// run's record, but reaches no file: an engraver would take it into its job.
+TEST(Styles, PageMarkOffThePageReachesNoFile) {
+    const QString lignes = "CentreE = 100, 150, N\nArc = 40, 140, 48\nVal = 5, 0, 50, 11";
+    EXPECT_EQ(Ops(*LanceImprimante(lignes), OpSurface::Point).size(), 1);
+    QTemporaryDir d;
+    const ResultatRendu r = RendProgramme(Programme(lignes), d.filePath("v.dat"), d.filePath("v.svg"), OptionsRendu(), Reglages());
+    QFile svg(d.filePath("v.svg"));
+    ASSERT_TRUE(r.statut == 0 && svg.open(QIODevice::ReadOnly));
+    const QByteArray contenu = svg.readAll();
+    EXPECT_TRUE(contenu.contains("<text") && !contenu.contains("<rect")) << contenu.constData();
+}
+
 TEST(Styles, LineWidthInMillimetresOrDeviceDots) {
     // 3 mm at 0.25 mm a pixel; 6 dots of the 600 dpi printer; 13 dots on a 96 dpi screen.
     EXPECT_EQ(Lignes(*SessionPane("EpaisT = 3 mm\nTrait = 0,0,10,0", 0.25)).value(0).largeur, 12);
