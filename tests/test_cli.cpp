@@ -40,6 +40,10 @@ TEST(Cli, ExitStatus) {
         {{"dump", "x.dat", "-h"}, 0, "Usage:"},
         {{"dump", "/nonexistent/x.dat", "--input", "-h"}, 2, ""}, // a value, not a request for help
         {{"--version"}, 0, "Mirel "},
+        // The language reference without the window, in the language asked.
+        {{"reference", "--lang", "en"}, 0, "Arc = 40, 140, 60\nthe scale: an arc from 40"},
+        {{"reference"}, 0, "Arc = 40, 140, 60\nl'échelle"},
+        {{"reference", "--lang", "it"}, 2, "--lang takes fr, en, de or es"},
         {{"dump", bon, "--zoom", "2", "--pane", "100x100"}, 0, ""},
         {{"render", Fichier(d, "CT = 1, 1\r\nInconnu\r\n", "e.dat"), "-o", png}, 1,
          "Erreur de commande dans la ligne : 2: Inconnu"},

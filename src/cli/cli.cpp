@@ -2,6 +2,7 @@
 #include "cli/cli.h"
 
 #include "app/boites.h"
+#include "app/core/aide.h"
 #include "app/core/config.h"
 #include "app/core/dump.h"
 #include "app/core/encodage.h"
@@ -16,6 +17,7 @@
 #include "app/fenetre.h"
 #include "app/impression.h"
 #include "app/secours.h"
+#include "language/chaines.h"
 
 #include <QApplication>
 #include <QDir>
@@ -29,6 +31,7 @@
 #include <QSaveFile>
 #include <QSet>
 #include <QTemporaryFile>
+#include <QTextDocument>
 #include <QTimer>
 
 #include <cstdio>
@@ -56,6 +59,9 @@ const char* const Aide =
     "                                   prints at true size (times Z) on the printer\n"
     "                                   (default: the system's default printer), or into\n"
     "                                   a PDF file; --listing prints the code instead\n"
+    "  mirel reference [--lang fr|en|de|es]\n"
+    "                                   prints the language reference of the help\n"
+    "                                   window: a first dial, then every command\n"
     "  mirel --help | --version\n"
     "\n"
     "Common options:\n"
@@ -211,6 +217,21 @@ QString LitArguments(const QStringList& a, Arguments& r) {
     if (r.commande == QLatin1String("render") && r.sortie.isEmpty())
         return QStringLiteral("render needs -o OUT.pdf, OUT.svg or OUT.png");
     return QString();
+}
+
+// The help window's contents page as plain text, for those who work without
+// the window: "mirel reference --lang en | less".
+int Reference(const QStringList& args) {
+    int langue = 0;
+    for (int i = 2; i < args.size(); ++i) {
+        if (args[i] != QLatin1String("--lang")) return Usage(QStringLiteral("reference takes --lang only"));
+        if (++i >= args.size() || (langue = DecalageLangue(args[i])) < 0)
+            return Usage(QStringLiteral("--lang takes fr, en, de or es"));
+    }
+    QTextDocument page;
+    page.setHtml(PageContenu(TableChaines::Standard(), langue));
+    Ecrit(stdout, page.toPlainText() + u'\n');
+    return 0;
 }
 
 Reglages ReglagesDe(const Arguments& a) {
@@ -449,7 +470,7 @@ int MirelMain(int argc, char** argv) {
         return 0;
     }
     if (premier != QLatin1String("render") && premier != QLatin1String("dump") &&
-        premier != QLatin1String("print"))
+        premier != QLatin1String("print") && premier != QLatin1String("reference"))
         return Fenetre(argc, argv, args);
 
     // Headless: no display is needed.
@@ -461,6 +482,7 @@ int MirelMain(int argc, char** argv) {
         qputenv("XDG_RUNTIME_DIR", dir);
     }
     QGuiApplication app(argc, argv);
+    if (premier == QLatin1String("reference")) return Reference(args);
     Arguments a;
     a.commande = premier;
     const QString faute = LitArguments(args, a);
