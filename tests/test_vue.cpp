@@ -5,6 +5,7 @@
 #include "app/apercu.h"
 #include "app/core/inclusion.h"
 #include "app/export_dialogue.h"
+#include "app/usage_fenetre.h"
 #include "drawing/surface.h"
 
 #include <QCheckBox>
@@ -76,6 +77,16 @@ TEST(Vue, ExamplesOpenWholeInTheDefaultWindow) {
                     f.pane->EchelleVue() >= 1.0 && b.boites.Messages().isEmpty())
             << nom.toStdString();
     }
+    // So does a file opened after the view was moved down for another drawing.
+    Banc b;
+    Form1& f = b.Fenetre();
+    f.Demarrer(QStringLiteral(MIREL_SOURCE_DIR "/examples/voltmetre.dat"));
+    QTest::qWait(100);
+    Glisse(f, QPointF(200, 100), QPointF(200, 400));
+    f.Usage->Ouvre(QStringLiteral(MIREL_SOURCE_DIR "/examples/bibliotheque.dat"));
+    QTest::qWait(100);
+    EXPECT_TRUE(Visible(f).adjusted(-3, -3, 3, 3).contains(f.pane->Encre()))
+        << f.pane->Encre().top() << " " << f.pane->Encre().bottom() << " " << Visible(f).bottom();
 }
 
 // The wheel keeps the drawing's point under the pointer and the program's

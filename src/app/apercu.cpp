@@ -265,17 +265,20 @@ void Apercu::ApresChargement() { ajusterApresRun_ = true; }
 // The sheet's corner stays where it was, and a view that was not panned
 // stays so: the program's origin is the same. A drawing that also runs off
 // the sheet's left or lower edge is fitted and centred instead. One cut only
-// on those two edges is drawn about the corner on purpose and stays.
+// on those two edges is drawn about the corner on purpose and stays, but not
+// in a view moved for the drawing before: there the edge is the view's.
 void Apercu::FinDeRun() {
     if (!ajusterApresRun_ || !Libre()) return;
     ajusterApresRun_ = false;
     const CadreVue c = Cadre();
     const QRectF encre = f_.pane->Encre();
     const double facteur = FacteurDepuisCoin(c, encre);
-    if (facteur <= 1) return;
     EtatRepere& r = f_.e.Repere;
-    if (encre.left() < -3 || encre.bottom() > c.hauteurPx + 3) return Applique(Ajuste(c, encre, false));
-    if (r.DecalageVueX + r.DecalageVueY != 0) return Applique(ZoomAutour(c, QPointF(0, c.hauteurPx), facteur));
+    const bool coupeGaucheOuBas = encre.left() < -3 || encre.bottom() > c.hauteurPx + 3;
+    const bool vueDeplacee = r.DecalageVueX + r.DecalageVueY != 0;
+    if (coupeGaucheOuBas && (facteur > 1 || vueDeplacee)) return Applique(Ajuste(c, encre, false));
+    if (facteur <= 1) return;
+    if (vueDeplacee) return Applique(ZoomAutour(c, QPointF(0, c.hauteurPx), facteur));
     f_.pane->SetEchelleVue(f_.pane->EchelleVue() * facteur);
     RelanceVue();
 }
