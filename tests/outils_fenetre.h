@@ -29,6 +29,7 @@ struct BoiteVue {
     QString titre, texte;
     Boutons boutons = Boutons::Ok;
     Icone icone = Icone::Aucune;
+    bool nonParDefaut = false; // a question whose Yes loses work
 };
 
 // Boxes answered in order from one list (a Reponse as an int, a text, a list
@@ -49,6 +50,11 @@ public:
         const QVariant r = Vue({"message", titre, texte, b, i});
         if (r.isValid()) return Reponse(r.toInt());
         return b == Boutons::OuiNon || b == Boutons::OuiNonAnnuler ? Reponse::Oui : Reponse::Ok;
+    }
+    Reponse QuestionRisquee(QWidget* p, const QString& titre, const QString& texte) override {
+        const Reponse r = Message(p, titre, texte, Boutons::OuiNon, Icone::Question);
+        vues.back().nonParDefaut = true;
+        return r;
     }
     std::optional<QString> Saisie(QWidget*, const QString& titre, const QString& invite, const QString& defaut,
                                   const QString& annuler) override {

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTimer>
 #include <QTextBrowser>
 #include <QUrl>
 
@@ -137,7 +138,7 @@ TEST(FenetreUsage, DroppedCommandFileOpensAfterTheSaveQuestion) {
 
 // A file changed on disk is offered once for reload, as soon as the change is seen; Yes reloads
 // it, No keeps the text. The window's own save is no change. With changes not saved, the question
-// says they would be lost.
+// says they would be lost, and Enter answers No.
 TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
     for (const auto& [r, modifie] : {std::pair{Reponse::Oui, false}, {Reponse::Non, false}, {Reponse::Non, true}}) {
         Banc b;
@@ -153,6 +154,7 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
         const QString question = b.boites.Messages().value(0);
         EXPECT_TRUE(question.startsWith(f.FichierCourant + "\na été modifié sur le disque"));
         EXPECT_EQ(question.contains("perdre"), modifie) << question.toStdString();
+        EXPECT_EQ(b.boites.vues.back().nonParDefaut, modifie);
         EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : texte);
     }
     // A file deleted on disk is no change to offer, but its text is then on no disk: not saved.
@@ -164,6 +166,9 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
     ASSERT_TRUE(QFile::remove(f.FichierCourant));
     EXPECT_TRUE(Attend([&] { return f.Modifie(); }));
     EXPECT_TRUE(f.windowTitle().startsWith('*') && b.boites.Messages().isEmpty());
+    // The window's own box for such a question.
+    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+    EXPECT_EQ(BoitesQt().QuestionRisquee(&f, "Mirel", "?"), Reponse::Non);
 }
 
 // The help opens on the first dial, which draws without a message, then the reference; Esc

@@ -22,6 +22,10 @@ public:
     virtual ~Boites() = default;
     virtual Reponse Message(QWidget* parent, const QString& titre, const QString& texte,
                             Boutons boutons, Icone icone = Icone::Aucune) = 0;
+    // A Yes or No question whose Yes throws the user's work away: Enter answers No.
+    virtual Reponse QuestionRisquee(QWidget* parent, const QString& titre, const QString& texte) {
+        return Message(parent, titre, texte, Boutons::OuiNon, Icone::Question);
+    }
     // An input box; none when cancelled. `annuler` is the Cancel button's
     // text (string 172 for the `Input` command), the platform's when empty.
     virtual std::optional<QString> Saisie(QWidget* parent, const QString& titre,
@@ -50,6 +54,7 @@ class BoitesQt : public Boites {
 public:
     Reponse Message(QWidget* parent, const QString& titre, const QString& texte, Boutons boutons,
                     Icone icone) override;
+    Reponse QuestionRisquee(QWidget* parent, const QString& titre, const QString& texte) override;
     std::optional<QString> Saisie(QWidget* parent, const QString& titre, const QString& invite,
                                   const QString& defaut, const QString& annuler) override;
     QString FichierOuvrir(QWidget* parent, const QString& dossier, const QString& filtre) override;

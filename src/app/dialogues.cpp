@@ -248,8 +248,11 @@ void AProposDe(QWidget* parent, int l, const QString& version) {
 
 // --- BoitesQt
 
-Reponse BoitesQt::Message(QWidget* parent, const QString& titre, const QString& texte,
-                          Boutons boutons, Icone icone) {
+namespace {
+
+// A message box; `defaut` is the button Enter presses (none: Qt's choice).
+Reponse BoiteMessage(QWidget* parent, const QString& titre, const QString& texte, Boutons boutons,
+                     Icone icone, QMessageBox::StandardButton defaut = QMessageBox::NoButton) {
     QMessageBox b(parent);
     b.setWindowTitle(titre);
     QString t = texte;
@@ -270,6 +273,7 @@ Reponse BoitesQt::Message(QWidget* parent, const QString& titre, const QString& 
         b.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
         break;
     }
+    if (defaut != QMessageBox::NoButton) b.setDefaultButton(defaut);
     // The busy pointer of a run must not stand over a box.
     QApplication::setOverrideCursor(Qt::ArrowCursor);
     const int r = b.exec();
@@ -284,6 +288,17 @@ Reponse BoitesQt::Message(QWidget* parent, const QString& titre, const QString& 
     if (boutons == Boutons::OuiNonAnnuler || (boutons == Boutons::OkAnnuler && r != QMessageBox::Ok))
         return Reponse::Annuler;
     return Reponse::Ok;
+}
+
+} // namespace
+
+Reponse BoitesQt::Message(QWidget* parent, const QString& titre, const QString& texte,
+                          Boutons boutons, Icone icone) {
+    return BoiteMessage(parent, titre, texte, boutons, icone);
+}
+
+Reponse BoitesQt::QuestionRisquee(QWidget* parent, const QString& titre, const QString& texte) {
+    return BoiteMessage(parent, titre, texte, Boutons::OuiNon, Icone::Question, QMessageBox::No);
 }
 
 std::optional<QString> BoitesQt::Saisie(QWidget* parent, const QString& titre, const QString& invite,

@@ -164,8 +164,11 @@ bool UsageFenetre::VerifieDisque() {
     // Two questions of two lines each: the second when reloading would lose
     // changes not saved.
     const QStringList questions = LoadResString(394 + f_.regl.LangueMessages).split(u'\n');
-    const QString question = questions.mid(f_.secours->ARisque() ? 2 : 0, 2).join(u'\n').arg(suivi_);
-    const Reponse r = f_.s_.boites->Message(&f_, TitreBoite, question, Boutons::OuiNon, Icone::Question);
+    const bool perte = f_.secours->ARisque();
+    const QString question = questions.mid(perte ? 2 : 0, 2).join(u'\n').arg(suivi_);
+    Boites& b = *f_.s_.boites;
+    const Reponse r = perte ? b.QuestionRisquee(&f_, TitreBoite, question)
+                            : b.Message(&f_, TitreBoite, question, Boutons::OuiNon, Icone::Question);
     question_ = false;
     if (r != Reponse::Oui) return false;
     const QString chemin = suivi_;
