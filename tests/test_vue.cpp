@@ -386,6 +386,13 @@ TEST(Vue, ExportChoicesReachTheFiles) {
         EXPECT_EQ(QImage(b.travail.filePath("e.png")).size(), QSize(827, 583)); // 210 x 148 mm at 100 dpi
     }
     EXPECT_TRUE(b.config.Ecritures.contains("Export = A5;Paysage;100;Contours"));
+    // A drawing that its page cuts is written, and a box says so.
+    EXPECT_TRUE(b.boites.Messages().isEmpty());
+    f.RTB1->setPlainText("Cercle = 200, 50, 30\n");
+    b.boites.reponses = {b.travail.filePath("c.pdf")};
+    f.Exporte("pdf");
+    EXPECT_TRUE(QFile::exists(b.travail.filePath("c.pdf")));
+    EXPECT_TRUE(b.boites.Messages().value(0).startsWith("Le dessin déborde")) << b.boites.Messages().join('|').toStdString();
     // The export's run answers the program's questions as the user did in the window's last run.
     b.boites.reponses = {"Jauge"};
     f.RTB1->setPlainText("Input = Nom§abc, %n\nTexte = 20, 20, , , %n\n");

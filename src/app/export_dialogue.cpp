@@ -20,12 +20,13 @@ namespace {
 
 struct TextesExport {
     QString Titre, Page, Orientation, Portrait, Paysage, Dpi, Contours;
+    QString Coupe; // the drawing runs off the page
 };
 
 // The dialog's labels, one a line of their row.
 TextesExport TextesDExport(int langue) {
     const QStringList l = LoadResString(376 + langue).split(u'\n');
-    return {l.value(0), l.value(1), l.value(2), l.value(3), l.value(4), l.value(5), l.value(6)};
+    return {l.value(0), l.value(1), l.value(2), l.value(3), l.value(4), l.value(5), l.value(6), l.value(7)};
 }
 
 constexpr int DpiMin = 10, DpiMax = 2400;
@@ -128,6 +129,9 @@ void DialogueExport::Exporte(Form1& f, const QString& format) {
     if (r.statut == 2 || r.statut == 3)
         f.s_.boites->Message(&f, QStringLiteral("Mirel"), r.statut == 2 ? r.erreur : r.arret, Boutons::Ok,
                              Icone::Critique);
+    else if (!r.avertissement.isEmpty()) // written, but not whole
+        f.s_.boites->Message(&f, QStringLiteral("Mirel"), TextesDExport(f.regl.LangueMessages).Coupe, Boutons::Ok,
+                             Icone::Exclamation);
 }
 
 bool BoitesQt::Export(QWidget* parent, int langue, const QString& format, ChoixExport& choix) {
