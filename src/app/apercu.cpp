@@ -54,8 +54,8 @@ public:
             // (every run starts from none).
             const bool erreur = f_.e.ErreursAffichees > 0;
             QString r = erreur ? PremiereLigne(texte) : Mot();
-            if (erreur && !f_.e.TexteErreur.trimmed().isEmpty())
-                r += QStringLiteral(" : ") + PremiereLigne(f_.e.TexteErreur);
+            const QString cause = f_.e.TexteErreur.trimmed().isEmpty() ? TexteNonTrouve(f_.e) : f_.e.TexteErreur;
+            if (erreur && !cause.isEmpty()) r += QStringLiteral(" : ") + PremiereLigne(cause);
             Arrete(r);
         }
         // The answer that goes on least: Cancel, No, or OK on a box without

@@ -306,12 +306,7 @@ void Gestionnaire(Etat& e, int niveau) {
     const int ligne = h ? h->MarqueErreur(m.PosDebut - 1, longueur) : 0;
     // The listing and the file-not-found text.
     const QString liste = ListeVars(e, niveau);
-    QString nonTrouve;
-    if (e.FichierNonTrouve) {
-        nonTrouve = e.NomFichierNonTrouve + QStringLiteral(" : fichier non trouvé [File not found]") +
-                    CrLf() + CrLf();
-        e.FichierNonTrouve = false;
-    }
+    const QString nonTrouve = TexteNonTrouve(e);
     Reponse r = Reponse::Ok;
     ++e.ErreursAffichees;
     if (niveau == 1) {
@@ -337,6 +332,7 @@ void Gestionnaire(Etat& e, int niveau) {
         if (h) r = h->Message(QStringLiteral("Mirel    (nb Var=%1)").arg(c.NbVar), t, Boutons::OkAnnuler);
     }
     e.TexteErreur.clear();
+    e.FichierNonTrouve = false;
     // Cancel below level 1 stops the whole run, through the "Loop" name.
     if (r == Reponse::Annuler) e.PileFic[5].Nom = QStringLiteral("Loop");
 }
@@ -382,6 +378,11 @@ void FermeFichiers(Etat& e) {
     if (e.FicPrintA) e.FicPrintA->close();
     e.FicPrintA.reset();
     e.NumFicPrintA = 0;
+}
+
+QString TexteNonTrouve(const Etat& e) {
+    if (!e.FichierNonTrouve) return QString();
+    return e.NomFichierNonTrouve + QStringLiteral(" : fichier non trouvé [File not found]") + CrLf() + CrLf();
 }
 
 int LigneEditeurCourante(Etat& e) {
