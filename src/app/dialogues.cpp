@@ -176,8 +176,10 @@ void Form5::keyPressEvent(QKeyEvent* ev) {
 Form3::Form3(QWidget* parent, const ValeursConfig& v) : QDialog(parent) {
     setObjectName(QStringLiteral("Form3"));
     setWindowTitle(QStringLiteral("Mirel"));
-    const QString titres[4] = {QStringLiteral("Langue"), QStringLiteral("LangueMenu"),
-                               QStringLiteral("LangueAide"), QStringLiteral("LangueMasq")};
+    // What each language is for, readable before any is chosen.
+    const QString titres[4] = {QStringLiteral("Messages"), QStringLiteral("Menus"),
+                               QStringLiteral("Aide / Help / Hilfe / Ayuda"),
+                               QStringLiteral("F2 (formulaire / form)")};
     const QString choix[4] = {v.Langue, v.LangueMenu, v.LangueAide, v.LangueMasq};
     const int offertes = std::clamp(LoadResString(3).toInt(), 1, 4);
     auto* h = new QHBoxLayout;
