@@ -89,6 +89,12 @@ TEST(SeparateurCmd, ChangesTheSeparatorsUntilTheLevelEnds) {
     s = Lance("Separateur = , |\nCT = 4, 6|30\n");
     EXPECT_EQ(s->etat.Separateur2, QStringLiteral("|"));
     EXPECT_EQ(s->etat.Separateur1, QStringLiteral(","));
+    // A variable's name is upper-cased before it is cut at the separators: a
+    // lower-case letter as separator cuts no name.
+    s = Lance("Separateur = x\n%x = Trait = 1x2x3x4\n%x\n%x = Trait = 5x6x7x8\n%x\n");
+    EXPECT_TRUE(Messages(*s).isEmpty()) << Messages(*s).join('|').toStdString();
+    EXPECT_EQ(s->etat.PileFic[1].NbVar, 1);
+    EXPECT_EQ(Ops(*s, OpSurface::Ligne).size(), 2);
 }
 
 TEST(MotsCles, EditorAliases) {

@@ -223,18 +223,17 @@ namespace {
 // The characters at which a variable's name ends, besides the separators.
 constexpr std::u16string_view FinsDeNom = u"= \u00B0+-*/^)<>\"";
 
-// The name at the start of a text: trimmed, and cut at the first character
-// that ends a name (operators, blanks, the separators). Names of plain ASCII
-// letters with single-character separators are found in place, as written;
-// anything else takes the general path, which upper-cases the whole text
-// first, as that may change its length, and keeps it in `tampon`.
+// The name at the start of a text: upper-cased, trimmed, and cut at the first
+// character that ends a name (operators, blanks, the separators as they are,
+// so that a lower-case letter as separator cuts no name). Names of plain
+// ASCII letters with single-character separators are found in place, as
+// written; anything else takes the general path, which upper-cases the whole
+// text first, as that may change its length, and keeps it in `tampon`.
 QStringView NomEnTete(const Etat& e, QStringView texte, QString& tampon) {
     const QString& s1 = e.Separateur1;
     const QString& s2 = e.Separateur2;
-    // Separators of one Latin-1 character other than "ß" upper-case alone to one.
-    auto simple = [](const QString& sep) { return sep.size() == 1 && sep[0].unicode() < 0x100 && sep[0] != u'\u00DF'; };
-    if (simple(s1) && simple(s2)) {
-        const QChar sep1 = s1[0].toUpper(), sep2 = s2[0].toUpper();
+    if (s1.size() == 1 && s2.size() == 1) {
+        const QChar sep1 = s1[0], sep2 = s2[0];
         auto coupe = [&](QChar ch) { return FinsDeNom.find(ch.unicode()) != std::u16string_view::npos || ch == sep1 || ch == sep2; };
         int debut = 0;
         while (debut < texte.size() && texte[debut] == u' ') ++debut;
@@ -251,7 +250,7 @@ QStringView NomEnTete(const Etat& e, QStringView texte, QString& tampon) {
         if (ascii) return texte.mid(debut, fin - debut);
     }
     QString t = Trim(texte.toString().toUpper());
-    QStringList coupures = {s1.toUpper(), s2.toUpper()};
+    QStringList coupures = {s1, s2};
     for (char16_t c : FinsDeNom) coupures << QString(QChar(c));
     for (const QString& cp : coupures) {
         const int i = InStr(t, cp);
