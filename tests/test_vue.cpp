@@ -218,6 +218,17 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
     ApercuDe(f).Mnu_ApercuDirect->trigger();
     QTest::keyClick(f.RTB1, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_FALSE(ApercuDe(f).Minuterie.isActive());
+    // A prompt answered at the last F4 is answered so again: the preview goes on below it.
+    Banc b2;
+    b2.boites.reponses = {"4"};
+    Form1& g = b2.Demarre("Input = Rayon ?§10, %r\r\nCercle = 30, 30, %r\r\n");
+    ApercuDe(g).Mnu_ApercuDirect->trigger();
+    Marque(g);
+    Tape(g, "\r\nCercle = 60, 30, %r");
+    EXPECT_TRUE(QTest::qWaitFor([&g] { return RunDirect(g); }, 3000));
+    EXPECT_EQ(g.pane->TexteEtat(), "");
+    EXPECT_NEAR(Dessin(g, g.pane->Encre().topRight()).x(), 64, 0.5);
+    EXPECT_EQ(b2.boites.Nombre("saisie"), 1);
 }
 
 // The live preview runs once typing pauses, is kept in the settings, and is

@@ -34,11 +34,13 @@ QString PremiereLigne(const QString& t) {
 // instead and leaves its reason. The run's start and end leave the menus,
 // the pointer and the colouring of the line being typed alone.
 //
-// A redraw of the view (a resize, the wheel, a drag, a fit) is such a run
-// too, except that the boxes and prompts of the window's last run are
-// answered again as the user answered them, that the files and programs of
-// that run are left as they are, and that it is a run of the window as to
-// its menus, pointer, events and length.
+// A live run answers the prompts and boxes of the window's last run as the
+// user answered them, while they are the same; a new one, or an error box,
+// stops it. A redraw of the view (a resize, the wheel, a drag, a fit) is
+// such a run too, except that the error boxes of the last run are answered
+// again as well, that the files and programs of that run are left as they
+// are, and that it is a run of the window as to its menus, pointer, events
+// and length.
 class HoteApercu : public HoteFenetre {
 public:
     enum class Genre { Direct, Vue };
@@ -48,11 +50,12 @@ public:
     int ligne = 0;    // the editor line it stopped at
 
     Reponse Message(const QString& titre, const QString& texte, Boutons boutons) override {
-        if (const ReponseGardee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
+        // An error box comes from the level's handler, which counts it
+        // (every run starts from none).
+        const bool erreur = f_.e.ErreursAffichees > 0;
+        if (vue_ || !erreur)
+            if (const ReponseGardee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
         if (raison.isEmpty()) {
-            // An error box comes from the level's handler, which counts it
-            // (every run starts from none).
-            const bool erreur = f_.e.ErreursAffichees > 0;
             QString r = erreur ? PremiereLigne(texte) : Mot();
             const QString cause = f_.e.TexteErreur.trimmed().isEmpty() ? TexteNonTrouve(f_.e) : f_.e.TexteErreur;
             if (erreur && !cause.isEmpty()) r += QStringLiteral(" : ") + PremiereLigne(cause);
@@ -110,9 +113,9 @@ public:
     }
 
 private:
-    // In a redraw of the view, the next answer kept, when it answers the same question.
+    // The next answer kept, when it answers the same question.
     const ReponseGardee* Donnee(const QString& question) {
-        if (!vue_ || !raison.isEmpty()) return nullptr;
+        if (!raison.isEmpty()) return nullptr;
         return suite_.Suivante(f_.ReponsesDuRun, question);
     }
 
