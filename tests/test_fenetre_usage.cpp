@@ -27,7 +27,8 @@ void Depose(QWidget* cible, const QStringList& chemins, bool texte = false) {
 } // namespace
 
 // Started twice from a foreign folder: a program in its place asks the languages once and keeps
-// them, with the recent files, in the XDG folder; a copy elsewhere only reads, so it asks again.
+// them, with the recent files and the window's size, in the XDG folder; a copy elsewhere only
+// reads, so it asks again.
 TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
     const QByteArray ancien = qgetenv("XDG_CONFIG_HOME");
     for (bool enPlace : {true, false}) {
@@ -41,8 +42,13 @@ TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
             config.EnPlace = enPlace;
             Form1 f(ServicesFenetre{&config, &b.boites, [] { return QString("Imprimante"); }, b.programme.path(), b.travail.path(), {}});
             f.Demarrer("");
-            if (demarrage == 0) f.Usage->Ouvre(fichier);
-            else EXPECT_EQ(f.Config.Recents, enPlace ? QStringList{fichier} : QStringList{});
+            if (demarrage == 0) {
+                f.Usage->Ouvre(fichier);
+                f.setGeometry(40, 50, 700, 500);
+            } else {
+                EXPECT_EQ(f.Config.Recents, enPlace ? QStringList{fichier} : QStringList{});
+                EXPECT_EQ(f.size(), enPlace ? QSize(700, 500) : QSize(1100, 720));
+            }
             EXPECT_EQ(f.regl.LangueMenus, 800);
             f.close(); // the recent files are written with the other keys
         }

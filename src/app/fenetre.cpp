@@ -481,6 +481,7 @@ void Form1::Debut(const QString& ligneCommande) {
     regl.Patchs = Config.Patchs;
     Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
     VueApercu->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
+    Usage->RestaurePlace();
     if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());
@@ -1206,7 +1207,7 @@ void Form1::closeEvent(QCloseEvent* ev) {
         s_.config->EcritConfig(QStringLiteral("FichierDat ="), FichierCourant);
         s_.config->EcritConfig(QStringLiteral("DoubleClic ="),
                                Mnu_DblClick->isChecked() ? QStringLiteral(" Oui") : QStringLiteral(" Non"));
-        Usage->EnregistreRecents();
+        Usage->EnregistreReglages();
         form2->hide();
         recherche->Find->hide();
         QDir::setCurrent(DossierDepart);

@@ -42,6 +42,7 @@ ValeursConfig ValeursDe(const Config& c) {
     v.Recents = c.Recents;
     v.ApercuDirect = c.ApercuDirect;
     v.Export = c.Export;
+    v.Fenetre = c.Fenetre;
     return v;
 }
 

@@ -30,6 +30,7 @@ struct ValeursConfig {
     QStringList Recents; // the file menu's recent files, most recent first
     bool ApercuDirect = false; // the live preview is on
     QString Export;            // the export dialog's last choices (export_dialogue.h)
+    QString Fenetre;           // the main window's place and size (usage_fenetre.h)
 };
 
 class ServiceConfig {

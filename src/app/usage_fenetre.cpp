@@ -16,6 +16,7 @@
 #include <QLibraryInfo>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QTimer>
 #include <QTranslator>
 #include <QUrl>
@@ -109,8 +110,24 @@ void UsageFenetre::RemplitRecents() {
     f_.Config.Recents = restent;
 }
 
-void UsageFenetre::EnregistreRecents() {
+void UsageFenetre::EnregistreReglages() {
     f_.s_.config->EcritConfig(CleCfg::Recents, u' ' + f_.Config.Recents.join(u'|'));
+    const QRect g = f_.normalGeometry();
+    f_.s_.config->EcritConfig(CleCfg::Fenetre, QStringLiteral(" %1 %2 %3 %4%5")
+                                                   .arg(g.x()).arg(g.y()).arg(g.width()).arg(g.height())
+                                                   .arg(f_.isMaximized() ? QStringLiteral(" max") : QString()));
+}
+
+void UsageFenetre::RestaurePlace() {
+    const QStringList v = f_.Config.Fenetre.split(u' ', Qt::SkipEmptyParts);
+    if (v.size() < 4) return;
+    const QRect g(v[0].toInt(), v[1].toInt(), v[2].toInt(), v[3].toInt());
+    // A screen unplugged since, or a value edited by hand: the default place.
+    bool visible = false;
+    for (const QScreen* s : QGuiApplication::screens()) visible = visible || s->availableGeometry().intersects(g);
+    if (!visible || g.width() < 300 || g.height() < 200) return;
+    f_.setGeometry(g);
+    if (v.value(4) == QLatin1String("max")) f_.showMaximized();
 }
 
 bool UsageFenetre::Ouvre(const QString& chemin) {

@@ -48,8 +48,11 @@ public:
     // and is watched on disk; `nomEcrit`: Save as wrote the caption's file,
     // which comes first among the recent files.
     void ApresCommandeFichier(bool nomEcrit = false);
-    // At the window's close, with the other keys: "Recents =".
-    void EnregistreRecents();
+    // At the window's close, with the other keys: the recent files and the
+    // window's place ("Recents =", "Fenetre =").
+    void EnregistreReglages();
+    // At start-up: the window where it was left, when that is on a screen.
+    void RestaurePlace();
     // Offers to reload the current file when it changed on disk since it was
     // loaded or saved (at most one question at a time). True when reloaded.
     bool VerifieDisque();

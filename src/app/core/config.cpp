@@ -87,6 +87,7 @@ Config LitConfigTexte(const QString& contenu) {
             c.Recents = v->split(u'|', Qt::SkipEmptyParts);
         if (auto v = ValeurCle(ligne, CleCfg::ApercuDirect)) c.ApercuDirect = UCase(*v) == u"OUI";
         if (auto v = ValeurCle(ligne, CleCfg::Export)) c.Export = *v;
+        if (auto v = ValeurCle(ligne, CleCfg::Fenetre)) c.Fenetre = *v;
     }
     if (c.Zmm == 0) c.Zmm = 1;
     return c;

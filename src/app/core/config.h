@@ -60,6 +60,9 @@ inline const QString Recents = QStringLiteral("Recents =");
 // The window's live preview ("Oui"/"Non") and the export dialog's choices.
 inline const QString ApercuDirect = QStringLiteral("ApercuDirect =");
 inline const QString Export = QStringLiteral("Export =");
+// The main window's place and size on the screen: "x y width height", then
+// " max" when it was maximised.
+inline const QString Fenetre = QStringLiteral("Fenetre =");
 } // namespace CleCfg
 
 // The values of "Mirel.cfg" as read.
@@ -77,6 +80,7 @@ struct Config {
     QStringList Recents;         // most recent first
     bool ApercuDirect = false;
     QString Export;              // page, orientation, dpi, text as outlines (export_dialogue.h)
+    QString Fenetre;             // the main window's place and size (usage_fenetre.h)
     QString PremiereLigne;       // line 1 as read (for the version test at start-up)
     Encodage Enc = Encodage::Utf8;
 };
