@@ -152,6 +152,9 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
         f.Mnu_EnregistrerS_Click();
         EXPECT_FALSE(f.Usage->VerifieDisque());
         if (modifie) f.RTB1->InsereTexte("' x");
+        QTextCursor c = f.RTB1->textCursor();
+        c.setPosition(4);
+        f.RTB1->setTextCursor(c);
         const QString texte = f.RTB1->TexteCrLf();
         b.Fichier("essai.dat", "CT = 2, 2\r\nCT = 3, 3\r\n");
         b.boites.reponses = {int(r)};
@@ -162,6 +165,7 @@ TEST(FenetreUsage, FileChangedOnDiskOffersReload) {
         EXPECT_EQ(question.contains("perdre"), modifie) << question.toStdString();
         EXPECT_EQ(b.boites.vues.back().nonParDefaut, modifie);
         EXPECT_EQ(f.RTB1->TexteCrLf(), r == Reponse::Oui ? "CT = 2, 2\r\nCT = 3, 3\r\n" : texte);
+        EXPECT_EQ(f.RTB1->textCursor().position(), 4); // where the user was, reloaded or not
     }
     // A file deleted on disk is no change to offer, but its text is then on no disk: not saved.
     Banc b;

@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTimer>
 #include <QTranslator>
 #include <QUrl>
@@ -190,8 +191,16 @@ bool UsageFenetre::VerifieDisque() {
     if (r != Reponse::Oui) return false;
     const QString chemin = suivi_;
     const Reglages& reg = f_.regl;
-    return f_.CommandeFichier(
-        [&](EtatFichiers& ef, FenetreFichiers& p) { return ChargeSelonType(ef, reg, p, chemin); });
+    const int caret = f_.RTB1->textCursor().position(), defilement = f_.RTB1->verticalScrollBar()->value();
+    if (!f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) { return ChargeSelonType(ef, reg, p, chemin); }))
+        return false;
+    // The same file: the caret and the scroll stay where the user was.
+    QTextCursor c = f_.RTB1->textCursor();
+    c.setPosition(std::min(caret, f_.RTB1->document()->characterCount() - 1));
+    f_.RTB1->setTextCursor(c);
+    f_.RTB1->verticalScrollBar()->setValue(defilement);
+    f_.RTB1->MajLigne();
+    return true;
 }
 
 bool UsageFenetre::eventFilter(QObject* objet, QEvent* ev) {
