@@ -111,6 +111,19 @@ TEST(Styles, PageMarkOffThePageReachesNoFile) {
     EXPECT_TRUE(contenu.contains("<text") && !contenu.contains("<rect")) << contenu.constData();
 }
 
+// The segments of a rounded frame or of a broken line, end to end in one
+// pen, reach an SVG as one polyline: an engraver follows it in one pass.
+TEST(Styles, OutlineDrawnEndToEndIsOnePolylineInAnSvg) {
+    QTemporaryDir d;
+    for (const char* ligne : {"CadreA = 10, 10, 50R, 30R, 5", "Trait = 0, 0, 10, 0, 10, 10, 0, 10, 0, 0"}) {
+        const QString programme = Programme(QString("CentreE = 100, 150, N\n") + ligne);
+        ASSERT_EQ(RendProgramme(programme, d.filePath("o.dat"), d.filePath("o.svg"), OptionsRendu(), Reglages()).statut, 0);
+        QFile svg(d.filePath("o.svg"));
+        ASSERT_TRUE(svg.open(QIODevice::ReadOnly));
+        EXPECT_EQ(svg.readAll().count("<polyline"), 1) << ligne;
+    }
+}
+
 TEST(Styles, LineWidthInMillimetresOrDeviceDots) {
     // 3 mm at 0.25 mm a pixel; 6 dots of the 600 dpi printer; 13 dots on a 96 dpi screen.
     EXPECT_EQ(Lignes(*SessionPane("EpaisT = 3 mm\nTrait = 0,0,10,0", 0.25)).value(0).largeur, 12);

@@ -83,6 +83,7 @@ void SurfacePeinte::Ouvre() {
 }
 
 void SurfacePeinte::EndDoc() {
+    Interrompt();
     if (painter_) painter_->end();
     painter_.reset();
 }
@@ -102,6 +103,14 @@ const QPen& SurfacePeinte::Stylo(const QColor& c, int w) {
     return stylo_->pen;
 }
 
+void SurfacePeinte::Interrompt() {
+    dernier_.reset();
+    if (!trace_) return;
+    painter_->setPen(trace_->pen);
+    painter_->drawPolyline(trace_->points);
+    trace_.reset();
+}
+
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     if (!Pret()) return;
     dernier_.reset();
@@ -110,6 +119,16 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
                  QPointF(std::max(a.x(), b.x()) + m, std::max(a.y(), b.y()) + m)),
           c);
+    if (!raster_ && a != b) {
+        if (trace_ && trace_->pen == pen && trace_->points.back() == a) {
+            trace_->points << b;
+            return;
+        }
+        Interrompt();
+        trace_ = Trace{QPolygonF{a, b}, pen};
+        return;
+    }
+    Interrompt();
     painter_->setPen(pen);
     if (a == b) {
         painter_->drawPoint(a);
@@ -120,7 +139,7 @@ void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
 
 void SurfacePeinte::DevBoiteMasque(const QRectF& r, const QColor& c) {
     if (!Pret()) return;
-    dernier_.reset();
+    Interrompt();
     painter_->save();
     // The mask pen ANDs the colour with what is there; on white and light
     // drawings multiplying gives the same grey.
@@ -133,7 +152,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
                                std::optional<double> fin, const QColor& c, int w,
                                std::optional<QColor> remp) {
     if (!Pret()) return;
-    dernier_.reset();
+    Interrompt();
     const QRectF rect(centre.x() - rx, centre.y() - ry, 2 * rx, 2 * ry);
     const double m = Stylo(c, w).widthF() / 2;
     painter_->setPen(Stylo(c, w));
@@ -172,7 +191,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
     if (!Pret()) return;
-    dernier_.reset();
+    Interrompt();
     // A point off the device shows nowhere; the page mark set 1000 mm off the
     // sheet would still stretch an SVG's or PDF's content far beyond its page.
     if (!QRectF(0, 0, device_->width(), device_->height()).contains(painter_->transform().map(p))) return;
@@ -183,6 +202,7 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
     if (!Pret()) return;
+    if (trace_) Interrompt(); // a line came last: no band of a gradient before this one
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).
@@ -211,7 +231,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
         dernier_->remplissage = *remp;
         dernier_->rectangle = rectangle.has_value();
     } else {
-        dernier_.reset();
+        Interrompt();
     }
     painter_->setPen(Stylo(c, w));
     if (remp && rectangle) {
@@ -226,7 +246,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
 void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, const QFont& f,
                              const QColor& c) {
     if (!Pret()) return;
-    dernier_.reset();
+    Interrompt();
     // The font's size is meant at the Surface's own resolution; the painter's
     // scale then brings it to the device, as it does every other coordinate.
     // It is drawn at the etalon size and scaled, so that no whole-pixel
@@ -257,7 +277,7 @@ void SurfacePeinte::DevTexte(QPointF p, double angle, const QString& texte, cons
 
 void SurfacePeinte::DevImage(const QRectF& r, const QImage& im) {
     if (!Pret()) return;
-    dernier_.reset();
+    Interrompt();
     Etend(r);
     painter_->drawImage(r, im);
 }
@@ -268,7 +288,7 @@ void SurfacePeinte::DevEffacer() {
     // nothing (a run clears the pane as it starts and again when it sets up
     // its origin).
     if (raster_ && !peintDepuisEffacement_) return;
-    dernier_.reset();
+    Interrompt();
     painter_->save();
     painter_->resetTransform();
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
@@ -281,7 +301,7 @@ void SurfacePeinte::DevEffacer() {
 // that ends with a new page has no blank sheet at its end. Two new pages in a
 // row leave a blank sheet between them.
 void SurfacePeinte::DevNouvellePage() {
-    dernier_.reset();
+    Interrompt();
     if (pageEnAttente_) Pret();
     pageEnAttente_ = true;
 }

@@ -91,6 +91,17 @@ private:
         bool rectangle = false;
     };
     std::optional<DernierPolygone> dernier_;
+    // On a vector device, the segments drawn end to end in one pen, not yet
+    // painted: they go out as one polyline, which an engraver or a plotter
+    // follows in one pass, without a stop at every joint of an arc.
+    struct Trace {
+        QPolygonF points;
+        QPen pen;
+    };
+    std::optional<Trace> trace_;
+    // Paints the pending polyline, and forgets the last polygon: something
+    // else is drawn, or the page ends.
+    void Interrompt();
     QRectF encre_;
     FournisseurPage fournisseur_;
     QPaintDevice* device_ = nullptr;
