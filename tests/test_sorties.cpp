@@ -98,8 +98,8 @@ TEST(Sorties, DrawingLoopStopsAtTheLimitOfOperations) {
     EXPECT_TRUE(s->Arret().isEmpty());
 }
 
-// PDF pages are the size asked to 0.01 mm (--landscape turns them), titled
-// after the program.
+// PDF pages are the size asked to 0.01 mm (--landscape turns them); PDF and
+// SVG files are titled after the program, whatever their own names.
 TEST(Sorties, PagesLandscapeAndExact) {
     QTemporaryDir d;
     const QString cercle = Ecrit(d, "cercle rouge.dat", "CercleP = 20, 20, 10,,,ROUGE\n");
@@ -118,6 +118,9 @@ TEST(Sorties, PagesLandscapeAndExact) {
         EXPECT_TRUE(info.contains(QRegularExpression(QStringLiteral("Title:\\s+cercle rouge\\n"))));
         EXPECT_TRUE(ARouge(Rasterise(pdf, 30, d)));
     }
+    ASSERT_EQ(Mirel({"render", cercle, "-o", d.filePath("gravure.svg")}).code, 0);
+    QFile svg(d.filePath("gravure.svg"));
+    EXPECT_TRUE(svg.open(QIODevice::ReadOnly) && svg.readAll().contains("<title>cercle rouge</title>"));
 }
 
 // The thinnest line is dark at 150 dpi, not a light grey; the bands of a

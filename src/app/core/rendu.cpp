@@ -96,7 +96,7 @@ struct Pages {
     QString sortie;
     QSizeF mm;      // page size in millimetres, final orientation
     double dpi = 0; // PNG resolution
-    QString titre;  // the PDF's title
+    QString titre;  // the PDF's and the SVG's title: the program's name
     QBuffer pdfOctets;
     std::unique_ptr<QPdfWriter> pdf;
     std::vector<std::unique_ptr<QBuffer>> svgOctets;
@@ -128,7 +128,7 @@ struct Pages {
             g->setResolution(int(DpiImprimante));
             g->setSize(px);
             g->setViewBox(QRectF(0, 0, mm.width() / 25.4 * DpiImprimante, mm.height() / 25.4 * DpiImprimante));
-            g->setTitle(QFileInfo(nom).completeBaseName());
+            g->setTitle(titre);
             svg.push_back(std::move(g));
             fichiers << nom;
             return svg.back().get();
