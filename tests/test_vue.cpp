@@ -9,6 +9,7 @@
 #include "drawing/surface.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QSpinBox>
 #include <QWheelEvent>
@@ -182,6 +183,7 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         {"OpenA = sortie.txt,,Kill\r\n", "OPENA", 1},
         {"Shell#$ = true, JPG#\r\n", "SHELL#$", 1},
         {"Cercle = 50, 50, 10\r\n?\r\n", "?", 2},
+        {"Cercle = 50, 50, 10\r\n%CLIPBOARD = vu en direct\r\n", "%CLIPBOARD", 2},
         {"Plot = mesure§59, 1, 2, 0, 1, 10, 1, 0.25§OFFSET\r\n", "PLOT", 1},
         // A comma forgotten: a chart of 8180 levels, stopped inside by the time limit.
         {"Cercle = 50, 50, 10\r\nPalCoul3 = 8 180, 80\r\n", "trop long", 2},
@@ -204,7 +206,8 @@ TEST(Vue, LiveRunStopsWhereItWouldAskOrWrite) {
         EXPECT_TRUE(!ApercuDe(f).Minuterie.isActive() && b.boites.vues.empty() &&
                     f.RTB1->textCursor().position() == caret && f.RTB1->TexteCrLf() == c.programme &&
                     !QFileInfo::exists(b.travail.filePath("sortie.txt")) &&
-                    !QFileInfo::exists(b.travail.filePath("Plot_Offset.txt")))
+                    !QFileInfo::exists(b.travail.filePath("Plot_Offset.txt")) &&
+                    QGuiApplication::clipboard()->text() != "vu en direct")
             << etat.toStdString();
         // Only an error line is red, as F4 marks it.
         EXPECT_EQ(CouleurLigne(*f.RTB1, c.ligne - 1, 0) == QColor(255, 0, 0), c.raison.contains(" = ")) << c.ligne;

@@ -57,7 +57,7 @@ public:
             if (const ReponseGardee* r = Donnee(QuestionMessage(titre, texte, boutons))) return r->reponse;
         if (raison.isEmpty()) {
             QString r = erreur ? PremiereLigne(texte) : Mot();
-            const QString cause = f_.e.TexteErreur.trimmed().isEmpty() ? TexteNonTrouve(f_.e) : f_.e.TexteErreur;
+            const QString cause = f_.e.TexteErreur.trimmed().isEmpty() ? RaisonNonTrouve(f_.e) : f_.e.TexteErreur;
             if (erreur && !cause.isEmpty()) r += QStringLiteral(" : ") + PremiereLigne(cause);
             Arrete(r);
         }
@@ -94,6 +94,11 @@ public:
     bool EcriturePermise() override {
         if (!vue_) Arrete(Mot());
         return false;
+    }
+    // The clipboard is the user's: a live run stops before it writes there;
+    // a redraw of the view leaves it as the last run left it.
+    void EcritPressePapier(const QString&) override {
+        if (!vue_) Arrete(Mot());
     }
     // No events: keys typed during the live run wait for its end.
     void PompeEvenements() override {

@@ -456,6 +456,10 @@ bool Form1::Demarrer(const QString& ligneCommande) {
     MesureImprimante(e, imprimante);
     if (RatioCode == 0) RatioCode = 3.3f;
     Version = TexteVersionProgramme();
+    // The settings are read before the window shows, so that it opens where
+    // it was left (step 4 takes them from there).
+    Config = s_.config->Lit(regl);
+    Usage->RestaurePlace();
     // 3.
     show();
     pane->Prepare();
@@ -474,14 +478,12 @@ void Form1::Debut(const QString& ligneCommande) {
     // 4.
     e.Ale.seed(QRandomGenerator::global()->generate());
     FermeFichiers(e);
-    Config = s_.config->Lit(regl);
     DossierDepart = regl.DossierTravail;
     AppliqueLangues();
     regl.Zmm = Config.Zmm == 0 ? 1.0f : Config.Zmm;
     regl.Patchs = Config.Patchs;
     Mnu_DblClick->setChecked(Config.DoubleClic.trimmed().toUpper() == QLatin1String("OUI"));
     VueApercu->Mnu_ApercuDirect->setChecked(Config.ApercuDirect);
-    Usage->RestaurePlace();
     if (Config.TailleCarCode) TailleCarCode(*Config.TailleCarCode);
     // 5. Tab stops at 2, 4, 6, 8, 10 mm (the form's unit) and on.
     RTB1->setTabStopDistance(2.0 / pane->MmParPixel());

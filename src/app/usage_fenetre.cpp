@@ -128,7 +128,7 @@ void UsageFenetre::RestaurePlace() {
     for (const QScreen* s : QGuiApplication::screens()) visible = visible || s->availableGeometry().intersects(g);
     if (!visible || g.width() < 300 || g.height() < 200) return;
     f_.setGeometry(g);
-    if (v.value(4) == QLatin1String("max")) f_.showMaximized();
+    if (v.value(4) == QLatin1String("max")) f_.setWindowState(Qt::WindowMaximized);
 }
 
 bool UsageFenetre::Ouvre(const QString& chemin) {

@@ -113,7 +113,6 @@ void SurfacePeinte::Interrompt() {
 
 void SurfacePeinte::DevLigne(QPointF a, QPointF b, const QColor& c, int w) {
     if (!Pret()) return;
-    dernier_.reset();
     const QPen& pen = Stylo(c, w);
     const double m = pen.widthF() / 2;
     Etend(QRectF(QPointF(std::min(a.x(), b.x()) - m, std::min(a.y(), b.y()) - m),
@@ -191,10 +190,11 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
     if (!Pret()) return;
-    Interrompt();
     // A point off the device shows nowhere; the page mark set 1000 mm off the
-    // sheet would still stretch an SVG's or PDF's content far beyond its page.
+    // sheet would still stretch an SVG's or PDF's content far beyond its page,
+    // and split the polyline being drawn.
     if (!QRectF(0, 0, device_->width(), device_->height()).contains(painter_->transform().map(p))) return;
+    Interrompt();
     painter_->setPen(QPen(c, std::max(1.0, 1.0 / echelle_)));
     painter_->drawPoint(p);
 }
@@ -202,7 +202,7 @@ void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
 void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, int w,
                                 std::optional<QColor> remp) {
     if (!Pret()) return;
-    if (trace_) Interrompt(); // a line came last: no band of a gradient before this one
+    if (trace_) Interrompt(); // the lines drawn before it go first
     // The pen joins round: a sharp corner of a band of a
     // gradient stays under the shape's outline of the same width instead of
     // spiking out of it (a miter join would poke past it).

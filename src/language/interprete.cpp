@@ -306,7 +306,7 @@ void Gestionnaire(Etat& e, int niveau) {
     const int ligne = h ? h->MarqueErreur(m.PosDebut - 1, longueur) : 0;
     // The listing and the file-not-found text.
     const QString liste = ListeVars(e, niveau);
-    const QString nonTrouve = TexteNonTrouve(e);
+    const QString nonTrouve = RaisonNonTrouve(e);
     Reponse r = Reponse::Ok;
     ++e.ErreursAffichees;
     if (niveau == 1) {
@@ -380,7 +380,7 @@ void FermeFichiers(Etat& e) {
     e.NumFicPrintA = 0;
 }
 
-QString TexteNonTrouve(const Etat& e) {
+QString RaisonNonTrouve(const Etat& e) {
     if (!e.FichierNonTrouve) return QString();
     return e.NomFichierNonTrouve + QStringLiteral(" : fichier non trouvé [File not found]") + CrLf() + CrLf();
 }

@@ -20,7 +20,7 @@ int LigneEditeurCourante(Etat& e);
 class QString;
 // The reason an error box gives for a file that a line did not find: its name
 // and "fichier non trouvé"; empty for other errors.
-QString TexteNonTrouve(const Etat& e);
+QString RaisonNonTrouve(const Etat& e);
 // Rewrites the current line of level 1 in the editor (the "?" forms, EpaisT):
 // the new text replaces the physical line, the record's Texte is read back
 // and FinLigne, PosFin and Pos follow the new length; the line is recoloured.

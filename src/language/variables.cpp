@@ -240,12 +240,14 @@ QStringView NomEnTete(const Etat& e, QStringView texte, QString& tampon) {
         int fin = debut;
         bool ascii = true;
         for (; fin < texte.size(); ++fin) {
+            // Other characters than ASCII may upper-case to another length
+            // ("ß") or to an ASCII letter ("ı"): the general path takes them.
             const QChar ch = texte[fin];
-            if (coupe(ch.toUpper())) break;
             if (ch.unicode() >= 0x80) {
                 ascii = false;
                 break;
             }
+            if (coupe(ch.toUpper())) break;
         }
         if (ascii) return texte.mid(debut, fin - debut);
     }
