@@ -117,8 +117,17 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     f.Exporte("pdf");
     ASSERT_EQ(b.boites.vues.back().genre, "enregistrer");
     EXPECT_EQ(b.boites.vues.back().titre, QFileInfo(chemin).absolutePath() + "/copie.pdf");
+    // So does a new text saved under a name when Ctrl+N asks to save it.
+    QTest::keyClick(f.RTB1, Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClicks(f.RTB1, "' neuf");
+    const QString neuf = QFileInfo(chemin).absolutePath() + "/neuf.dat";
+    b.boites.reponses = {int(Reponse::Oui), neuf};
+    QTest::keyClick(f.RTB1, Qt::Key_N, Qt::ControlModifier);
+    ASSERT_TRUE(QFileInfo::exists(neuf));
+    EXPECT_EQ(f.Config.Recents.value(0), neuf);
+    const QString deNeuf = "Recents = " + neuf + "|";
     QTest::keyClick(f.RTB1, Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains("Recents = " + copie + "|" + chemin + "|" + autre));
+    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains(deNeuf + copie + "|" + chemin + "|" + autre));
 }
 
 // A dropped .dat or .mtr file opens as Open opens it, over the editor as well as the drawing,

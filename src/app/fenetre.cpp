@@ -1043,7 +1043,7 @@ private:
 };
 
 bool Form1::CommandeFichier(const std::function<bool(EtatFichiers&, FenetreFichiers&)>& commande) {
-    fichiers_.NomEcrit = false;
+    fichiers_.NomEcrit.clear();
     fichiers_.NomCourant = NomCourant;
     fichiers_.FichierCourant = FichierCourant;
     fichiers_.DossierFichier = DossierFichier;

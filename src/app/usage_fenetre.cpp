@@ -144,11 +144,12 @@ bool UsageFenetre::Ouvre(const QString& chemin) {
     });
 }
 
-void UsageFenetre::ApresCommandeFichier(bool nomEcrit) {
+void UsageFenetre::ApresCommandeFichier(const QString& ecrit) {
     const QString c = f_.FichierCourant.isEmpty() ? QString() : QFileInfo(f_.FichierCourant).absoluteFilePath();
     if (!c.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, c);
-    // The file of the caption just written by Save as is the most recent.
-    if (nomEcrit) f_.Config.Recents = AjouteRecent(f_.Config.Recents, QFileInfo(f_.NomCourant).absoluteFilePath());
+    // A file just written by Save as is the most recent, even when the command
+    // went on to another text (New after its question to save).
+    if (!ecrit.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, ecrit);
     Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
     if (c != suivi_) {
         if (!suivi_.isEmpty()) veille_->removePath(suivi_);

@@ -45,9 +45,9 @@ public:
     // question to save, the uninstaller's name refused, a meter file imported.
     bool Ouvre(const QString& chemin);
     // After every command of the file menu: the file joins the recent files
-    // and is watched on disk; `nomEcrit`: Save as wrote the caption's file,
-    // which comes first among the recent files.
-    void ApresCommandeFichier(bool nomEcrit = false);
+    // and is watched on disk; `ecrit`: the file Save as wrote, which comes
+    // first among the recent files.
+    void ApresCommandeFichier(const QString& ecrit = {});
     // At the window's close, with the other keys: the recent files and the
     // window's place ("Recents =", "Fenetre =").
     void EnregistreReglages();

@@ -271,7 +271,7 @@ bool Mnu_Enregistrer(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
     // Only the name of the caption changes: the file that Save writes stays the
     // one opened, and a new or imported text keeps going through Save as.
     e.NomCourant = nom;
-    e.NomEcrit = ok;
+    if (ok) e.NomEcrit = QFileInfo(nom).absoluteFilePath();
     f.EcritLegende(e.NomCourant);
     return ApresEcriture(e, ok);
 }

@@ -111,7 +111,7 @@ struct EtatFichiers {
     // The last save of the text failed: `Modifie` was cleared, yet the text is
     // on no disk until a save succeeds or another text replaces it.
     bool HorsDisque = false;
-    bool NomEcrit = false;   // the last command wrote the file of the caption (Save as)
+    QString NomEcrit;        // the file the last command wrote under a new name (Save as), in full
     Encodage Enc = Encodage::Utf8; // encoding of the current file; new texts UTF-8
     bool ExportPermis = ExportDmkDisponible();
     std::mt19937 Ale{std::random_device{}()}; // the random bytes of the coded export
