@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QTextBrowser>
 #include <QUrl>
@@ -57,6 +58,15 @@ TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
         EXPECT_FALSE(QFileInfo::exists(b.travail.filePath("Mirel.cfg")) || QFileInfo::exists(b.programme.filePath("Mirel.cfg")));
     }
     qputenv("XDG_CONFIG_HOME", ancien);
+    // A size kept from a larger screen, or damaged, is brought back to the screen; values that are
+    // no numbers leave the default.
+    const QSize ecran = QGuiApplication::primaryScreen()->availableGeometry().size();
+    for (const auto& [valeur, attendue] : {std::pair{" 0 0 40000 30000", ecran}, {" 0 0 800 abc", QSize(1100, 720)},
+                                           {" 99999999999 0 800 600", QSize(1100, 720)}}) {
+        Banc b;
+        b.config.Pose(CleCfg::Fenetre, valeur);
+        EXPECT_EQ(b.Demarre("").size(), attendue) << valeur;
+    }
     QTemporaryDir d;
     for (const char* dossier : {"build", "usr/bin", "usr/share/mirel", "copie"}) QDir(d.path()).mkpath(dossier);
     QFile(d.filePath("build/CMakeCache.txt")).open(QIODevice::WriteOnly);

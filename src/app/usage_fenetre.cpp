@@ -122,13 +122,23 @@ void UsageFenetre::EnregistreReglages() {
 void UsageFenetre::RestaurePlace() {
     const QStringList v = f_.Config.Fenetre.split(u' ', Qt::SkipEmptyParts);
     if (v.size() < 4) return;
-    const QRect g(v[0].toInt(), v[1].toInt(), v[2].toInt(), v[3].toInt());
-    // A screen unplugged since, or a value edited by hand: the default place.
-    bool visible = false;
-    for (const QScreen* s : QGuiApplication::screens()) visible = visible || s->availableGeometry().intersects(g);
-    if (!visible || g.width() < 300 || g.height() < 200) return;
-    f_.setGeometry(g);
-    if (v.value(4) == QLatin1String("max")) f_.setWindowState(Qt::WindowMaximized);
+    int n[4];
+    for (int i = 0; i < 4; ++i) {
+        bool ok = false;
+        n[i] = v[i].toInt(&ok);
+        if (!ok) return;
+    }
+    const QRect g(n[0], n[1], n[2], n[3]);
+    // A screen unplugged since, or a value edited by hand: the default place;
+    // a window larger than its screen is brought back to it (a window of
+    // 40000 pixels would take gigabytes to paint).
+    for (const QScreen* s : QGuiApplication::screens()) {
+        const QRect ecran = s->availableGeometry();
+        if (!ecran.intersects(g) || g.width() < 300 || g.height() < 200) continue;
+        f_.setGeometry(g.intersected(ecran));
+        if (v.value(4) == QLatin1String("max")) f_.setWindowState(Qt::WindowMaximized);
+        return;
+    }
 }
 
 bool UsageFenetre::Ouvre(const QString& chemin) {
