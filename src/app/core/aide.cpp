@@ -127,7 +127,7 @@ const QString Fin = QStringLiteral("</body></html>");
 
 const QStringList& PremierCadran() {
     static const QStringList lignes = {
-        QStringLiteral("CentreE = 100, 80"), QStringLiteral("Arc = 40, 140, 60"),
+        QStringLiteral("CentreEI = 100, 80"), QStringLiteral("Arc = 40, 140, 60"),
         QStringLiteral("Grad = 50, 3"), QStringLiteral("Grad = 10, 6"),
         QStringLiteral("Val = 10, 0, 100, 11")};
     return lignes;
