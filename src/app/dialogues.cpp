@@ -177,9 +177,10 @@ Form3::Form3(QWidget* parent, const ValeursConfig& v) : QDialog(parent) {
     setObjectName(QStringLiteral("Form3"));
     setWindowTitle(QStringLiteral("Mirel"));
     // What each language is for, readable before any is chosen.
-    const QString titres[4] = {QStringLiteral("Messages"), QStringLiteral("Menus"),
+    const QString titres[4] = {QStringLiteral("Messages / Meldungen / Mensajes"),
+                               QStringLiteral("Menus / Menüs / Menús"),
                                QStringLiteral("Aide / Help / Hilfe / Ayuda"),
-                               QStringLiteral("F2 (formulaire / form)")};
+                               QStringLiteral("F2 : formulaire / form / Formular / formulario")};
     const QString choix[4] = {v.Langue, v.LangueMenu, v.LangueAide, v.LangueMasq};
     const int offertes = std::clamp(LoadResString(3).toInt(), 1, 4);
     auto* h = new QHBoxLayout;
