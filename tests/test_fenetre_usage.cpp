@@ -62,7 +62,8 @@ TEST(FenetreUsage, SettingsKeptWhenStartedFromAForeignFolder) {
     // no numbers leave the default.
     const QSize ecran = QGuiApplication::primaryScreen()->availableGeometry().size();
     for (const auto& [valeur, attendue] : {std::pair{" 0 0 40000 30000", ecran}, {" 0 0 800 abc", QSize(1100, 720)},
-                                           {" 99999999999 0 800 600", QSize(1100, 720)}}) {
+                                           {" 99999999999 0 800 600", QSize(1100, 720)},
+                                           {" -200 0 700 500", QSize(700, 500)}}) {
         Banc b;
         b.config.Pose(CleCfg::Fenetre, valeur);
         EXPECT_EQ(b.Demarre("").size(), attendue) << valeur;
@@ -127,7 +128,7 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     f.Exporte("pdf");
     ASSERT_EQ(b.boites.vues.back().genre, "enregistrer");
     EXPECT_EQ(b.boites.vues.back().titre, QFileInfo(chemin).absolutePath() + "/copie.pdf");
-    // So does a new text saved under a name when Ctrl+N asks to save it.
+    // So does a new text saved under a name when Ctrl+N asks to save it; a file opened next comes first.
     QTest::keyClick(f.RTB1, Qt::Key_N, Qt::ControlModifier);
     QTest::keyClicks(f.RTB1, "' neuf");
     const QString neuf = QFileInfo(chemin).absolutePath() + "/neuf.dat";
@@ -135,9 +136,15 @@ TEST(FenetreUsage, StandardKeysRecentFilesAndTheCaptionsStar) {
     QTest::keyClick(f.RTB1, Qt::Key_N, Qt::ControlModifier);
     ASSERT_TRUE(QFileInfo::exists(neuf));
     EXPECT_EQ(f.Config.Recents.value(0), neuf);
-    const QString deNeuf = "Recents = " + neuf + "|";
+    QTest::keyClicks(f.RTB1, "' encore");
+    const QString neuf2 = QFileInfo(chemin).absolutePath() + "/neuf2.dat";
+    b.boites.reponses = {int(Reponse::Oui), neuf2, autre};
+    QTest::keyClick(f.RTB1, Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(f.Config.Recents.mid(0, 3), (QStringList{autre, neuf2, neuf}));
     QTest::keyClick(f.RTB1, Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_TRUE(!f.isVisible() && b.config.Ecritures.contains(deNeuf + copie + "|" + chemin + "|" + autre));
+    EXPECT_TRUE(!f.isVisible() &&
+                b.config.Ecritures.contains("Recents = " + autre + "|" + neuf2 + "|" + neuf + "|" + copie + "|" + chemin))
+        << b.config.Ecritures.filter("Recents").join('\n').toStdString();
 }
 
 // A dropped .dat or .mtr file opens as Open opens it, over the editor as well as the drawing,

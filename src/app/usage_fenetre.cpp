@@ -129,16 +129,17 @@ void UsageFenetre::RestaurePlace() {
         if (!ok) return;
     }
     const QRect g(n[0], n[1], n[2], n[3]);
-    // A screen unplugged since, or a value edited by hand: the default place;
-    // a window larger than its screen is brought back to it (a window of
-    // 40000 pixels would take gigabytes to paint).
-    for (const QScreen* s : QGuiApplication::screens()) {
-        const QRect ecran = s->availableGeometry();
-        if (!ecran.intersects(g) || g.width() < 300 || g.height() < 200) continue;
-        f_.setGeometry(g.intersected(ecran));
-        if (v.value(4) == QLatin1String("max")) f_.setWindowState(Qt::WindowMaximized);
-        return;
-    }
+    if (g.width() < 300 || g.height() < 200) return;
+    // The screen it stands on: the one under its centre, else one it touches.
+    // None (a screen unplugged since, a value edited by hand): the default
+    // place. A window larger than its screen is brought back to the screen's
+    // size (a window of 40000 pixels would take gigabytes to paint).
+    const QScreen* ecran = QGuiApplication::screenAt(g.center());
+    for (const QScreen* s : QGuiApplication::screens())
+        if (!ecran && s->availableGeometry().intersects(g)) ecran = s;
+    if (!ecran) return;
+    f_.setGeometry(QRect(g.topLeft(), g.size().boundedTo(ecran->availableGeometry().size())));
+    if (v.value(4) == QLatin1String("max")) f_.setWindowState(Qt::WindowMaximized);
 }
 
 bool UsageFenetre::Ouvre(const QString& chemin) {
@@ -156,10 +157,19 @@ bool UsageFenetre::Ouvre(const QString& chemin) {
 
 void UsageFenetre::ApresCommandeFichier(const QString& ecrit) {
     const QString c = f_.FichierCourant.isEmpty() ? QString() : QFileInfo(f_.FichierCourant).absoluteFilePath();
-    if (!c.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, c);
-    // A file just written by Save as is the most recent, even when the command
-    // went on to another text (New after its question to save).
-    if (!ecrit.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, ecrit);
+    auto ajoute = [this](const QString& chemin) {
+        if (!chemin.isEmpty()) f_.Config.Recents = AjouteRecent(f_.Config.Recents, chemin);
+    };
+    // A file just written by Save as comes before the one it was written
+    // from, and after the one the command went on to (Open or New after
+    // their question to save): the file in the window is the most recent.
+    if (c != suivi_) {
+        ajoute(ecrit);
+        ajoute(c);
+    } else {
+        ajoute(c);
+        ajoute(ecrit);
+    }
     Mnu_Recents->menuAction()->setEnabled(!f_.Config.Recents.isEmpty());
     if (c != suivi_) {
         if (!suivi_.isEmpty()) veille_->removePath(suivi_);

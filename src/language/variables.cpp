@@ -240,14 +240,20 @@ QStringView NomEnTete(const Etat& e, QStringView texte, QString& tampon) {
         int fin = debut;
         bool ascii = true;
         for (; fin < texte.size(); ++fin) {
-            // Other characters than ASCII may upper-case to another length
-            // ("ß") or to an ASCII letter ("ı"): the general path takes them.
+            // Letters other than ASCII may upper-case to another length ("ß")
+            // or to an ASCII letter ("ı"): the general path takes them. Other
+            // characters ("§", "°") upper-case to themselves.
             const QChar ch = texte[fin];
-            if (ch.unicode() >= 0x80) {
+            const bool autre = ch.unicode() >= 0x80;
+            if (autre && ch.isLetter()) {
                 ascii = false;
                 break;
             }
             if (coupe(ch.toUpper())) break;
+            if (autre) {
+                ascii = false;
+                break;
+            }
         }
         if (ascii) return texte.mid(debut, fin - debut);
     }
