@@ -190,6 +190,7 @@ void SurfacePeinte::DevEllipse(QPointF centre, double rx, double ry, std::option
 
 void SurfacePeinte::DevPoint(QPointF p, const QColor& c) {
     if (!Pret()) return;
+    dernier_.reset(); // a band after it is no next band of a gradient
     // A point off the device shows nowhere; the page mark set 1000 mm off the
     // sheet would still stretch an SVG's or PDF's content far beyond its page.
     if (!QRectF(0, 0, device_->width(), device_->height()).contains(painter_->transform().map(p))) return;
