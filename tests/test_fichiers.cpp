@@ -185,7 +185,8 @@ TEST(Fichiers, LoadAndSaveKeepTheFilesEncoding) {
     }
 }
 
-// Save of a meter file takes Save as; Save as drops what follows the last dot
+// Save of a meter file takes Save as, which offers the name with ".dat" (Enter
+// must not write over the meter file); Save as drops what follows the last dot
 // of a name that has two and changes the name shown, not the file Save
 // writes; cancel keeps the name and the modified state.
 TEST(Fichiers, SaveAsTakesMeterFilesAndCutsAfterTheLastOfTwoDots) {
@@ -196,7 +197,7 @@ TEST(Fichiers, SaveAsTakesMeterFilesAndCutsAfterTheLastOfTwoDots) {
     s.fen.editeur = "Arc = 30, 150, 60\r\n";
     s.fen.enregistrer << s.D("dial.v2.dat");
     ASSERT_TRUE(Mnu_EnregistrerS(s.etat, s.regl, s.fen));
-    EXPECT_EQ(s.fen.nomsInitiaux, QStringList{s.D("meter.mtr")});
+    EXPECT_EQ(s.fen.nomsInitiaux, QStringList{s.D("meter.dat")});
     EXPECT_EQ(Lit(s.D("meter.mtr")), "MTR DATA");
     EXPECT_EQ(Lit(s.D("dial.v2")), "Arc = 30, 150, 60\r\n");
     EXPECT_FALSE(QFileInfo::exists(s.D("dial.v2.dat")));

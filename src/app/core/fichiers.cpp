@@ -260,8 +260,12 @@ bool Mnu_EnregistrerS(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
 }
 
 bool Mnu_Enregistrer(EtatFichiers& e, const Reglages& r, FenetreFichiers& f) {
-    QString nom = f.DialogueEnregistrer(e.NomCourant, FiltreEnregistrer(r.LangueMessages),
-                                        ExtensionEnregistrer);
+    // An imported meter file is offered as a command file of the same name:
+    // one Enter must not write the program over the meter's description.
+    const QString offert = EstFichierMeter(e.NomCourant)
+                               ? e.NomCourant.left(e.NomCourant.lastIndexOf(u'.')) + QStringLiteral(".dat")
+                               : e.NomCourant;
+    QString nom = f.DialogueEnregistrer(offert, FiltreEnregistrer(r.LangueMessages), ExtensionEnregistrer);
     nom = CoupeDeuxPoints(nom);
     if (nom.isEmpty()) return false; // cancel: the old name stays
     if (EstExportCode(nom)) return ExportCode(e, f, nom);
