@@ -126,9 +126,12 @@ TEST(CommandeDialogue, F2OpensTheModalForm) {
     });
     EXPECT_EQ(titre, "Commande Couleur = Rouge");
     EXPECT_EQ(f.RTB1->TexteCrLf(), "Couleur = Rouge\r\n");
-    // Alt-C gives the focused row the chosen colour, always spelt "RVB".
+    // Alt-C, typed in the focused row, gives it the chosen colour, always spelt "RVB".
     b.boites.couleur = QColor(1, 2, 3);
-    F2(f, [](FrmCmd& d) { QTest::keyClick(&d, Qt::Key_C, Qt::AltModifier); QTest::keyClick(&d, Qt::Key_Enter); });
+    F2(f, [](FrmCmd& d) {
+        QTest::keyClick(d.ParaVal.value(0), Qt::Key_C, Qt::AltModifier);
+        QTest::keyClick(&d, Qt::Key_Enter);
+    });
     EXPECT_EQ(f.RTB1->TexteCrLf(), "Couleur =RVB 1 2 3\r\n");
     // Alt-P goes through the window's font list; Ctrl asks for screen fonts.
     struct Polices : DialoguesImpression {

@@ -435,6 +435,7 @@ FrmCmd::FrmCmd(QWidget* parent, ModeleMasque modele, Boites& boites, const QStri
         avant = e;
         ParaTxt << l;
         ParaVal << e;
+        e->installEventFilter(this);
         connect(e, &QLineEdit::textEdited, this, &FrmCmd::ActiveOK);
     }
     v->addLayout(grille);
@@ -523,8 +524,6 @@ void FrmCmd::Fichiers(bool plusieurs) {
 }
 
 void FrmCmd::keyPressEvent(QKeyEvent* ev) {
-    const Qt::KeyboardModifiers m = ev->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
-    const bool ctrl = m & Qt::ControlModifier;
     switch (ev->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -540,15 +539,24 @@ void FrmCmd::keyPressEvent(QKeyEvent* ev) {
     }
     default: break;
     }
-    if (m & Qt::AltModifier) {
-        switch (ev->key()) {
-        case Qt::Key_C: Couleur(); return;
-        case Qt::Key_P: Police(ctrl); return;
-        case Qt::Key_L: Fichiers(ctrl); return;
-        default: break;
-        }
+    if (!ToucheAlt(ev)) QDialog::keyPressEvent(ev);
+}
+
+bool FrmCmd::ToucheAlt(QKeyEvent* ev) {
+    const Qt::KeyboardModifiers m = ev->modifiers();
+    if (!(m & Qt::AltModifier)) return false;
+    const bool ctrl = m & Qt::ControlModifier;
+    switch (ev->key()) {
+    case Qt::Key_C: Couleur(); return true;
+    case Qt::Key_P: Police(ctrl); return true;
+    case Qt::Key_L: Fichiers(ctrl); return true;
+    default: return false;
     }
-    QDialog::keyPressEvent(ev);
+}
+
+bool FrmCmd::eventFilter(QObject* objet, QEvent* ev) {
+    if (ev->type() == QEvent::KeyPress && ToucheAlt(static_cast<QKeyEvent*>(ev))) return true;
+    return QDialog::eventFilter(objet, ev);
 }
 
 void FrmCmd::paintEvent(QPaintEvent* ev) {

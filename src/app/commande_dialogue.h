@@ -104,6 +104,8 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* ev) override;
+    // Alt-C, Alt-P and Alt-L typed in a row: its field would take the letter.
+    bool eventFilter(QObject* objet, QEvent* ev) override;
     void closeEvent(QCloseEvent* ev) override;
     void paintEvent(QPaintEvent* ev) override;
     void resizeEvent(QResizeEvent* ev) override;
@@ -112,6 +114,8 @@ private:
     int RangActif() const;
     void Remplit(const QString& t); // the focused row takes t, as if typed
     void ActiveOK();                // a change of a row: OK on, once the form is ready
+    // Alt-C, Alt-P, Alt-L (Ctrl with P: screen fonts; with L: several files); true when taken.
+    bool ToucheAlt(QKeyEvent* ev);
     void Couleur();
     void Police(bool ecran);
     void Fichiers(bool plusieurs);
