@@ -116,6 +116,15 @@ void Editeur::TexteNoir(const QString& texte) {
     setPlainText(texte);
 }
 
+void Editeur::RetrouvePlace(int debut, int longueur, int defilement) {
+    const int max = document()->characterCount() - 1;
+    QTextCursor c(document());
+    c.setPosition(std::min(debut, max));
+    c.setPosition(std::min(debut + longueur, max), QTextCursor::KeepAnchor);
+    setTextCursor(c);
+    verticalScrollBar()->setValue(defilement);
+}
+
 QString Editeur::TexteDocument(QString texteCrLf) {
     texteCrLf.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     texteCrLf.replace(u'\r', u'\n');

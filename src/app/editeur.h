@@ -45,6 +45,9 @@ public:
     void ChargeTexte(const QString& texteCrLf);
     // The whole document replaced by a text in black, before any colouring.
     void TexteNoir(const QString& texte);
+    // After a new text: the selection from `debut`, `longueur` characters,
+    // and the vertical scroll, as the user had them (kept within the text).
+    void RetrouvePlace(int debut, int longueur, int defilement);
     int VersCrLf(int positionDocument) const;
     int VersDocument(int positionCrLf) const;
     // Line (0-based) of a document position.

@@ -285,12 +285,7 @@ void AnneauAnnulation::Restaure() {
         k.mergeCharFormat(f);
     }
     lot.endEditBlock();
-    const int max = doc->characterCount() - 1;
-    QTextCursor k(doc);
-    k.setPosition(std::min(c.Debut, max));
-    k.setPosition(std::min(c.Debut + c.Longueur, max), QTextCursor::KeepAnchor);
-    ed_->setTextCursor(k);
-    ed_->verticalScrollBar()->setValue(vertical);
+    ed_->RetrouvePlace(c.Debut, c.Longueur, vertical);
     ed_->ensureCursorVisible();
     ed_->ColorationActive = true;
     ed_->LigneSale = false;

@@ -216,10 +216,7 @@ bool UsageFenetre::VerifieDisque() {
     if (!f_.CommandeFichier([&](EtatFichiers& ef, FenetreFichiers& p) { return ChargeSelonType(ef, reg, p, chemin); }))
         return false;
     // The same file: the caret and the scroll stay where the user was.
-    QTextCursor c = f_.RTB1->textCursor();
-    c.setPosition(std::min(caret, f_.RTB1->document()->characterCount() - 1));
-    f_.RTB1->setTextCursor(c);
-    f_.RTB1->verticalScrollBar()->setValue(defilement);
+    f_.RTB1->RetrouvePlace(caret, 0, defilement);
     f_.RTB1->MajLigne();
     return true;
 }
