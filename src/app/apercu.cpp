@@ -84,22 +84,11 @@ public:
         ed->MarqueRouge(d0, d1 - d0, false);
         return ed->LigneDe(d0) + 1;
     }
-    // A program to start, a file to open for writing or to delete: the live
-    // run stops before it; a redraw of the view passes it, as the window's
-    // last run has done it.
-    bool Lance(const QString&, bool) override {
-        if (!vue_) Arrete(Mot());
-        return false;
-    }
-    bool EcriturePermise() override {
-        if (!vue_) Arrete(Mot());
-        return false;
-    }
-    // The clipboard is the user's: a live run stops before it writes there;
-    // a redraw of the view leaves it as the last run left it.
-    void EcritPressePapier(const QString&) override {
-        if (!vue_) Arrete(Mot());
-    }
+    // A program to start, a file to open for writing or to delete, the
+    // clipboard to set: nothing of them is done.
+    bool Lance(const QString&, bool) override { return PasseEffet(); }
+    bool EcriturePermise() override { return PasseEffet(); }
+    void EcritPressePapier(const QString&) override { PasseEffet(); }
     // No events: keys typed during the live run wait for its end.
     void PompeEvenements() override {
         if (vue_) return HoteFenetre::PompeEvenements();
@@ -122,6 +111,13 @@ private:
     const ReponseGardee* Donnee(const QString& question) {
         if (!raison.isEmpty()) return nullptr;
         return suite_.Suivante(f_.ReponsesDuRun, question);
+    }
+
+    // An effect outside the drawing: the live run stops before it; a redraw of
+    // the view passes it, as the window's last run has done it. False: not done.
+    bool PasseEffet() {
+        if (!vue_) Arrete(Mot());
+        return false;
     }
 
     // The keyword of the line under way, as the level read it.
