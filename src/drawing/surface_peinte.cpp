@@ -231,7 +231,7 @@ void SurfacePeinte::DevPolygone(const QVector<QPointF>& pts, const QColor& c, in
         dernier_->remplissage = *remp;
         dernier_->rectangle = rectangle.has_value();
     } else {
-        Interrompt();
+        dernier_.reset(); // an outline alone is no band of a gradient
     }
     painter_->setPen(Stylo(c, w));
     if (remp && rectangle) {
